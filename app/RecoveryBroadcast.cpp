@@ -1,8 +1,10 @@
 #include "app/RecoveryBroadcast.h"
 
+#include <array>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <list>
-#include <span>
 
 #include <QHostAddress>
 #include <QNetworkDatagram>
@@ -22,11 +24,12 @@ const RECOVERY_PACKETS& KeepForGood(const RECOVERY_PACKETS& objPackets) {
     return s_plistSent->emplace_back(objPackets);
 }
 
-/// Sends one datagram to 255.255.255.255. Its interface is named, since a limited broadcast otherwise follows the
-/// default route to one adapter alone, and isn't sent at all where there is no default route.
-void WriteOn(QUdpSocket& objSocket, const QNetworkInterface& objInterface, std::span<const std::uint8_t> spanPacket) {
-    const QByteArray arrBytes(reinterpret_cast<const char*>(spanPacket.data()),
-                              static_cast<qsizetype>(spanPacket.size()));
+/// One datagram to 255.255.255.255. It names its interface, since a limited broadcast otherwise follows the default
+/// route to one adapter alone, and isn't sent at all where there is no default route.
+template <std::size_t N>
+void WriteOn(QUdpSocket& objSocket, const QNetworkInterface& objInterface,
+             const std::array<std::uint8_t, N>& arrPacket) {
+    const QByteArray arrBytes(reinterpret_cast<const char*>(arrPacket.data()), static_cast<qsizetype>(N));
     QNetworkDatagram objDatagram(arrBytes, QHostAddress(QHostAddress::Broadcast), kGvcpPort);
     objDatagram.setInterfaceIndex(static_cast<uint>(objInterface.index()));
     objSocket.writeDatagram(objDatagram);
