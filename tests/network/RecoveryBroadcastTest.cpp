@@ -3,29 +3,26 @@
 
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QUdpSocket>
 
 #include "app/Norvik.h"
 #include "tests/network/NetworkNamespace.h"
+#include "tests/network/OwnMachine.h"
 #include "tests/network/PacketCapture.h"
 
 namespace {
 
-constexpr int kSkipped = 77;
 constexpr char kMark[] = "that was all";
 constexpr std::uint16_t kGvcpPort = 3956;
 
@@ -286,13 +283,7 @@ void RecoveryBroadcastTest::MachineWithoutAnAddressSendsNothing() {
 Q_DECLARE_METATYPE(Bytes)
 
 int main(int argc, char* argv[]) {
-    if (const std::string strWhy = WhyNoNetworkNamespace(); !strWhy.empty()) {
-        std::printf("SKIPPED: %s\n", strWhy.c_str());
-        return kSkipped;
-    }
-    QApplication objApplication(argc, argv);
-    RecoveryBroadcastTest objTest;
-    return QTest::qExec(&objTest, argc, argv);
+    return RunOnOwnMachine<RecoveryBroadcastTest>(argc, argv);
 }
 
 #include "RecoveryBroadcastTest.moc"
