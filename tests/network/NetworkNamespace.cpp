@@ -34,31 +34,37 @@ void OnOtherThread(const std::function<void()>& funBody) {
     }
 }
 
-std::string MoveIntoUserNamespace() {
+/// Whether this process may make network namespaces as it stands.
+bool IsAllowed() {
+    try {
+        const CNetworkNamespace objTrial;
+        objTrial.Run("ip link set lo up 2>/dev/null");
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+/// Makes the process root of a user namespace of its own, where that is allowed.
+void MoveIntoUserNamespace() {
     const auto nUser = geteuid();
     const auto nGroup = getegid();
-    if (unshare(CLONE_NEWUSER) != 0) {
-        return "neither root nor user namespaces are to be had: " + std::generic_category().message(errno);
+    if (unshare(CLONE_NEWUSER) == 0) {
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/uid_map") << "0 " << nUser << " 1";
+        std::ofstream("/proc/self/gid_map") << "0 " << nGroup << " 1";
     }
-    std::ofstream("/proc/self/setgroups") << "deny";
-    std::ofstream("/proc/self/uid_map") << "0 " << nUser << " 1";
-    std::ofstream("/proc/self/gid_map") << "0 " << nGroup << " 1";
-    return {};
 }
 
 std::string FindWhyNoNetworkNamespace() {
-    if (geteuid() != 0) {
-        if (auto strWhy = MoveIntoUserNamespace(); !strWhy.empty()) {
-            return strWhy;
-        }
-    }
-    try {
-        const CNetworkNamespace objTrial;
-    } catch (const std::system_error& objError) {
-        return objError.what();
-    }
     if (std::system("ip -V >/dev/null 2>&1") != 0) {
         return "the command ip is missing (package iproute2)";
+    }
+    if (!IsAllowed()) {
+        MoveIntoUserNamespace();
+    }
+    if (!IsAllowed()) {
+        return "neither root nor user namespaces are to be had here, so no network namespace either";
     }
     return {};
 }

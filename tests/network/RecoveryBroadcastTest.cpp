@@ -141,7 +141,12 @@ std::optional<QString> Analyse(const std::vector<CAPTURED_DATAGRAM>& vecDatagram
     QTemporaryDir objDirectory;
     const QString strFile = objDirectory.filePath(QStringLiteral("wire.pcap"));
     WriteCaptureFile(strFile.toStdString(), vecDatagrams);
+    // An empty home: the analyser is to read by its own rules and not by its user's.
     QProcess objProcess;
+    QProcessEnvironment objEnvironment = QProcessEnvironment::systemEnvironment();
+    objEnvironment.insert(QStringLiteral("HOME"), objDirectory.path());
+    objEnvironment.remove(QStringLiteral("XDG_CONFIG_HOME"));
+    objProcess.setProcessEnvironment(objEnvironment);
     QStringList listArguments = {QStringLiteral("-r"), strFile, QStringLiteral("-T"), QStringLiteral("fields")};
     for (const char* pField :
          {"frame.len", "gvcp.cmd.command", "gvcp.cmd.req_id", "gvcp.cmd.forceip.macaddress", "gvcp.cmd.forceip.ip",
