@@ -9,5 +9,6 @@ class QUdpSocket;
 /// refused bind or write changes nothing: the next address follows.
 ///
 /// The socket is bound to the first of the broadcast addresses that takes it and stays so, for later calls too.
-/// Call from the thread of the socket. The bytes of each call are kept until the process ends.
+/// Call from the thread of the socket, and from no two threads at once. The bytes of each call are kept until the
+/// process ends.
 void SendRecoveryPackets(QUdpSocket& objSocket, const RECOVERY_PACKETS& objPackets);

@@ -105,7 +105,7 @@ std::uint32_t __IPStringToUint(const char* pText) {
             arrPart[i++] = pText[nPosition];
         }
         nShift -= 8;
-        nAddress += static_cast<std::uint32_t>(std::atoi(arrPart.data())) << (nShift % 32);
+        nAddress += static_cast<std::uint32_t>(std::strtol(arrPart.data(), nullptr, 10)) << (nShift % 32);
     }
     return nAddress;
 }

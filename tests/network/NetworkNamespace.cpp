@@ -57,6 +57,7 @@ void MoveIntoUserNamespace() {
 }
 
 std::string FindWhyNoNetworkNamespace() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no handler of SIGCHLD is in play
     if (std::system("ip -V >/dev/null 2>&1") != 0) {
         return "the command ip is missing (package iproute2)";
     }
@@ -107,6 +108,7 @@ void CNetworkNamespace::Do(const std::function<void()>& funBody) const {
 
 void CNetworkNamespace::Run(const std::string& strCommand) const {
     Do([&] {
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): as above
         if (std::system(strCommand.c_str()) != 0) {
             throw std::runtime_error("failed: " + strCommand);
         }

@@ -40,7 +40,7 @@ std::optional<CAPTURED_DATAGRAM> Decode(std::vector<std::uint8_t> vecFrame, std:
     if (vecFrame.size() < kEthernetHeader + kLeastIPHeader + kUdpHeader) {
         return std::nullopt;
     }
-    const std::size_t nUdp = kEthernetHeader + (vecFrame[kEthernetHeader] & 0x0FU) * 4U;
+    const std::size_t nUdp = kEthernetHeader + std::size_t{vecFrame[kEthernetHeader] & 0x0FU} * 4;
     if (vecFrame[kEthernetHeader + 9] != kProtocolUdp || vecFrame.size() < nUdp + kUdpHeader) {
         return std::nullopt;
     }

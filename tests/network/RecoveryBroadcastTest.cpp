@@ -285,8 +285,6 @@ void RecoveryBroadcastTest::MachineWithoutAnAddressSendsNothing() {
     QVERIFY(objMachine.Received("bare").empty());
 }
 
-Q_DECLARE_METATYPE(Bytes)
-
 int main(int argc, char* argv[]) {
     return RunOnOwnMachine<RecoveryBroadcastTest>(argc, argv);
 }
