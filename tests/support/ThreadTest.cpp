@@ -1,5 +1,4 @@
 #include <atomic>
-#include <memory>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -110,10 +109,10 @@ TEST(Thread, BodyFindsItselfKnownAndAtItsPriority) {
 }
 
 TEST(Thread, StartLetsTheEarlierThreadRunOn) {
-    auto pFirst = std::make_unique<Guest>();
+    static Guest& objFirst = *new Guest;  // never destroyed: the lost thread may still be leaving its last call
     Guest objSecond;
     CThread objThread;
-    ASSERT_TRUE(objThread.Start(pFirst.get(), Guest::Body, kPriorityNormal));
+    ASSERT_TRUE(objThread.Start(&objFirst, Guest::Body, kPriorityNormal));
     ASSERT_TRUE(objThread.Start(&objSecond, Guest::Body, kPriorityNormal));
     objSecond.objCame.Wait(kInfinite);
     EXPECT_EQ(objThread.GetThreadId(), objSecond.nThreadId);
@@ -121,9 +120,8 @@ TEST(Thread, StartLetsTheEarlierThreadRunOn) {
     objSecond.objLetOut.Signal();
     objThread.Join();  // must not wait for the first
     EXPECT_FALSE(objThread.IsRunning());
-    pFirst->objLetOut.Signal();
-    EXPECT_TRUE(pFirst->objLeft.Wait(kInfinite));
-    pFirst.release();  // NOLINT: the lost thread may still be leaving its last call
+    objFirst.objLetOut.Signal();
+    EXPECT_TRUE(objFirst.objLeft.Wait(kInfinite));
 }
 
 TEST(Thread, RestartsAfterItsEndWithoutJoin) {
