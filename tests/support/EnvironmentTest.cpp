@@ -62,10 +62,12 @@ TEST_F(Environment, OnlyWhatIsMissingOrEmptyIsSetIfMissing) {
 }
 
 TEST_F(Environment, EqualValueStaysWhereReadersMayBe) {
-    ASSERT_TRUE(SetEnvironment(kName, "value"));
+    char arrInherited[] = "NORVIK_TEST_VARIABLE=value";
+    ASSERT_EQ(putenv(arrInherited), 0);
     const char* const pBefore = std::getenv(kName);
     ASSERT_TRUE(SetEnvironment(kName, "value"));
     EXPECT_EQ(std::getenv(kName), pBefore);
+    unsetenv(kName);
 }
 
 TEST_F(Environment, AnythingAtAPathExists) {

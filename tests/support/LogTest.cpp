@@ -1,6 +1,7 @@
 #include <chrono>
 #include <ctime>
 #include <fstream>
+#include <latch>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -75,9 +76,10 @@ TEST_F(Log, LinesWaitForAFileThatOpens) {
     m_objLog.Write("b");
     m_objLog.Flush();
     m_objLog.SetMode(1);
-    m_objLog.SetMode(2);
     m_objLog.SetFileName(m_strFile);
     EXPECT_EQ(m_objLog.GetFileName(), m_strFile);
+    m_objLog.Flush();  // of the file mode alone
+    m_objLog.SetMode(2);
     EXPECT_EQ(InFile(), "");
     m_objLog.Write("c");
     EXPECT_EQ(InFile(), std::string(2000, 'a') + "\nb\nc\n");
@@ -140,10 +142,12 @@ TEST_F(Log, TimePrefixIsTheLocalTimeAlsoInTheNextSecond) {
 
 TEST_F(Log, LinesOfManyThreadsArriveWholeAndInOrder) {
     constexpr int kThreads = 4;
-    constexpr int kLines = 1000;
+    constexpr int kLines = 5000;
+    std::latch objStart(kThreads);
     std::vector<std::thread> vecThreads;
     for (int nThread = 0; nThread < kThreads; ++nThread) {
-        vecThreads.emplace_back([this, nThread] {
+        vecThreads.emplace_back([this, nThread, &objStart] {
+            objStart.arrive_and_wait();
             for (int nLine = 0; nLine < kLines; ++nLine) {
                 m_objLog.Write(Format("%d %d", nThread, nLine));
                 if (nLine % 100 == 0) {
