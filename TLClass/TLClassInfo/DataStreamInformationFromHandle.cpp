@@ -12,8 +12,8 @@ DS_MODULE_INFO CDataStreamInformationFromHandle::GetInformation() {
     DS_MODULE_INFO objInformation;
     _GetStringInfo({STREAM_INFO_ID}, {&objInformation.ID}, {&objInformation.IDValid});
     _GetSizetInfo(
-        {STREAM_INFO_PAYLOAD_SIZE, STREAM_INFO_NUM_CHUNKS_MAX, STREAM_INFO_BUF_ANNOUNCE_MIN, kStreamInfoBufAnnounceMax,
-         STREAM_INFO_BUF_ALIGNMENT},
+        {STREAM_INFO_PAYLOAD_SIZE, STREAM_INFO_NUM_CHUNKS_MAX, STREAM_INFO_BUF_ANNOUNCE_MIN,
+         STREAM_INFO_ZR_BUF_ANNOUNCE_MAX, STREAM_INFO_BUF_ALIGNMENT},
         {&objInformation.PayloadSize, &objInformation.NumChunksMax, &objInformation.BufAnnounceMin,
          &objInformation.BufAnnounceMax, &objInformation.BufAlignment},
         {&objInformation.PayloadSizeValid, &objInformation.NumChunksMaxValid, &objInformation.BufAnnounceMinValid,

@@ -5,36 +5,41 @@
 
 #include "GenTL/GenTL.h"
 #include "TLClass/TLClassLoadTL/DynamicLibrary.h"
-#include "TLClass/TLClassLoadTL/GenTLEntries.h"
 
-/// One entry of a producer, called like a function of the standard's prototype. Bound once, by CGenTLLib.
+/// One entry of a producer, called like a function of the standard's prototype. A member of CGenTLLib, which binds it.
 template <typename PROTOTYPE>
 class CGenTLEntry;
 
 template <typename... ARGUMENTS>
-class CGenTLEntry<GC_ERROR(ARGUMENTS...)> {
+class CGenTLEntry<GC_ERROR(GC_CALLTYPE*)(ARGUMENTS...)> {
 public:
-    explicit CGenTLEntry(CDynamicLibrary::FUNCTION pFunction) : m_pFunction(reinterpret_cast<SLOT>(pFunction)) {}
+    /// What a producer answers that lacks the entry.
+    static constexpr GC_ERROR kMissing = -1;
 
-    /// What the producer answers, or -1 if it lacks the entry.
+    CGenTLEntry() = default;
+    CGenTLEntry(const CGenTLEntry&) = delete;
+    CGenTLEntry& operator=(const CGenTLEntry&) = delete;
+
     GC_ERROR operator()(ARGUMENTS... arguments) const {
-        return m_pFunction == nullptr ? GC_ERROR{-1} : m_pFunction(arguments...);
+        return m_pFunction == nullptr ? kMissing : m_pFunction(arguments...);
     }
 
-    /// The producer's function itself, null if it lacks the entry.
-    CDynamicLibrary::FUNCTION GetFunction() const { return reinterpret_cast<CDynamicLibrary::FUNCTION>(m_pFunction); }
-
 private:
-    using SLOT = GC_ERROR (*)(ARGUMENTS...);
+    friend class CGenTLLib;
 
-    SLOT m_pFunction;
+    void __Bind(CDynamicLibrary::FUNCTION pFunction) {
+        m_pFunction = reinterpret_cast<decltype(m_pFunction)>(pFunction);
+    }
+    CDynamicLibrary::FUNCTION __GetFunction() const { return reinterpret_cast<CDynamicLibrary::FUNCTION>(m_pFunction); }
+
+    GC_ERROR(GC_CALLTYPE* m_pFunction)(ARGUMENTS...) = nullptr;
 };
 
 /// The binding to one producer: loads its file, and offers each of its entries as a member of the same name.
 ///
-/// Owned by the manager, which closes all modules of the producer, and then the producer, before it lets the binding go;
-/// everybody else keeps a plain pointer. Read only once it is made, so any thread may call any member; what a producer
-/// itself asks of concurrent calls is the callers' matter.
+/// Owned by the manager, which closes all modules of the producer, and then the producer, before it lets the binding
+/// go; everybody else keeps a plain pointer. Read only once it is made, so any thread may call any member; what a
+/// producer itself asks of concurrent calls is the callers' matter.
 class CGenTLLib {
 public:
     /// @param strPath  the producer's file. An entry that it lacks gives a line in the log, and answers -1 when called.
@@ -50,12 +55,14 @@ public:
     CDynamicLibrary::FUNCTION FindFunction(const std::string& strName) const;
 
 private:
-    CDynamicLibrary m_objLibrary;  // loaded before the entries below are bound, and freed after them
+    void __BindEntries();
+
+    CDynamicLibrary m_objLibrary;
 
 public:
-#define GENTL_MEMBER(NAME) const CGenTLEntry<decltype(::NAME)> NAME;
-    GENTL_ENTRIES(GENTL_MEMBER)
-#undef GENTL_MEMBER
+#define GENTL_ENTRY_MEMBER(NAME, PARAMETERS) CGenTLEntry<P##NAME> NAME;
+    GENTL_ENTRIES(GENTL_ENTRY_MEMBER)
+#undef GENTL_ENTRY_MEMBER
 
 private:
     std::map<std::string, CDynamicLibrary::FUNCTION> m_mapFunction;

@@ -8,8 +8,8 @@
 
 #include "GenTL/GenTL.h"
 
-/// The most bytes, the closing zero included, that a text of a producer may have. No ID, name or message comes near it; a
-/// producer that announces more is taken to answer nonsense, and nothing is allocated for it.
+/// The most bytes, the closing zero included, that a text of a producer may have. No ID, name or message comes near it;
+/// a producer that announces more is taken to answer nonsense, and nothing is allocated for it.
 inline constexpr std::size_t kMaxProducerTextSize = std::size_t{1} << 20;
 
 /// First half of the two calls that read a text: how many bytes there are. Nothing if the producer refuses.

@@ -18,4 +18,6 @@ protected:
 };
 
 /// Lets what the agency acquired stay when the agency goes.
-inline void Dismiss(CAgency& objAgency) noexcept { objAgency.m_bArmed = false; }
+inline void Dismiss(CAgency& objAgency) noexcept {
+    objAgency.m_bArmed = false;
+}

@@ -34,7 +34,7 @@ void CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(GC_ERROR nCode, CGenTLLib* 
     switch (nCode) {
         case GC_ERR_ACCESS_DENIED:
             throw CInvalidAccessError("Access denied:" + strText, kThisFile, 100, kThisFunction);
-        case GC_ERR_CUSTOM_ID:
+        case GC_ERR_ZR_DEVICE_OFFLINE:
             throw CDeviceOfflineError(strText, kThisFile, 105, kThisFunction);
         case GC_ERR_TIMEOUT:
             throw CTimeoutError(strText, strFile, nLine, strFunction);
