@@ -122,6 +122,7 @@ protected:
 
     static std::vector<FIELD> ToldTexts(const std::string& strEntry, const std::vector<std::int32_t>& vecCommand) {
         std::vector<FIELD> vecField;
+        vecField.reserve(vecCommand.size());
         for (const std::int32_t nCommand : vecCommand) {
             vecField.push_back({TextOf(strEntry, nCommand), true});
         }
@@ -182,8 +183,10 @@ TEST_F(InformationQueries, RecordByIDIsThatOfTheIDAsked) {
     Producer().Interface("if-1").Plug("cam-2");
     bool8_t bChanged = 0;
     ASSERT_EQ(Lib().IFUpdateDeviceList(m_hInterface, &bChanged, 0), 0);
-    EXPECT_EQ(CInterfaceID(pLib(), m_hTL, 0).GetID(), "if-1");
-    EXPECT_EQ(CDeviceID(pLib(), m_hInterface, 0).GetID(), "cam-1");
+    Producer().AddInterface("if-2");
+    ASSERT_EQ(Lib().TLUpdateInterfaceList(m_hTL, &bChanged, 0), 0);
+    EXPECT_EQ(CInterfaceID(pLib(), m_hTL, 1).GetID(), "if-2");
+    EXPECT_EQ(CInterfaceInformationFromID(m_hTL, "if-2", pLib()).GetInformation().ID, "if-2");
     EXPECT_EQ(CDeviceID(pLib(), m_hInterface, 1).GetID(), "cam-2");
     EXPECT_EQ(CDeviceID(pLib(), m_hInterface, 2).GetID(), "");
     EXPECT_EQ(CDeviceInformationFromID(m_hInterface, "cam-2", pLib()).GetInformation().ID, "cam-2");

@@ -2,7 +2,6 @@
 #include <iterator>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -153,19 +152,6 @@ TEST(ProducerLibrary, TwoProducersAtOnceKeepApartAndUnloadInEitherOrder) {
         arrLib[1 - nFirst].reset();
         EXPECT_FALSE(CProducerLibrary::IsLoaded(arrFile[1 - nFirst]));
     }
-}
-
-TEST(ProducerLibrary, MembersMayBeCalledFromManyThreads) {
-    const CProducerLibrary objDouble(PRODUCER_DOUBLE);
-    const CGenTLLib objLib(PRODUCER_DOUBLE);
-    std::vector<std::thread> vecThread(4);
-    for (std::thread& objThread : vecThread) {
-        objThread = std::thread([&objLib] { CallAllEntries(objLib); });
-    }
-    for (std::thread& objThread : vecThread) {
-        objThread.join();
-    }
-    EXPECT_EQ(objDouble->Calls().size(), 4 * kEntryNames.size());
 }
 
 TEST(ProducerLibrary, FailedUnloadIsOneLineInTheLog) {
