@@ -136,17 +136,17 @@ std::vector<CALL> CProducer::CallsOf(const std::string& strEntry) const {
 
 std::size_t CProducer::Count(const std::string& strEntry) const {
     const LOCK lock = m_objContext.objMonitor.Enter();
-    return static_cast<std::size_t>(std::count_if(m_queCall.begin(), m_queCall.end(),
-                                                  [&](const CALL& objCall) { return objCall.strEntry == strEntry; }));
+    return __Count(strEntry);
+}
+
+std::size_t CProducer::__Count(const std::string& strEntry) const {
+    const auto it = m_mapCount.find(strEntry);
+    return it == m_mapCount.end() ? 0 : it->second;
 }
 
 bool CProducer::WaitForCalls(const std::string& strEntry, std::size_t nCalls) {
     LOCK lock = m_objContext.objMonitor.Enter();
-    return m_objContext.objMonitor.changed.wait_for(lock, kPatience, [&] {
-        const auto nSeen = std::count_if(m_queCall.begin(), m_queCall.end(),
-                                         [&](const CALL& objCall) { return objCall.strEntry == strEntry; });
-        return static_cast<std::size_t>(nSeen) >= nCalls;
-    });
+    return m_objContext.objMonitor.changed.wait_for(lock, kPatience, [&] { return __Count(strEntry) >= nCalls; });
 }
 
 bool CProducer::WaitForEventWaiters(const std::string& strEvent, std::size_t nWaiters) {
@@ -163,8 +163,13 @@ bool CProducer::WaitForEventWaiters(const std::string& strEvent, std::size_t nWa
 
 void CProducer::ClearCalls() {
     const LOCK lock = m_objContext.objMonitor.Enter();
+    __ForgetCalls();
+}
+
+void CProducer::__ForgetCalls() {
     m_nForgottenCalls += m_queCall.size();
     m_queCall.clear();
+    m_mapCount.clear();
 }
 
 void CProducer::RecordCalls(bool bRecord) {
@@ -177,6 +182,7 @@ std::size_t CProducer::CallBegins(const CCall& objCall) {
     if (!m_bRecord)
         return kNotRecorded;
     m_queCall.push_back(objCall.Record());
+    ++m_mapCount[m_queCall.back().strEntry];
     m_objContext.objMonitor.changed.notify_all();
     return m_nForgottenCalls + m_queCall.size() - 1;
 }
@@ -248,8 +254,7 @@ void CProducer::Reset() {
     m_bInitialised = false;
     m_vecRule.clear();
     m_bRecord = true;
-    m_nForgottenCalls += m_queCall.size();
-    m_queCall.clear();
+    __ForgetCalls();
     m_mapLastError.clear();
     m_pSystem.swap(pSystem);
 }

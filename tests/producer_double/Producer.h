@@ -66,6 +66,8 @@ private:
 
     CInterface& __Find(const std::string& strId) const;
     CInterface& __InterfaceOf(const std::string& strDeviceId) const;
+    std::size_t __Count(const std::string& strEntry) const;
+    void __ForgetCalls();
 
     CONTEXT m_objContext;
     std::shared_ptr<CSystem> m_pSystem;
@@ -73,7 +75,8 @@ private:
     std::vector<std::unique_ptr<CRule>> m_vecRule;
     bool m_bRecord = true;
     std::deque<CALL> m_queCall;
-    std::size_t m_nForgottenCalls = 0;  // the number of the first record still held
+    std::unordered_map<std::string, std::size_t> m_mapCount;  // of the records held, by entry
+    std::size_t m_nForgottenCalls = 0;                        // the number of the first record still held
     std::size_t m_nCallsInside = 0;
     std::unordered_map<std::thread::id, std::pair<GC_ERROR, std::string>> m_mapLastError;
 };
