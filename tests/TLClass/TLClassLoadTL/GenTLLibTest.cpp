@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TLClass/TLClassLoadTL/GenTLLib.h"
+#include "support/ZrException.h"
+#include "tests/TLClass/CollectedLog.h"
+#include "tests/TLClass/TLClassLoadTL/StolenModule.h"
+#include "tests/TLClass/TemporaryDirectory.h"
+#include "tests/producer_double/ProducerLibrary.h"
+
+namespace {
+
+using ProducerDouble::CProducerLibrary;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+const std::vector<std::string> kEntryNames = {
+#define ENTRY_NAME(NAME, PARAMETERS) #NAME,
+    GENTL_ENTRIES(ENTRY_NAME)
+#undef ENTRY_NAME
+};
+
+template <typename... ARGUMENTS>
+GC_ERROR CallWithZeros(const CGenTLEntry<GC_ERROR (*)(ARGUMENTS...)>& fnEntry) {
+    return fnEntry(ARGUMENTS{}...);
+}
+
+/// What all 56 members answer, in the order of the table.
+std::vector<GC_ERROR> CallAllEntries(const CGenTLLib& objLib) {
+    return {
+#define CALL_ENTRY(NAME, PARAMETERS) CallWithZeros(objLib.NAME),
+        GENTL_ENTRIES(CALL_ENTRY)
+#undef CALL_ENTRY
+    };
+}
+
+std::vector<std::string> EntriesCalled(const CProducerLibrary& objDouble) {
+    std::vector<std::string> vecName;
+    for (const ProducerDouble::CALL& objCall : objDouble->Calls()) {
+        vecName.push_back(objCall.strEntry);
+    }
+    return vecName;
+}
+
+TEST(ProducerLibrary, EveryMemberReachesTheEntryOfItsName) {
+    const CProducerLibrary objDouble(PRODUCER_DOUBLE);
+    CCollectedLog objLog;
+    const CGenTLLib objLib(PRODUCER_DOUBLE);
+    ASSERT_EQ(kEntryNames.size(), 56U);
+    EXPECT_THAT(CallAllEntries(objLib), Not(Contains(-1)));
+    EXPECT_EQ(EntriesCalled(objDouble), kEntryNames);
+    EXPECT_THAT(objLog.Take(), IsEmpty());
+}
+
+TEST(ProducerLibrary, LibraryWithoutEntriesLoadsWithALineForEachAndAnswersMinusOne) {
+    CCollectedLog objLog;
+    const CGenTLLib objLib(PRODUCER_DOUBLE_WITHOUT_EXPORTS);
+    std::vector<std::string> vecExpected = kEntryNames;
+    for (std::string& strLine : vecExpected) {
+        strLine.insert(0, "Failed to get ProcAddress ");
+    }
+    EXPECT_EQ(objLog.Take(), vecExpected);
+    EXPECT_THAT(CallAllEntries(objLib), Each(-1));
+    EXPECT_EQ(objLib.FindFunction("GCReadPort"), nullptr);
+    EXPECT_THAT(objLog.Take(), IsEmpty());
+}
+
+TEST(ProducerLibrary, WhatIsNoLibraryIsThrownBackWithItsPath) {
+    const CTemporaryDirectory objRoot;
+    for (const std::string& strPath : {std::string(PRODUCER_DOUBLE_NO_LIBRARY), objRoot.MakeFile("empty.cti"),
+                                       objRoot.MakeDirectory("dir.cti"), objRoot.Path("missing.cti"), std::string()}) {
+        try {
+            const CGenTLLib objLib(strPath);
+            ADD_FAILURE() << strPath;
+        } catch (const CUnexpectedError& objError) {
+            EXPECT_EQ(objError.GetErrorCode(), -1);
+            EXPECT_EQ(objError.GetMessage(), "Failed to load file " + strPath + "\n");
+            EXPECT_EQ(objError.GetFunction(), "CGenTLLib::CGenTLLib");
+            EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassLoadTL\\GenTLLib");
+            EXPECT_EQ(objError.GetLine(), 38);
+        }
+    }
+}
+
+TEST(ProducerLibrary, EntriesThatAreMissingAnswerMinusOneAndTheOthersWork) {
+    struct CASE {
+        const char* pFile;
+        std::vector<std::string> vecMissing;
+    };
+    const CASE arrCase[] = {
+        {PRODUCER_DOUBLE_WITHOUT_LAST_ERROR, {"GCGetLastError"}},
+        {PRODUCER_DOUBLE_WITHOUT_STACKED, {"GCReadPortStacked", "GCWritePortStacked"}},
+        {PRODUCER_DOUBLE_WITHOUT_FURTHER, {"IFIpConfiguration", "IFForceIp", "IFResetDevice", "IFUpdateSpecialDevice"}},
+    };
+    for (const CASE& objCase : arrCase) {
+        const CGenTLLib objLib(objCase.pFile);
+        const std::vector<GC_ERROR> vecResult = CallAllEntries(objLib);
+        std::vector<std::string> vecMissing;
+        for (std::size_t i = 0; i < kEntryNames.size(); ++i) {
+            if (vecResult[i] == -1) {
+                vecMissing.push_back(kEntryNames[i]);
+            }
+        }
+        EXPECT_EQ(vecMissing, objCase.vecMissing) << objCase.pFile;
+    }
+}
+
+TEST(ProducerLibrary, FindsFiveFunctionsByNameAndNoOther) {
+    const std::vector<std::string> vecName = {"GCGetLastError", "GCReadPort", "GCWritePort", "GCReadPortStacked",
+                                              "GCWritePortStacked"};
+    const CProducerLibrary objDouble(PRODUCER_DOUBLE);
+    const CGenTLLib objLib(PRODUCER_DOUBLE);
+    std::vector<std::string> vecFound;
+    std::copy_if(kEntryNames.begin(), kEntryNames.end(), std::back_inserter(vecFound),
+                 [&](const std::string& strName) { return objLib.FindFunction(strName) != nullptr; });
+    EXPECT_EQ(vecFound, vecName);
+    for (const std::string& strName : vecName) {
+        const auto pExpected = objDouble.Entry<CDynamicLibrary::FUNCTION>(strName.c_str());
+        EXPECT_EQ(objLib.FindFunction(strName), pExpected) << strName;
+    }
+    EXPECT_EQ(objLib.FindFunction("gcreadport"), nullptr);
+    EXPECT_EQ(CGenTLLib(PRODUCER_DOUBLE_WITHOUT_STACKED).FindFunction("GCReadPortStacked"), nullptr);
+}
+
+TEST(ProducerLibrary, TwoProducersAtOnceKeepApartAndUnloadInEitherOrder) {
+    for (const bool bFirstGoesFirst : {true, false}) {
+        std::unique_ptr<CGenTLLib> arrLib[] = {std::make_unique<CGenTLLib>(PRODUCER_DOUBLE),
+                                               std::make_unique<CGenTLLib>(PRODUCER_DOUBLE_SECOND)};
+        const char* const arrFile[] = {PRODUCER_DOUBLE, PRODUCER_DOUBLE_SECOND};
+        // One is initialised and the other isn't, although both have the same code.
+        EXPECT_EQ(arrLib[0]->GCInitLib(), GC_ERR_SUCCESS);
+        TL_HANDLE hTL = nullptr;
+        EXPECT_EQ(arrLib[1]->TLOpen(&hTL), GC_ERR_NOT_INITIALIZED);
+        EXPECT_EQ(arrLib[0]->TLOpen(&hTL), GC_ERR_SUCCESS);
+        EXPECT_EQ(arrLib[0]->TLClose(hTL), GC_ERR_SUCCESS);
+        EXPECT_EQ(arrLib[0]->GCCloseLib(), GC_ERR_SUCCESS);
+
+        const int nFirst = bFirstGoesFirst ? 0 : 1;
+        arrLib[nFirst].reset();
+        EXPECT_FALSE(CProducerLibrary::IsLoaded(arrFile[nFirst]));
+        EXPECT_EQ(arrLib[1 - nFirst]->GCInitLib(), GC_ERR_SUCCESS);
+        EXPECT_EQ(arrLib[1 - nFirst]->GCCloseLib(), GC_ERR_SUCCESS);
+        arrLib[1 - nFirst].reset();
+        EXPECT_FALSE(CProducerLibrary::IsLoaded(arrFile[1 - nFirst]));
+    }
+}
+
+TEST(ProducerLibrary, FailedUnloadIsOneLineInTheLog) {
+    CCollectedLog objLog;
+    {
+        const CGenTLLib objLib(LINKED_LIBRARY);
+        CloseBehindTheBackOfItsOwner(LINKED_LIBRARY);
+        objLog.Take();
+    }
+    EXPECT_THAT(objLog.Take(), ElementsAre("FreeLibrary failed"));
+}
+
+TEST(DynamicLibrary, AnswersBySayingWhatItHolds) {
+    CDynamicLibrary objLibrary;
+    CCollectedLog objLog;
+    EXPECT_TRUE(objLibrary.Free());
+    EXPECT_EQ(objLibrary.GetFunction("TLOpen"), nullptr);
+    EXPECT_THAT(objLog.Take(), IsEmpty());
+
+    EXPECT_FALSE(objLibrary.Load("/nowhere/a.cti"));
+    EXPECT_TRUE(objLibrary.Load(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR));
+    EXPECT_FALSE(objLibrary.Load(PRODUCER_DOUBLE));
+    EXPECT_NE(objLibrary.GetFunction("TLOpen"), nullptr);
+    EXPECT_EQ(objLibrary.GetFunction("GCGetLastError"), nullptr);
+    EXPECT_THAT(objLog.Take(), ElementsAre("Failed to get ProcAddress GCGetLastError"));
+
+    EXPECT_TRUE(objLibrary.Free());
+    EXPECT_FALSE(CProducerLibrary::IsLoaded(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR));
+    EXPECT_TRUE(objLibrary.Load(PRODUCER_DOUBLE));
+    EXPECT_NE(objLibrary.GetFunction("GCGetLastError"), nullptr);
+}
+
+}  // namespace
