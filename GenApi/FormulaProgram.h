@@ -9,7 +9,7 @@ namespace GenApi_3_0 {
 /// What one step of a compiled formula does to the stack of values. Operand is explained where there is one.
 enum class EFormulaOperation : std::uint8_t {
     // Values
-    PushLiteral,     ///< Operand: index into Literals
+    PushLiteral,     ///< Operand: index into the literals
     PushVariable,    ///< Operand: index into VariableNames
     PushExpression,  ///< Operand: index into Expressions; runs it unless this evaluation has done so already
     // Flow
@@ -72,13 +72,11 @@ struct FORMULA_SUBPROGRAM {
     std::uint32_t FirstStep;
 };
 
-/// A compiled formula: the main text's steps from step 0 to its Return, then those of each Expression that is needed.
-/// The compiler guarantees that every operand is a valid index and that no run needs more values at once than
-/// kMaxValuesAtOnce; the evaluator relies on it.
-template <class Value>
+/// The steps of a compiled formula: the main text's from step 0 to its Return, then those of each Expression that is
+/// needed. The compiler guarantees that every operand is a valid index, that the Expressions lead in no circle and that
+/// no run needs more values at once than kMaxValuesAtOnce; the evaluator relies on it.
 struct FORMULA_PROGRAM {
     std::vector<FORMULA_STEP> Steps;
-    std::vector<Value> Literals;
     std::vector<std::string> VariableNames;
     std::vector<FORMULA_SUBPROGRAM> Expressions;
 };
