@@ -1,0 +1,3 @@
+#include "support/ErrorTextMode.h"
+
+constinit std::atomic<int> g_nErrorTextMode{0};

@@ -1,0 +1,108 @@
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TLClass/TLClassLoadTL/CtiRetrival.h"
+#include "support/Environment.h"
+#include "support/ZrException.h"
+#include "tests/TLClass/TemporaryDirectory.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kVariable = "GENICAM_GENTL64_PATH";
+
+class ProducerSearch : public testing::Test {
+protected:
+    void TearDown() override { unsetenv(kVariable); }
+
+    static void SearchIn(const std::string& strDirectories) { ASSERT_TRUE(SetEnvironment(kVariable, strDirectories)); }
+
+    static void ExpectNothingIsFound(const std::vector<std::string>& vecFileName) {
+        try {
+            CCtiRetrival::GetTLFilePaths(vecFileName);
+            FAIL() << "something was found";
+        } catch (const CNotFoundTLError& objError) {
+            EXPECT_EQ(objError.GetMessage(), "Not found TL library");
+            EXPECT_EQ(objError.GetFunction(), "CCtiRetrival::__GetFilePath");
+            EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassLoadTL\\CtiRetrival");
+            EXPECT_EQ(objError.GetLine(), 117);
+        }
+    }
+
+    CTemporaryDirectory m_objRoot;
+};
+
+TEST_F(ProducerSearch, UnsetVariableIsAnotherFailureThanAMissingProducer) {
+    unsetenv(kVariable);
+    try {
+        CCtiRetrival::GetTLFilePaths({"a.cti"});
+        FAIL() << "something was found";
+    } catch (const CUnexpectedError& objError) {
+        EXPECT_EQ(objError.GetErrorCode(), -1);
+        EXPECT_EQ(objError.GetMessage(), "Failed to get GenTL path");
+        EXPECT_EQ(objError.GetFunction(), "CCtiRetrival::__GetTLDirectoryPath");
+        EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassLoadTL\\CtiRetrival");
+        EXPECT_EQ(objError.GetLine(), 58);
+    }
+}
+
+TEST_F(ProducerSearch, NothingToSearchOrNothingToSeekFindsNothing) {
+    m_objRoot.MakeFile("a.cti");
+    for (const std::string& strDirectories :
+         {std::string(), std::string(":"), std::string(":::"), m_objRoot.Path("missing"), " " + m_objRoot.Path("")}) {
+        SearchIn(strDirectories);
+        ExpectNothingIsFound({"a.cti"});
+    }
+    SearchIn(m_objRoot.Path(""));
+    ExpectNothingIsFound({});
+    ExpectNothingIsFound({"A.CTI", "b.cti"});
+}
+
+TEST_F(ProducerSearch, EarliestDirectoryWinsForEachNameByItself) {
+    const std::string strFirst = m_objRoot.MakeDirectory("first");
+    const std::string strSecond = m_objRoot.MakeDirectory("second");
+    const std::string strThird = m_objRoot.MakeDirectory("third");
+    for (const char* pFile : {"second/a.cti", "third/a.cti", "first/b.cti", "third/deeper"}) {
+        m_objRoot.MakeFile(pFile);
+    }
+    m_objRoot.MakeDirectory("second/below");
+    m_objRoot.MakeFile("second/below/c.cti");
+    SearchIn(strFirst + ":" + m_objRoot.Path("missing") + "::" + strSecond + ":" + strThird + ":");
+
+    // In the order of the names, not of the directories; what isn't there is passed over, also one directory deeper.
+    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti", "c.cti", "b.cti"}),
+                ElementsAre(strSecond + "/a.cti", strFirst + "/b.cti"));
+    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti", "b.cti", "a.cti"}),
+                ElementsAre(strSecond + "/a.cti", strFirst + "/b.cti", strSecond + "/a.cti"));
+}
+
+TEST_F(ProducerSearch, PathsAreJoinedAsTheyStand) {
+    m_objRoot.MakeFile("a.cti");
+    SearchIn(m_objRoot.Path("") + ":" + m_objRoot.Path("."));
+    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti"}), ElementsAre(m_objRoot.Path("/a.cti")));
+}
+
+TEST_F(ProducerSearch, DirectoryOfTheNameSoughtCountsAsFound) {
+    const std::string strFirst = m_objRoot.MakeDirectory("first");
+    const std::string strSecond = m_objRoot.MakeDirectory("second");
+    m_objRoot.MakeDirectory("first/a.cti");
+    m_objRoot.MakeFile("second/a.cti");
+    SearchIn(strFirst + ":" + strSecond);
+    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti"}), ElementsAre(strFirst + "/a.cti"));
+}
+
+TEST_F(ProducerSearch, ChangedVariableTakesEffectAtTheNextSearch) {
+    m_objRoot.MakeFile("a.cti");
+    const std::string strOther = m_objRoot.MakeDirectory("other");
+    SearchIn(strOther);
+    ExpectNothingIsFound({"a.cti"});
+    SearchIn(m_objRoot.Path("."));
+    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti"}), ElementsAre(m_objRoot.Path("./a.cti")));
+}
+
+}  // namespace
