@@ -74,7 +74,7 @@ private:
 
     bool __DoUpdateInProducer(std::uint64_t nTimeoutMs);
     DEVICE_LIST __GetCandidates() const;
-    DEVICE_LIST __MergeDevices(const std::vector<DEV_MODULE_INFO>& vecRecord, DEVICE_LIST vecCandidate);
+    DEVICE_LIST __MergeDevices(const std::vector<DEV_MODULE_INFO>& vecRecord, const DEVICE_LIST& vecCandidate);
     void __ExchangeDevices(DEVICE_LIST vecNew, const DEVICE_LIST& vecCandidate);
 
     std::atomic<IF_HANDLE> m_hInterface = nullptr;

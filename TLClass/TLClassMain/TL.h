@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "TLClass/TLClassInfo/IFModuleInfo.h"
 #include "TLClass/TLClassInfo/SpecialInfo.h"
 #include "TLClass/TLClassMain/Agency.h"
 #include "TLClass/TLClassMain/ITL.h"
@@ -50,6 +51,7 @@ private:
     INTERFACE_LIST __GetCandidates() const;
     INTERFACE_LIST __MergeInterfaces(const std::vector<IF_MODULE_INFO>& vecRecord, const INTERFACE_LIST& vecCandidate);
     static INTERFACE_LIST __GetVanishedInterfaces(const INTERFACE_LIST& vecCandidate, const INTERFACE_LIST& vecNew);
+    INTERFACE_LIST __ExchangeRemoved(INTERFACE_LIST vecRemoved);
 
     TL_MODULE_INFO m_objInformation;  // guarded by m_csRecords
     std::atomic<TL_HANDLE> m_hTL = nullptr;
