@@ -4,7 +4,8 @@
 #include <cstdint>
 
 /// What a producer tells about a buffer and the frame in it. Sizes, paddings and the offset of the image are in bytes,
-/// width, height and offsets in pixels. A field whose command the producer refused is empty, and its flag false.
+/// width, height and offsets in pixels.
+/// A field whose command the producer refused is empty, and its flag, the field's name with Valid behind it, is false.
 struct BUFFER_MODULE_INFO {
     std::size_t Size = 0;
     std::size_t SizeFilled = 0;

@@ -6,7 +6,7 @@
 #include <string>
 
 /// What a producer tells about a data stream. PayloadSize is in bytes, BufAlignment too; the others are counts.
-/// A field whose command the producer refused is empty, and its flag false.
+/// A field whose command the producer refused is empty, and its flag, the field's name with Valid behind it, is false.
 /// The reserved members are room to grow.
 struct DS_MODULE_INFO {
     std::string ID;

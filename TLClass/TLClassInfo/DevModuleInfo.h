@@ -8,7 +8,7 @@ struct COMMON_DEVICE_INFO;
 struct SPECIAL_INFO;
 
 /// What a producer tells about a device.
-/// A field whose command the producer refused is empty, and its flag false.
+/// A field whose command the producer refused is empty, and its flag, the field's name with Valid behind it, is false.
 /// The reserved members are room to grow.
 struct DEV_MODULE_INFO {
     std::string ID;

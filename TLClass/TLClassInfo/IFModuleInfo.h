@@ -7,7 +7,7 @@
 struct SPECIAL_INFO;
 
 /// What a producer tells about an interface.
-/// A field whose command the producer refused is empty, and its flag false.
+/// A field whose command the producer refused is empty, and its flag, the field's name with Valid behind it, is false.
 /// The reserved members are room to grow.
 struct IF_MODULE_INFO {
     std::string ID;

@@ -5,7 +5,7 @@
 #include <string>
 
 /// What a producer tells about itself or about its system module.
-/// A field whose command the producer refused is empty, and its flag false.
+/// A field whose command the producer refused is empty, and its flag, the field's name with Valid behind it, is false.
 /// The reserved members are room to grow.
 struct TL_MODULE_INFO {
     std::string Vendor;

@@ -98,13 +98,4 @@ TEST_F(ProducerSearch, DirectoryOfTheNameSoughtCountsAsFound) {
     EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti"}), ElementsAre(strFirst + "/a.cti"));
 }
 
-TEST_F(ProducerSearch, ChangedVariableTakesEffectAtTheNextSearch) {
-    m_objRoot.MakeFile("a.cti");
-    const std::string strOther = m_objRoot.MakeDirectory("other");
-    SearchIn(strOther);
-    ExpectNothingIsFound({"a.cti"});
-    SearchIn(m_objRoot.Path("."));
-    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti"}), ElementsAre(m_objRoot.Path("./a.cti")));
-}
-
 }  // namespace

@@ -1,7 +1,7 @@
+#include <algorithm>
+#include <iterator>
 #include <memory>
-#include <numeric>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -12,11 +12,16 @@
 #include "tests/TLClass/CollectedLog.h"
 #include "tests/TLClass/TLClassLoadTL/StolenModule.h"
 #include "tests/TLClass/TemporaryDirectory.h"
+#include "tests/producer_double/ProducerLibrary.h"
 
 namespace {
 
+using ProducerDouble::CProducerLibrary;
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
 
 const std::vector<std::string> kEntryNames = {
 #define ENTRY_NAME(NAME, PARAMETERS) #NAME,
@@ -38,23 +43,27 @@ std::vector<GC_ERROR> CallAllEntries(const CGenTLLib& objLib) {
     };
 }
 
-std::vector<GC_ERROR> NumbersFrom(GC_ERROR nBase) {
-    std::vector<GC_ERROR> vecNumber(kEntryNames.size());
-    std::iota(vecNumber.begin(), vecNumber.end(), nBase);
-    return vecNumber;
+std::vector<std::string> EntriesCalled(const CProducerLibrary& objDouble) {
+    std::vector<std::string> vecName;
+    for (const ProducerDouble::CALL& objCall : objDouble->Calls()) {
+        vecName.push_back(objCall.strEntry);
+    }
+    return vecName;
 }
 
 TEST(ProducerLibrary, EveryMemberReachesTheEntryOfItsName) {
+    const CProducerLibrary objDouble(PRODUCER_DOUBLE);
     CCollectedLog objLog;
-    const CGenTLLib objLib(NUMBERED_PRODUCER_1000);
+    const CGenTLLib objLib(PRODUCER_DOUBLE);
     ASSERT_EQ(kEntryNames.size(), 56U);
-    EXPECT_EQ(CallAllEntries(objLib), NumbersFrom(1000));
-    EXPECT_TRUE(objLog.Take().empty());
+    EXPECT_THAT(CallAllEntries(objLib), Not(Contains(-1)));
+    EXPECT_EQ(EntriesCalled(objDouble), kEntryNames);
+    EXPECT_THAT(objLog.Take(), IsEmpty());
 }
 
 TEST(ProducerLibrary, LibraryWithoutEntriesLoadsWithALineForEachAndAnswersMinusOne) {
     CCollectedLog objLog;
-    const CGenTLLib objLib(NO_ENTRIES);
+    const CGenTLLib objLib(PRODUCER_DOUBLE_WITHOUT_EXPORTS);
     std::vector<std::string> vecExpected = kEntryNames;
     for (std::string& strLine : vecExpected) {
         strLine.insert(0, "Failed to get ProcAddress ");
@@ -62,12 +71,12 @@ TEST(ProducerLibrary, LibraryWithoutEntriesLoadsWithALineForEachAndAnswersMinusO
     EXPECT_EQ(objLog.Take(), vecExpected);
     EXPECT_THAT(CallAllEntries(objLib), Each(-1));
     EXPECT_EQ(objLib.FindFunction("GCReadPort"), nullptr);
-    EXPECT_TRUE(objLog.Take().empty());
+    EXPECT_THAT(objLog.Take(), IsEmpty());
 }
 
 TEST(ProducerLibrary, WhatIsNoLibraryIsThrownBackWithItsPath) {
     const CTemporaryDirectory objRoot;
-    for (const std::string& strPath : {objRoot.MakeFile("text.cti", "no library"), objRoot.MakeFile("empty.cti"),
+    for (const std::string& strPath : {std::string(PRODUCER_DOUBLE_NO_LIBRARY), objRoot.MakeFile("empty.cti"),
                                        objRoot.MakeDirectory("dir.cti"), objRoot.Path("missing.cti"), std::string()}) {
         try {
             const CGenTLLib objLib(strPath);
@@ -82,45 +91,66 @@ TEST(ProducerLibrary, WhatIsNoLibraryIsThrownBackWithItsPath) {
     }
 }
 
-TEST(ProducerLibrary, FindsFiveFunctionsByNameAndNoOther) {
-    const CGenTLLib objLib(NUMBERED_PRODUCER_1000);
-    std::vector<std::string> vecFound;
-    for (const std::string& strName : kEntryNames) {
-        if (objLib.FindFunction(strName) != nullptr) {
-            vecFound.push_back(strName);
+TEST(ProducerLibrary, EntriesThatAreMissingAnswerMinusOneAndTheOthersWork) {
+    struct CASE {
+        const char* pFile;
+        std::vector<std::string> vecMissing;
+    };
+    const CASE arrCase[] = {
+        {PRODUCER_DOUBLE_WITHOUT_LAST_ERROR, {"GCGetLastError"}},
+        {PRODUCER_DOUBLE_WITHOUT_STACKED, {"GCReadPortStacked", "GCWritePortStacked"}},
+        {PRODUCER_DOUBLE_WITHOUT_FURTHER, {"IFIpConfiguration", "IFForceIp", "IFResetDevice", "IFUpdateSpecialDevice"}},
+    };
+    for (const CASE& objCase : arrCase) {
+        const CGenTLLib objLib(objCase.pFile);
+        const std::vector<GC_ERROR> vecResult = CallAllEntries(objLib);
+        std::vector<std::string> vecMissing;
+        for (std::size_t i = 0; i < kEntryNames.size(); ++i) {
+            if (vecResult[i] == -1) {
+                vecMissing.push_back(kEntryNames[i]);
+            }
         }
+        EXPECT_EQ(vecMissing, objCase.vecMissing) << objCase.pFile;
     }
-    EXPECT_THAT(vecFound,
-                ElementsAre("GCGetLastError", "GCReadPort", "GCWritePort", "GCReadPortStacked", "GCWritePortStacked"));
-    const auto pReadPort = reinterpret_cast<PGCReadPort>(objLib.FindFunction("GCReadPort"));
-    EXPECT_EQ(pReadPort(nullptr, 0, nullptr, nullptr), objLib.GCReadPort(nullptr, 0, nullptr, nullptr));
+}
+
+TEST(ProducerLibrary, FindsFiveFunctionsByNameAndNoOther) {
+    const std::vector<std::string> vecName = {"GCGetLastError", "GCReadPort", "GCWritePort", "GCReadPortStacked",
+                                              "GCWritePortStacked"};
+    const CProducerLibrary objDouble(PRODUCER_DOUBLE);
+    const CGenTLLib objLib(PRODUCER_DOUBLE);
+    std::vector<std::string> vecFound;
+    std::copy_if(kEntryNames.begin(), kEntryNames.end(), std::back_inserter(vecFound),
+                 [&](const std::string& strName) { return objLib.FindFunction(strName) != nullptr; });
+    EXPECT_EQ(vecFound, vecName);
+    for (const std::string& strName : vecName) {
+        const auto pExpected = objDouble.Entry<CDynamicLibrary::FUNCTION>(strName.c_str());
+        EXPECT_EQ(objLib.FindFunction(strName), pExpected) << strName;
+    }
     EXPECT_EQ(objLib.FindFunction("gcreadport"), nullptr);
-    EXPECT_EQ(objLib.FindFunction(""), nullptr);
+    EXPECT_EQ(CGenTLLib(PRODUCER_DOUBLE_WITHOUT_STACKED).FindFunction("GCReadPortStacked"), nullptr);
 }
 
 TEST(ProducerLibrary, TwoProducersAtOnceKeepApartAndUnloadInEitherOrder) {
     for (const bool bFirstGoesFirst : {true, false}) {
-        auto pFirst = std::make_unique<CGenTLLib>(NUMBERED_PRODUCER_1000);
-        auto pSecond = std::make_unique<CGenTLLib>(NUMBERED_PRODUCER_2000);
-        EXPECT_EQ(CallAllEntries(*pFirst), NumbersFrom(1000));
-        EXPECT_EQ(CallAllEntries(*pSecond), NumbersFrom(2000));
-        (bFirstGoesFirst ? pFirst : pSecond).reset();
-        if (bFirstGoesFirst) {
-            EXPECT_EQ(CallAllEntries(*pSecond), NumbersFrom(2000));
-        } else {
-            EXPECT_EQ(CallAllEntries(*pFirst), NumbersFrom(1000));
-        }
-    }
-}
+        std::unique_ptr<CGenTLLib> arrLib[] = {std::make_unique<CGenTLLib>(PRODUCER_DOUBLE),
+                                               std::make_unique<CGenTLLib>(PRODUCER_DOUBLE_SECOND)};
+        const char* const arrFile[] = {PRODUCER_DOUBLE, PRODUCER_DOUBLE_SECOND};
+        // One is initialised and the other isn't, although both have the same code.
+        EXPECT_EQ(arrLib[0]->GCInitLib(), GC_ERR_SUCCESS);
+        TL_HANDLE hTL = nullptr;
+        EXPECT_EQ(arrLib[1]->TLOpen(&hTL), GC_ERR_NOT_INITIALIZED);
+        EXPECT_EQ(arrLib[0]->TLOpen(&hTL), GC_ERR_SUCCESS);
+        EXPECT_EQ(arrLib[0]->TLClose(hTL), GC_ERR_SUCCESS);
+        EXPECT_EQ(arrLib[0]->GCCloseLib(), GC_ERR_SUCCESS);
 
-TEST(ProducerLibrary, MembersMayBeCalledFromManyThreads) {
-    const CGenTLLib objLib(NUMBERED_PRODUCER_1000);
-    std::vector<std::thread> vecThread(4);
-    for (std::thread& objThread : vecThread) {
-        objThread = std::thread([&objLib] { EXPECT_EQ(CallAllEntries(objLib), NumbersFrom(1000)); });
-    }
-    for (std::thread& objThread : vecThread) {
-        objThread.join();
+        const int nFirst = bFirstGoesFirst ? 0 : 1;
+        arrLib[nFirst].reset();
+        EXPECT_FALSE(CProducerLibrary::IsLoaded(arrFile[nFirst]));
+        EXPECT_EQ(arrLib[1 - nFirst]->GCInitLib(), GC_ERR_SUCCESS);
+        EXPECT_EQ(arrLib[1 - nFirst]->GCCloseLib(), GC_ERR_SUCCESS);
+        arrLib[1 - nFirst].reset();
+        EXPECT_FALSE(CProducerLibrary::IsLoaded(arrFile[1 - nFirst]));
     }
 }
 
@@ -138,20 +168,20 @@ TEST(DynamicLibrary, AnswersBySayingWhatItHolds) {
     CDynamicLibrary objLibrary;
     CCollectedLog objLog;
     EXPECT_TRUE(objLibrary.Free());
-    EXPECT_EQ(objLibrary.GetFunction("NotAnEntry"), nullptr);
-    EXPECT_TRUE(objLog.Take().empty());
+    EXPECT_EQ(objLibrary.GetFunction("TLOpen"), nullptr);
+    EXPECT_THAT(objLog.Take(), IsEmpty());
 
     EXPECT_FALSE(objLibrary.Load("/nowhere/a.cti"));
-    EXPECT_TRUE(objLibrary.Load(NO_ENTRIES));
-    EXPECT_FALSE(objLibrary.Load(NUMBERED_PRODUCER_1000));
-    EXPECT_NE(objLibrary.GetFunction("NotAnEntry"), nullptr);
-    EXPECT_EQ(objLibrary.GetFunction("TLOpen"), nullptr);
-    EXPECT_THAT(objLog.Take(), ElementsAre("Failed to get ProcAddress TLOpen"));
+    EXPECT_TRUE(objLibrary.Load(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR));
+    EXPECT_FALSE(objLibrary.Load(PRODUCER_DOUBLE));
+    EXPECT_NE(objLibrary.GetFunction("TLOpen"), nullptr);
+    EXPECT_EQ(objLibrary.GetFunction("GCGetLastError"), nullptr);
+    EXPECT_THAT(objLog.Take(), ElementsAre("Failed to get ProcAddress GCGetLastError"));
 
     EXPECT_TRUE(objLibrary.Free());
-    EXPECT_EQ(objLibrary.GetFunction("NotAnEntry"), nullptr);
-    EXPECT_TRUE(objLibrary.Load(NUMBERED_PRODUCER_1000));
-    EXPECT_NE(objLibrary.GetFunction("TLOpen"), nullptr);
+    EXPECT_FALSE(CProducerLibrary::IsLoaded(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR));
+    EXPECT_TRUE(objLibrary.Load(PRODUCER_DOUBLE));
+    EXPECT_NE(objLibrary.GetFunction("GCGetLastError"), nullptr);
 }
 
 }  // namespace
