@@ -56,6 +56,7 @@ TEST(XMLUrl, FileUrlsGiveTheNameInUpperCaseAndThePathAsItWas) {
         {"file:/tmp/x.xml?", "/TMP/X.XML", "/tmp/x.xml"},
         {"file://tmp/x.xml?", "//TMP/X.XML", "//tmp/x.xml"},
         {"file:a?b.xml?", "A", "a"},
+        {"file:///??b.xml?", "B.XML", "/b.xml"},
     };
     for (const auto& objCase : arrCases) {
         const XML_URL_INFO objUrl = AnalyzeXMLUrl(objCase.pUrl);
