@@ -25,7 +25,7 @@ std::string Compress(const std::string& strText, int nWindowBits) {
     return strResult;
 }
 
-std::string LittleEndian(std::uint32_t nValue, std::size_t nBytes) {
+std::string LittleEndian(std::uint64_t nValue, std::size_t nBytes) {
     std::string strResult;
     for (std::size_t i = 0; i < nBytes; ++i) {
         strResult += static_cast<char>(nValue >> (8 * i) & 0xFF);
