@@ -26,8 +26,11 @@ function(norvik_add_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;NEEDS" ${ARGN})
     _norvik_test_program(${name})
     target_link_libraries(${name} PRIVATE GTest::gmock_main)
+    # On its way to CTest the list is taken apart three times more: without as many escapes, only the first variable
+    # arrives.
+    string(REPLACE ";" [[\\\\\\\;]] environment "${NORVIK_TEST_ENVIRONMENT}")
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${NORVIK_TEST_TIMEOUT} ENVIRONMENT "${NORVIK_TEST_ENVIRONMENT}")
+        PROPERTIES TIMEOUT ${NORVIK_TEST_TIMEOUT} ENVIRONMENT "${environment}")
 endfunction()
 
 # norvik_add_qt_test(NAME SOURCES... LIBRARIES...): a Qt Test program with a main of its own.

@@ -36,7 +36,8 @@ void CCtiRetrival::__GetFilePath(const std::vector<std::string>& vecFileName,
     for (const std::string& strFileName : vecFileName) {
         for (const std::string& strDirectory : vecDirectory) {
             // Joined as they stand: a directory that ends in a separator gives a path with two.
-            std::string strPath = strDirectory + kPathSeparator + strFileName;
+            std::string strPath = strDirectory;
+            strPath.append(kPathSeparator).append(strFileName);
             if (PathExists(strPath)) {
                 vecPath.push_back(std::move(strPath));
                 break;

@@ -60,7 +60,8 @@ private:
     CDynamicLibrary m_objLibrary;
 
 public:
-#define GENTL_ENTRY_MEMBER(NAME, PARAMETERS) CGenTLEntry<P##NAME> NAME;
+#define GENTL_ENTRY_MEMBER(NAME, PARAMETERS) \
+    CGenTLEntry<P##NAME> NAME;  // NOLINT(bugprone-macro-parentheses): a declaration
     GENTL_ENTRIES(GENTL_ENTRY_MEMBER)
 #undef GENTL_ENTRY_MEMBER
 

@@ -28,6 +28,6 @@ std::vector<std::string> CCollectedLog::Take() {
             vecLine.push_back(strLine);
         }
     }
-    std::ofstream(strFile, std::ios::trunc);
+    std::ofstream objEmptied(strFile, std::ios::trunc);
     return vecLine;
 }

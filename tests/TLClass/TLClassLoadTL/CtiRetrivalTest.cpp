@@ -18,7 +18,9 @@ constexpr const char* kVariable = "GENICAM_GENTL64_PATH";
 
 class ProducerSearch : public testing::Test {
 protected:
-    void TearDown() override { unsetenv(kVariable); }
+    void TearDown() override { Unset(); }
+
+    static void Unset() { unsetenv(kVariable); }  // NOLINT(concurrency-mt-unsafe): no other thread runs
 
     static void SearchIn(const std::string& strDirectories) { ASSERT_TRUE(SetEnvironment(kVariable, strDirectories)); }
 
@@ -38,7 +40,7 @@ protected:
 };
 
 TEST_F(ProducerSearch, UnsetVariableIsAnotherFailureThanAMissingProducer) {
-    unsetenv(kVariable);
+    Unset();
     try {
         CCtiRetrival::GetTLFilePaths({"a.cti"});
         FAIL() << "something was found";

@@ -1,4 +1,5 @@
 #include <memory>
+#include <numeric>
 #include <string>
 #include <thread>
 #include <vector>
@@ -38,10 +39,8 @@ std::vector<GC_ERROR> CallAllEntries(const CGenTLLib& objLib) {
 }
 
 std::vector<GC_ERROR> NumbersFrom(GC_ERROR nBase) {
-    std::vector<GC_ERROR> vecNumber;
-    for (std::size_t i = 0; i < kEntryNames.size(); ++i) {
-        vecNumber.push_back(nBase + static_cast<GC_ERROR>(i));
-    }
+    std::vector<GC_ERROR> vecNumber(kEntryNames.size());
+    std::iota(vecNumber.begin(), vecNumber.end(), nBase);
     return vecNumber;
 }
 
@@ -56,9 +55,9 @@ TEST(ProducerLibrary, EveryMemberReachesTheEntryOfItsName) {
 TEST(ProducerLibrary, LibraryWithoutEntriesLoadsWithALineForEachAndAnswersMinusOne) {
     CCollectedLog objLog;
     const CGenTLLib objLib(NO_ENTRIES);
-    std::vector<std::string> vecExpected;
-    for (const std::string& strName : kEntryNames) {
-        vecExpected.push_back("Failed to get ProcAddress " + strName);
+    std::vector<std::string> vecExpected = kEntryNames;
+    for (std::string& strLine : vecExpected) {
+        strLine.insert(0, "Failed to get ProcAddress ");
     }
     EXPECT_EQ(objLog.Take(), vecExpected);
     EXPECT_THAT(CallAllEntries(objLib), Each(-1));
@@ -116,9 +115,9 @@ TEST(ProducerLibrary, TwoProducersAtOnceKeepApartAndUnloadInEitherOrder) {
 
 TEST(ProducerLibrary, MembersMayBeCalledFromManyThreads) {
     const CGenTLLib objLib(NUMBERED_PRODUCER_1000);
-    std::vector<std::thread> vecThread;
-    for (int i = 0; i < 4; ++i) {
-        vecThread.emplace_back([&objLib] { EXPECT_EQ(CallAllEntries(objLib), NumbersFrom(1000)); });
+    std::vector<std::thread> vecThread(4);
+    for (std::thread& objThread : vecThread) {
+        objThread = std::thread([&objLib] { EXPECT_EQ(CallAllEntries(objLib), NumbersFrom(1000)); });
     }
     for (std::thread& objThread : vecThread) {
         objThread.join();
