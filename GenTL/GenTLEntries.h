@@ -69,7 +69,7 @@
                          void* pBuffer, size_t* pSize))                                                                \
     X(GCReadPortStacked, (PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntries, size_t* pCount))                     \
     X(GCWritePortStacked, (PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntries, size_t* pCount))                    \
-    X(DSGetBufferChunkData, (DS_HANDLE hStream, BUFFER_HANDLE hBuffer, SINGLE_CHUNK_DATA * pChunks, size_t * pCount))
+    X(DSGetBufferChunkData, (DS_HANDLE hStream, BUFFER_HANDLE hBuffer, SINGLE_CHUNK_DATA* pChunks, size_t* pCount))
 
 // The interface is the one on which the device was found. What the values and texts mean is the producer's business.
 #define GENTL_FURTHER_ENTRIES(X)                                                                                       \

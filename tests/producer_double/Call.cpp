@@ -1,0 +1,196 @@
+#include "tests/producer_double/Call.h"
+
+#include <charconv>
+#include <cstring>
+
+#include "tests/producer_double/Producer.h"
+
+namespace ProducerDouble {
+
+CProducer& CCall::Producer() {
+    return CProducer::Instance();
+}
+
+// Arguments.
+
+CCall& CCall::__Add(ARGUMENT objArgument) {
+    m_arrArgument[m_nArguments++] = objArgument;
+    return *this;
+}
+
+CCall& CCall::Handle(void* h) {
+    if (m_hModule == nullptr)
+        m_hModule = h;
+    return __Add(HANDLE_ARGUMENT{h});
+}
+
+CCall& CCall::Text(const char* pszText) {
+    return __Add(pszText);
+}
+
+CCall& CCall::Number(std::int64_t nNumber) {
+    m_nKeyNumber = static_cast<std::uint64_t>(nNumber);
+    return __Add(nNumber);
+}
+
+CCall& CCall::Address(std::uint64_t nAddress) {
+    m_nKeyNumber = nAddress;
+    return __Add(ADDRESS_ARGUMENT{nAddress});
+}
+
+CCall& CCall::Value(std::uint64_t nValue) {
+    return __Add(nValue);
+}
+
+CCall& CCall::Out(INFO_DATATYPE* pType, void* pBuffer, std::size_t* pSize) {
+    m_objTarget = {pType, pBuffer, pSize};
+    __Add(BUFFER_ARGUMENT{pBuffer});
+    return Value(pSize != nullptr ? *pSize : 0);
+}
+
+CCall& CCall::In(const void* pBuffer, std::size_t nSize) {
+    m_pWritten = pBuffer;
+    m_nWritten = nSize;
+    __Add(BUFFER_ARGUMENT{pBuffer});
+    return Value(nSize);
+}
+
+CCall& CCall::Count(std::uint32_t* pCount) {
+    m_pCount = pCount;
+    return *this;
+}
+
+CCall& CCall::Count(std::size_t* pCount) {
+    m_pCount = pCount;
+    return *this;
+}
+
+CCall& CCall::Count(bool8_t* pFlag) {
+    m_pCount = pFlag;
+    return *this;
+}
+
+CCall& CCall::WorksClosed() {
+    m_bWorksClosed = true;
+    return *this;
+}
+
+bool CCall::Names(const std::string& strName) const {
+    const std::string* pModule = m_objProducer.Context().objHandles.NameOf(m_hModule);
+    if (pModule != nullptr && *pModule == strName)
+        return true;
+    for (std::size_t i = 0; i < m_nArguments; ++i) {
+        const auto ppText = std::get_if<const char*>(&m_arrArgument[i]);
+        if (ppText != nullptr && *ppText != nullptr && strName == *ppText)
+            return true;
+    }
+    return false;
+}
+
+std::string CCall::__TextOf(const ARGUMENT& objArgument) const {
+    struct VISITOR {
+        const CHandles& objHandles;
+
+        std::string operator()(std::monostate) const { return {}; }
+        std::string operator()(HANDLE_ARGUMENT objHandle) const {
+            const std::string* pName = objHandles.NameOf(objHandle.h);
+            return objHandle.h == nullptr ? "null" : pName == nullptr ? "unknown" : *pName;
+        }
+        std::string operator()(const char* pszText) const { return pszText == nullptr ? "null" : pszText; }
+        std::string operator()(std::int64_t nNumber) const { return std::to_string(nNumber); }
+        std::string operator()(std::uint64_t nValue) const { return std::to_string(nValue); }
+        std::string operator()(ADDRESS_ARGUMENT objAddress) const {
+            char szText[17] = {};
+            std::to_chars(szText, szText + 16, objAddress.nAddress, 16);
+            return std::string("0x") + szText;
+        }
+        std::string operator()(BUFFER_ARGUMENT objBuffer) const {
+            return objBuffer.pBuffer == nullptr ? "null" : "buffer";
+        }
+    };
+    return std::visit(VISITOR{m_objProducer.Context().objHandles}, objArgument);
+}
+
+CALL CCall::Record() const {
+    CALL objRecord;
+    objRecord.strEntry = m_pszEntry;
+    if (const std::string* pName = m_objProducer.Context().objHandles.NameOf(m_hModule))
+        objRecord.strModule = *pName;
+    for (std::size_t i = 0; i < m_nArguments; ++i)
+        objRecord.vecArgument.push_back(__TextOf(m_arrArgument[i]));
+    if (m_pWritten != nullptr) {
+        const auto* pBytes = static_cast<const std::byte*>(m_pWritten);
+        objRecord.vecWritten.assign(pBytes, pBytes + m_nWritten);
+    }
+    objRecord.nThread = std::this_thread::get_id();
+    return objRecord;
+}
+
+// The way through.
+
+LOCK CCall::__Begin() {
+    LOCK lock = m_objProducer.Context().objMonitor.Enter();
+    m_nRecord = m_objProducer.CallBegins(*this);
+    // By index: a hold gives up the lock, and a test may add rules meanwhile.
+    for (std::size_t i = 0; i < m_objProducer.RuleCount(); ++i) {
+        CRule& objRule = m_objProducer.Rule(i);
+        if (!objRule.Applies(*this))
+            continue;
+        objRule.Hold(lock);
+        if (m_pRefusing == nullptr && objRule.Refusal())
+            m_pRefusing = &objRule;
+        if (m_pLateRefusing == nullptr && objRule.LateRefusal())
+            m_pLateRefusing = &objRule;
+        if (m_pAnswering == nullptr && objRule.ScriptedAnswer())
+            m_pAnswering = &objRule;
+        if (m_pCounting == nullptr && objRule.ScriptedCount())
+            m_pCounting = &objRule;
+    }
+    return lock;
+}
+
+bool CCall::__NeedsWork() {
+    if (m_pRefusing != nullptr) {
+        const auto& [nCode, strText] = *m_pRefusing->Refusal();
+        Refuse(nCode, strText.empty() ? "scripted failure" : strText);
+    }
+    if (!m_bWorksClosed && !m_objProducer.IsUp())
+        Refuse(GC_ERR_NOT_INITIALIZED, "GCInitLib hasn't been called");
+    if (m_pAnswering != nullptr) {
+        PutAnswer(m_objTarget, *m_pAnswering->ScriptedAnswer());
+        return false;
+    }
+    return true;
+}
+
+void CCall::__AfterWork() {
+    if (m_pCounting != nullptr) {
+        const std::uint64_t nCount = *m_pCounting->ScriptedCount();
+        if (const auto pp = std::get_if<std::uint32_t*>(&m_pCount); pp != nullptr && *pp != nullptr)
+            **pp = static_cast<std::uint32_t>(nCount);
+        if (const auto pp = std::get_if<std::size_t*>(&m_pCount); pp != nullptr && *pp != nullptr)
+            **pp = nCount;
+        if (const auto pp = std::get_if<bool8_t*>(&m_pCount); pp != nullptr && *pp != nullptr)
+            **pp = static_cast<bool8_t>(nCount);
+    }
+    if (m_pLateRefusing != nullptr) {
+        const auto& [nCode, strText] = *m_pLateRefusing->LateRefusal();
+        Refuse(nCode, strText.empty() ? "scripted failure" : strText);
+    }
+}
+
+void CCall::__Fail(GC_ERROR nCode, const std::string& strText) {
+    m_nResult = nCode;
+    // Asking for the last error must not replace it.
+    if (std::strcmp(m_pszEntry, "GCGetLastError") != 0)
+        m_objProducer.RememberError(nCode, strText);
+}
+
+GC_ERROR CCall::__End(LOCK& lock) {
+    if (!lock.owns_lock())
+        lock.lock();
+    m_objProducer.CallEnds(m_nRecord, m_nResult);
+    return m_nResult;
+}
+
+}  // namespace ProducerDouble

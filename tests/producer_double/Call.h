@@ -1,0 +1,108 @@
+#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_CALL_H
+#define NORVIK_TESTS_PRODUCER_DOUBLE_CALL_H
+
+#include <array>
+#include <cstdint>
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "tests/producer_double/Answering.h"
+#include "tests/producer_double/GenTLError.h"
+#include "tests/producer_double/Monitor.h"
+#include "tests/producer_double/Rule.h"
+
+namespace ProducerDouble {
+
+class CProducer;
+
+/// One call of an entry, from its arguments to its result code. Lives on the stack of the entry and allocates nothing
+/// while calls aren't recorded and no rule applies.
+///
+/// The entry names its arguments in their order and hands over its work; records, rules, the check for GCInitLib, the
+/// lock, the last error and the net for exceptions are the same for all of them and stand here.
+class CCall {
+public:
+    explicit CCall(const char* pszEntry) : m_pszEntry(pszEntry) {}
+
+    CCall& Handle(void* h);
+    CCall& Text(const char* pszText);
+    CCall& Number(std::int64_t nNumber);     ///< the number that a rule's condition is about
+    CCall& Address(std::uint64_t nAddress);  ///< the same, recorded in hexadecimal
+    CCall& Value(std::uint64_t nValue);      ///< any further number
+    CCall& Out(INFO_DATATYPE* pType, void* pBuffer, std::size_t* pSize);  ///< a buffer to fill, with the size protocol
+    CCall& In(const void* pBuffer, std::size_t nSize);                    ///< a buffer to read
+    CCall& Count(std::uint32_t* pCount);                                  ///< a number to give
+    CCall& Count(std::size_t* pCount);
+    CCall& Count(bool8_t* pFlag);
+    CCall& WorksClosed();  ///< doesn't need GCInitLib
+
+    template <class TWork>  // (CProducer&, LOCK&), throws what it refuses
+    GC_ERROR Do(TWork fnWork) {
+        LOCK lock = __Begin();
+        try {
+            if (__NeedsWork())
+                fnWork(m_objProducer, lock);
+            __AfterWork();
+        } catch (const CGenTLError& e) {
+            __Fail(e.Code(), e.Text());
+        } catch (const std::bad_alloc&) {
+            __Fail(GC_ERR_OUT_OF_MEMORY, "out of memory");
+        }
+        return __End(lock);
+    }
+
+    const char* Entry() const { return m_pszEntry; }
+    const std::optional<std::uint64_t>& KeyNumber() const { return m_nKeyNumber; }
+    /// Whether the call is on the module of this name, or has the text among its arguments.
+    bool Names(const std::string& strName) const;
+    CALL Record() const;
+
+private:
+    struct HANDLE_ARGUMENT {
+        void* h;
+    };
+    struct ADDRESS_ARGUMENT {
+        std::uint64_t nAddress;
+    };
+    struct BUFFER_ARGUMENT {
+        const void* pBuffer;
+    };
+    using ARGUMENT = std::variant<std::monostate, HANDLE_ARGUMENT, const char*, std::int64_t, std::uint64_t,
+                                  ADDRESS_ARGUMENT, BUFFER_ARGUMENT>;
+
+    CCall& __Add(ARGUMENT objArgument);
+    std::string __TextOf(const ARGUMENT& objArgument) const;
+    LOCK __Begin();
+    bool __NeedsWork();
+    void __AfterWork();
+    void __Fail(GC_ERROR nCode, const std::string& strText);
+    GC_ERROR __End(LOCK& lock);
+
+    const char* const m_pszEntry;
+    CProducer& m_objProducer = Producer();
+    static CProducer& Producer();
+
+    std::array<ARGUMENT, 8> m_arrArgument;
+    std::size_t m_nArguments = 0;
+    std::optional<std::uint64_t> m_nKeyNumber;
+    void* m_hModule = nullptr;
+    TARGET m_objTarget;
+    const void* m_pWritten = nullptr;
+    std::size_t m_nWritten = 0;
+    std::variant<std::monostate, std::uint32_t*, std::size_t*, bool8_t*> m_pCount;
+    bool m_bWorksClosed = false;
+
+    const CRule* m_pRefusing = nullptr;
+    const CRule* m_pLateRefusing = nullptr;
+    const CRule* m_pAnswering = nullptr;
+    const CRule* m_pCounting = nullptr;
+    std::size_t m_nRecord = 0;
+    GC_ERROR m_nResult = GC_ERR_SUCCESS;
+};
+
+}  // namespace ProducerDouble
+
+#endif

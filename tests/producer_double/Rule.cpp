@@ -1,0 +1,117 @@
+#include "tests/producer_double/Rule.h"
+
+#include <thread>
+
+#include "tests/producer_double/Call.h"
+
+namespace ProducerDouble {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience{10};
+
+}  // namespace
+
+IRule& CRule::For(std::string strModule) {
+    const LOCK lock = m_objMonitor.Enter();
+    m_strModule = std::move(strModule);
+    return *this;
+}
+
+IRule& CRule::Call(std::size_t nCall) {
+    const LOCK lock = m_objMonitor.Enter();
+    m_nCall = nCall;
+    return *this;
+}
+
+IRule& CRule::WithNumber(std::uint64_t nNumber) {
+    const LOCK lock = m_objMonitor.Enter();
+    m_nNumber = nNumber;
+    return *this;
+}
+
+template <class TSet>
+IRule& CRule::__Arm(TSet fnSet) {
+    const LOCK lock = m_objMonitor.Enter();
+    fnSet();
+    m_bArmed = true;
+    return *this;
+}
+
+IRule& CRule::Fail(GC_ERROR nCode, std::string strText) {
+    return __Arm([&] { m_objRefusal = REFUSAL(nCode, std::move(strText)); });
+}
+
+IRule& CRule::FailAfterwards(GC_ERROR nCode, std::string strText) {
+    return __Arm([&] { m_objLateRefusal = REFUSAL(nCode, std::move(strText)); });
+}
+
+IRule& CRule::Answer(ANSWER objAnswer) {
+    return __Arm([&] { m_objAnswer = std::move(objAnswer); });
+}
+
+IRule& CRule::Count(std::uint64_t nCount) {
+    return __Arm([&] { m_nCount = nCount; });
+}
+
+IRule& CRule::Delay(std::chrono::milliseconds nDelay) {
+    return __Arm([&] { m_nDelay = nDelay; });
+}
+
+IRule& CRule::Block() {
+    return __Arm([&] { m_bBlocks = true; });
+}
+
+bool CRule::WaitUntilBlocked() {
+    LOCK lock = m_objMonitor.Enter();
+    return m_objMonitor.changed.wait_for(lock, kPatience, [this] { return m_nBlocked > 0; });
+}
+
+void CRule::Release() {
+    const LOCK lock = m_objMonitor.Enter();
+    Open();
+}
+
+void CRule::Remove() {
+    const LOCK lock = m_objMonitor.Enter();
+    m_bArmed = false;
+    Open();
+}
+
+std::size_t CRule::Hits() const {
+    const LOCK lock = m_objMonitor.Enter();
+    return m_nHits;
+}
+
+bool CRule::Applies(const CCall& objCall) {
+    if (!m_bArmed || objCall.Entry() != m_strEntry || (m_strModule && !objCall.Names(*m_strModule)) ||
+        (m_nNumber && objCall.KeyNumber() != m_nNumber))
+        return false;
+    ++m_nFitted;
+    if (m_nCall && *m_nCall != m_nFitted)
+        return false;
+    ++m_nHits;
+    return true;
+}
+
+void CRule::Hold(LOCK& lock) {
+    if (m_nDelay.count() > 0) {
+        const auto nDelay = m_nDelay;
+        lock.unlock();
+        std::this_thread::sleep_for(nDelay);
+        lock.lock();
+    }
+    if (!m_bBlocks)
+        return;
+    ++m_nBlocked;
+    m_objMonitor.changed.notify_all();
+    m_objMonitor.changed.wait(lock, [this] { return !m_bBlocks; });
+    --m_nBlocked;
+}
+
+void CRule::Open() {
+    m_bBlocks = false;
+    m_objMonitor.changed.notify_all();
+}
+
+}  // namespace ProducerDouble
