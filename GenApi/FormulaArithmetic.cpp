@@ -100,7 +100,10 @@ std::int64_t RoundInteger(std::int64_t nValue, std::int64_t nDecimals) {
     if (nDecimals < -kMaxDecimals) {
         throw CFormulaFault("a precision of " + std::to_string(nDecimals) + " decimals, -18 is the lowest");
     }
-    const std::int64_t nUnit = PowerOfIntegers(10, -nDecimals);
+    std::int64_t nUnit = 1;
+    for (std::int64_t i = 0; i > nDecimals; --i) {
+        nUnit *= 10;
+    }
     const std::int64_t nRest = nValue % nUnit;
     const std::int64_t nMagnitude = nRest < 0 ? -nRest : nRest;
     const bool bUp = nMagnitude >= nUnit - nMagnitude;

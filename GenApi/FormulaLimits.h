@@ -6,7 +6,7 @@ namespace GenApi_3_0 {
 
 /// Bytes of a formula and the Constants and Expressions that it needs, all together. Cameras have formulas of some
 /// kilobytes; this leaves more than a factor of ten and keeps a compiled formula below a few megabytes.
-inline constexpr std::size_t kMaxFormulaLength = 128 * 1024;
+inline constexpr std::size_t kMaxFormulaLength = std::size_t{128} * 1024;
 
 /// Parentheses, calls and operators that may be open at one place of the text. Each link of a chain of `?:` opens up to
 /// three, `(A = 1) ? 5 : ((A = 2) ? 6 : (...))`, and chains over the entries of an enumeration have some hundreds.

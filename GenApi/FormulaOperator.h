@@ -15,8 +15,8 @@ inline constexpr int kPowerPrecedence = 13;
 
 struct FORMULA_OPERATOR {
     EFormulaToken Token;
-    int Precedence;
     EFormulaOperation Operation;  ///< of && and ||: the jump around the right side
+    int Precedence;
 };
 
 struct FORMULA_FUNCTION {

@@ -49,7 +49,7 @@ void ForEachAvailableEntry(GenApi_3_0::IEnumeration* pEnumeration, FUNCTION&& fn
 }  // namespace
 
 CFeatureControl::~CFeatureControl() {
-    UnregisterAllFeatureCallbacks();
+    CFeatureControl::UnregisterAllFeatureCallbacks();
 }
 
 INode* CFeatureControl::__GetGenAPINode(const std::string& strFeature) const {

@@ -82,10 +82,11 @@ std::uint64_t ReadHexadecimal(std::string_view strText) {
 
 XML_FILE_INFO ParseFileUrl(const std::string& strUpper, const std::string& strUrl) {
     const bool bSlashes = strUpper.find(kFileSlashes) != std::string::npos;
+    const std::size_t nStart = bSlashes ? kFileSlashes.size() : kFile.size();
     XML_FILE_INFO objFile;
-    objFile.Name = FirstPiece(strUpper.substr(bSlashes ? kFileSlashes.size() : kFile.size()), "?");
+    objFile.Name = FirstPiece(strUpper.substr(nStart), "?");
     // The last of the three slashes is also the first of an absolute path.
-    objFile.Path = FirstPiece(strUrl.substr(bSlashes ? kFileSlashes.size() - 1 : kFile.size()), "?");
+    objFile.Path = (bSlashes ? "/" : "") + FirstPiece(strUrl.substr(nStart), "?");
     return objFile;
 }
 

@@ -280,7 +280,9 @@ TEST(Formula, ExpressionsThatDoubleEachOtherCostNoMoreThanTheirText) {
     FORMULA_SOURCE objSource{"X0", {}, {}, {{"X60", "1"}}};
     for (int i = 0; i < 60; ++i) {
         const std::string strNext = "X" + std::to_string(i + 1);
-        objSource.Expressions.push_back({"X" + std::to_string(i), strNext + " + " + strNext});
+        std::string strSum = strNext + " + ";
+        strSum += strNext;
+        objSource.Expressions.push_back({"X" + std::to_string(i), strSum});
     }
     EXPECT_EQ(CIntegerFormula(objSource).Evaluate({}), std::int64_t{1} << 60);
 }
@@ -303,12 +305,12 @@ TEST(Formula, ChainsOverManyVariablesWork) {
         const CIntegerFormula objFormula(objSource);
         ASSERT_EQ(objFormula.GetVariableNames().size(), kLinks + 1U);
         std::vector<std::int64_t> vecValues(kLinks + 1);
-        for (int i = 0; i < kLinks; ++i) {
-            vecValues[static_cast<std::size_t>(i) + 1] = i * 3;
+        for (std::size_t i = 1; i < vecValues.size(); ++i) {
+            vecValues[i] = static_cast<std::int64_t>(3 * i);
         }
         for (const int nSelector : {0, 1, 500, kLinks - 1}) {
             vecValues[0] = nSelector;
-            EXPECT_EQ(objFormula.Evaluate(vecValues), nSelector * 3);
+            EXPECT_EQ(objFormula.Evaluate(vecValues), nSelector * 3 + 3);
         }
         vecValues[0] = kLinks;
         EXPECT_EQ(objFormula.Evaluate(vecValues), -1);
