@@ -36,7 +36,6 @@ public:
 
 private:
     void __DoUpdate(const std::string& strMode, std::uint64_t nTimeoutMs, std::uint64_t nDelayMs, bool* pChanged);
-    void __SetMode(const std::string& strMode);
 
     std::unique_ptr<IParallelUpdater> m_pParallelUpdater;
 };
