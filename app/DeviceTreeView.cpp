@@ -36,6 +36,7 @@ bool AddEach(const TList& vecElement, const TAdd& funAdd) {
 
 CDeviceTreeView::CDeviceTreeView(QWidget* parent)
     : QTreeWidget(parent), m_pobjCurrentObject(std::make_unique<CGcObjectPointer>()) {
+    qRegisterMetaType<CGcObjectPointer>("CGcObjectPointer");  // by which a host may queue our signals
     setHeaderHidden(true);
     setColumnCount(1);
     if (!__StartUp()) {
@@ -180,7 +181,7 @@ void CDeviceTreeView::__SetItemStyle() {
         pItem->setFont(kColumn, objFont);
         QSize objHint = pItem->sizeHint(kColumn);
         objHint.setHeight(kItemHeight);
-        pItem->setSizeHint(kColumn, objHint);
+        pItem->setData(kColumn, Qt::SizeHintRole, objHint);  // setSizeHint would drop it for having no width
     }
     expandAll();
 }
