@@ -32,11 +32,24 @@ void* operator new(std::size_t nSize) {
     return p;
 }
 
+// The form for arrays goes through the one above by itself, but not where a sanitizer has its own.
+void* operator new[](std::size_t nSize) {
+    return operator new(nSize);
+}
+
 void operator delete(void* p) noexcept {
     std::free(p);
 }
 
 void operator delete(void* p, std::size_t) noexcept {
+    std::free(p);
+}
+
+void operator delete[](void* p) noexcept {
+    std::free(p);
+}
+
+void operator delete[](void* p, std::size_t) noexcept {
     std::free(p);
 }
 
