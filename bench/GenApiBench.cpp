@@ -11,6 +11,7 @@
 #include "GenApi/AccessMode.h"
 #include "GenApi/Integer.h"
 #include "GenApi/Node.h"
+#include "GenApi/NodeCast.h"
 #include "GenApi/NodeMapRef.h"
 #include "tests/GenApi/DescriptionGenerator.h"
 #include "tests/GenApi/MemoryPort.h"
@@ -91,7 +92,7 @@ void BM_ReadCachedIntegerByName(benchmark::State& state) {
             state.SkipWithError("not implemented");
             break;
         }
-        benchmark::DoNotOptimize(dynamic_cast<GenApi_3_0::IInteger*>(pNode)->GetValue());
+        benchmark::DoNotOptimize(GenApi_3_0::node_cast<GenApi_3_0::IInteger>(pNode)->GetValue());
     }
 }
 BENCHMARK(BM_ReadCachedIntegerByName);
