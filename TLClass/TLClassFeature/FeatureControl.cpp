@@ -46,7 +46,7 @@ CFeatureControl::~CFeatureControl() {
 }
 
 INode* CFeatureControl::__GetGenAPINode(const std::string& strFeature) const {
-    INode* const pNode = m_pNodeMapRef->_GetNode(strFeature);
+    INode* const pNode = m_pNodeMapRef->_FindNode(strFeature);
     if (pNode == nullptr) {
         ThrowNotImplemented(strFeature, __LINE__, "CFeatureControl::__GetGenAPINode");
     }
@@ -72,11 +72,11 @@ std::string CFeatureControl::GetFeatureDisplayName(const std::string& strFeature
 }
 
 bool CFeatureControl::IsFeatureExist(const std::string& strFeature) {
-    return m_pNodeMapRef->_GetNode(strFeature) != nullptr;
+    return m_pNodeMapRef->_FindNode(strFeature) != nullptr;
 }
 
 bool CFeatureControl::IsFeatureImplemented(const std::string& strFeature) {
-    return GenApi_3_0::IsImplemented(m_pNodeMapRef->_GetNode(strFeature));
+    return GenApi_3_0::IsImplemented(m_pNodeMapRef->_FindNode(strFeature));
 }
 
 bool CFeatureControl::IsFeatureReadable(const std::string& strFeature) {
@@ -288,7 +288,7 @@ bool CFeatureControl::__IsEventControlFeature(const std::string& strFeature) con
             std::reverse(vecParents.begin(), vecParents.end());  // the first is taken from the end
             return vecParents;
         };
-        const INode* const pStart = m_pNodeMapRef->_GetNode(strFeature);
+        const INode* const pStart = m_pNodeMapRef->_FindNode(strFeature);
         std::vector<GenApi_3_0::NodeList_t> vecOpen;
         if (pStart != nullptr) {
             vecOpen.push_back(ParentsOf(pStart));
