@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "GenApi/Lock.h"
 #include "GenApi/NodeVector.h"
@@ -20,6 +21,8 @@ public:
     virtual void GetNodes(NodeList_t& Nodes) const = 0;
     /// Null if there is none of that name. A prefix `Std::` or `Cust::` is passed over.
     virtual INode* GetNode(const gcstring& Name) const = 0;
+    /// The same without a copy of the name, for callers that look up at each access.
+    virtual INode* FindNode(std::string_view strName) const = 0;
     virtual std::uint64_t GetNumNodes() const = 0;
     virtual void InvalidateNodes() const = 0;
 

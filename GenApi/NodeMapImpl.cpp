@@ -45,6 +45,10 @@ INode* CNodeMapImpl::GetNode(const gcstring& Name) const {
     return Find(Name.view());
 }
 
+INode* CNodeMapImpl::FindNode(std::string_view strName) const {
+    return Find(strName);
+}
+
 void CNodeMapImpl::InvalidateNodes() const {
     CChange objChange(m_objContext);
     for (const auto& pNode : m_vecNode) {

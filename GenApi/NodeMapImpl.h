@@ -24,6 +24,7 @@ public:
 
     void GetNodes(NodeList_t& Nodes) const override;
     INode* GetNode(const gcstring& Name) const override;
+    INode* FindNode(std::string_view strName) const override;
     std::uint64_t GetNumNodes() const override { return m_nNodes; }
     void InvalidateNodes() const override;
     bool Connect(IPort* pPort, const gcstring& PortName) const override;

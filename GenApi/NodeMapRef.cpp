@@ -61,6 +61,11 @@ INode* CNodeMapRefT<TCameraParams>::_GetNode(const gcstring& Name) const {
 }
 
 template <class TCameraParams>
+INode* CNodeMapRefT<TCameraParams>::_FindNode(std::string_view strName) const {
+    return Loaded().FindNode(strName);
+}
+
+template <class TCameraParams>
 void CNodeMapRefT<TCameraParams>::_GetNodes(NodeList_t& Nodes) const {
     Loaded().GetNodes(Nodes);
 }

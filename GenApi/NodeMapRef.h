@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "GenApi/NodeMap.h"
 
@@ -27,6 +28,7 @@ public:
     bool _Connect(IPort* pPort) const;
 
     INode* _GetNode(const gcstring& Name) const;
+    INode* _FindNode(std::string_view strName) const;
     void _GetNodes(NodeList_t& Nodes) const;
     gcstring _GetDeviceName() const;
     void _InvalidateNodes() const;

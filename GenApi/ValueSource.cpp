@@ -27,6 +27,8 @@ bool CValueSource<Value>::Apply(const PROPERTY& objProperty, CPropertyReader& ob
             return true;
         case ETag::pIndex:
             Indexed().pIndex = objReader.Node(objProperty, ELink::Input, EWanted::Number);
+            // Another index means another node, with an access mode of its own.
+            objReader.NoteLink(Indexed().pIndex->Number(), ELink::Access);
             return true;
         case ETag::ValueIndexed:
         case ETag::pValueIndexed: {

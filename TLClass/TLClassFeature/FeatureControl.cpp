@@ -6,14 +6,7 @@
 #include <utility>
 
 #include "GenApi/AccessMode.h"
-#include "GenApi/Boolean.h"
-#include "GenApi/Command.h"
-#include "GenApi/EnumEntry.h"
-#include "GenApi/Enumeration.h"
-#include "GenApi/Float.h"
-#include "GenApi/Integer.h"
-#include "GenApi/Register.h"
-#include "GenApi/String.h"
+#include "GenApi/NodeCast.h"
 #include "TLClass/TLClassFeature/FeatureFault.h"
 #include "support/Log.h"
 #include "support/Text.h"
@@ -39,7 +32,7 @@ void ForEachAvailableEntry(GenApi_3_0::IEnumeration* pEnumeration, FUNCTION&& fn
     GenApi_3_0::NodeList_t vecEntries;
     pEnumeration->GetEntries(vecEntries);
     for (INode* pNode : vecEntries) {
-        auto* const pEntry = dynamic_cast<GenApi_3_0::IEnumEntry*>(pNode);
+        auto* const pEntry = GenApi_3_0::node_cast<GenApi_3_0::IEnumEntry>(pNode);
         if (pEntry != nullptr && GenApi_3_0::IsAvailable(pEntry)) {
             fnCall(*pEntry);
         }
@@ -53,7 +46,7 @@ CFeatureControl::~CFeatureControl() {
 }
 
 INode* CFeatureControl::__GetGenAPINode(const std::string& strFeature) const {
-    INode* const pNode = m_pNodeMapRef->_GetNode(strFeature);
+    INode* const pNode = m_pNodeMapRef->_FindNode(strFeature);
     if (pNode == nullptr) {
         ThrowNotImplemented(strFeature, __LINE__, "CFeatureControl::__GetGenAPINode");
     }
@@ -67,7 +60,7 @@ INTERFACE* CFeatureControl::__GetNodeHandle(const std::string& strFeature) const
     if (!GenApi_3_0::IsImplemented(pNode)) {
         ThrowNotImplemented(strFeature, __LINE__, kFunction);
     }
-    auto* const pInterface = dynamic_cast<INTERFACE*>(pNode);
+    auto* const pInterface = GenApi_3_0::node_cast<INTERFACE>(pNode);
     if (pInterface == nullptr) {
         throw CUnexpectedError(-1, "Dynamic_cast failed", kFeatureControlFile, __LINE__, kFunction);
     }
@@ -79,11 +72,11 @@ std::string CFeatureControl::GetFeatureDisplayName(const std::string& strFeature
 }
 
 bool CFeatureControl::IsFeatureExist(const std::string& strFeature) {
-    return m_pNodeMapRef->_GetNode(strFeature) != nullptr;
+    return m_pNodeMapRef->_FindNode(strFeature) != nullptr;
 }
 
 bool CFeatureControl::IsFeatureImplemented(const std::string& strFeature) {
-    return GenApi_3_0::IsImplemented(m_pNodeMapRef->_GetNode(strFeature));
+    return GenApi_3_0::IsImplemented(m_pNodeMapRef->_FindNode(strFeature));
 }
 
 bool CFeatureControl::IsFeatureReadable(const std::string& strFeature) {
@@ -295,7 +288,7 @@ bool CFeatureControl::__IsEventControlFeature(const std::string& strFeature) con
             std::reverse(vecParents.begin(), vecParents.end());  // the first is taken from the end
             return vecParents;
         };
-        const INode* const pStart = m_pNodeMapRef->_GetNode(strFeature);
+        const INode* const pStart = m_pNodeMapRef->_FindNode(strFeature);
         std::vector<GenApi_3_0::NodeList_t> vecOpen;
         if (pStart != nullptr) {
             vecOpen.push_back(ParentsOf(pStart));

@@ -10,8 +10,8 @@
 
 namespace {
 
-// What a forwarding member answers for an entry that the producer lacks. A producer that returns the standard's general
-// error of the same value reads the same.
+// What a forwarding member answers for an entry that the producer lacks. A producer that answers it from an entry that
+// it has reads the same. The standard's own general error, -1001, is another value and keeps the producer's text.
 constexpr GC_ERROR kMissingEntry = -1;
 constexpr const char* kMissingEntryText = "The TL library is not complete";
 

@@ -1,5 +1,6 @@
 #include "TLClass/TLClassMain/TL.h"
 
+#include <algorithm>
 #include <memory>
 #include <set>
 #include <string>
@@ -187,7 +188,9 @@ CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandid
     }
     INTERFACE_LIST vecVanished;
     for (const boost::shared_ptr<CInterface>& pInterface : vecCandidate) {
-        if (!setListed.contains(GetID(*pInterface))) {
+        // An object can be a candidate twice: it was listed twice, or the update before failed after setting it aside.
+        const bool bKnown = std::find(vecVanished.begin(), vecVanished.end(), pInterface) != vecVanished.end();
+        if (!bKnown && !setListed.contains(GetID(*pInterface))) {
             vecVanished.push_back(pInterface);
         }
     }

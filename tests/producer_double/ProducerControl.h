@@ -145,6 +145,7 @@ public:
     virtual std::size_t Writes(const std::string& strName) const = 0;
     virtual std::size_t Reads(const std::string& strName) const = 0;
     /// Called on the consumer's thread behind each of its writes to the feature, without a lock of the double.
+    /// It must not throw.
     virtual IPortControl& OnWrite(const std::string& strName, std::function<void(std::span<const std::byte>)> fn) = 0;
 
     virtual IPortControl& Describe(std::string strXml) = 0;

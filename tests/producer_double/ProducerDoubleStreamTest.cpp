@@ -17,16 +17,17 @@
 // later uses the program's own operator new.
 static std::atomic<std::size_t> g_nAllocations{0};
 
-void* operator new(std::size_t nSize) {
+// Not inlined, since the compiler would take the free below for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t nSize) {
     ++g_nAllocations;
     if (void* p = std::malloc(nSize == 0 ? 1 : nSize))
         return p;
     throw std::bad_alloc();
 }
-void operator delete(void* p) noexcept {
+[[gnu::noinline]] void operator delete(void* p) noexcept {
     std::free(p);
 }
-void operator delete(void* p, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept {
     std::free(p);
 }
 
@@ -178,8 +179,14 @@ TEST_F(ProducerDoubleStream, KeepsBuffersInItsQueuesUntilTheyAreFlushed) {
     EXPECT_FALSE(Stream().PushFrame(Frame("beyond the number asked for")));
     EXPECT_EQ(Stream().Queued(), 1u);
     EXPECT_EQ(m_objConsumer.DSStopAcquisition(m_hStream, ACQ_STOP_FLAGS_KILL), GC_ERR_RESOURCE_IN_USE);
+    m_objConsumer.DSFlushQueue(m_hStream, ACQ_QUEUE_UNQUEUED_TO_INPUT);
+    EXPECT_EQ(Stream().Queued(), 1u) << "the filled buffer isn't unqueued";
+    m_objConsumer.DSFlushQueue(m_hStream, ACQ_QUEUE_ALL_TO_INPUT);
+    EXPECT_EQ(Stream().Queued(), 2u);
+    m_objConsumer.DSFlushQueue(m_hStream, ACQ_QUEUE_INPUT_TO_OUTPUT);
+    EXPECT_EQ(Stream().Queued(), 0u);
     m_objConsumer.DSFlushQueue(m_hStream, ACQ_QUEUE_ALL_DISCARD);
-    EXPECT_EQ(m_objConsumer.WaitFor(m_hEvent, 0), GC_ERR_TIMEOUT) << "the filled buffer was discarded too";
+    EXPECT_EQ(m_objConsumer.WaitFor(m_hEvent, 0), GC_ERR_TIMEOUT) << "the output queue was discarded too";
     void* pBase = nullptr;
     void* pUser = nullptr;
     EXPECT_EQ(m_objConsumer.DSRevokeBuffer(m_hStream, m_arrBuffer[0], &pBase, &pUser), GC_ERR_SUCCESS);

@@ -15,7 +15,7 @@ namespace ProducerDouble {
 class CCall;
 
 /// One scripted change of an entry's calls. Owned by the producer until its reset.
-class CRule : public IRule {
+class CRule final : public IRule {
 public:
     using REFUSAL = std::pair<GC_ERROR, std::string>;
 

@@ -342,6 +342,7 @@ TEST_F(FeatureControl, CategoriesTellTheFeaturesOfEvents) {
     EXPECT_TRUE(IsEventControl("EventData"));
     EXPECT_TRUE(IsEventControl("EventGroup"));
     EXPECT_FALSE(IsEventControl("EventControl"));
+    EXPECT_FALSE(IsEventControl("AlsoInRoot"));  // the root comes first and ends the search
     EXPECT_FALSE(IsEventControl("Width"));
     EXPECT_FALSE(IsEventControl("Zero"));
     EXPECT_FALSE(IsEventControl("Nowhere"));

@@ -11,6 +11,7 @@ inline constexpr const char* kFeatureDescription = R"(<?xml version="1.0" encodi
   <Category Name="Root">
     <pFeature>ImageControl</pFeature>
     <pFeature>EventControl</pFeature>
+    <pFeature>AlsoInRoot</pFeature>
   </Category>
   <Category Name="ImageControl">
     <pFeature>Width</pFeature>
@@ -24,11 +25,13 @@ inline constexpr const char* kFeatureDescription = R"(<?xml version="1.0" encodi
   </Category>
   <Category Name="EventControl">
     <pFeature>EventGroup</pFeature>
+    <pFeature>AlsoInRoot</pFeature>
   </Category>
   <Category Name="EventGroup">
     <pFeature>EventData</pFeature>
   </Category>
   <Integer Name="Zero"><Value>0</Value></Integer>
+  <Integer Name="AlsoInRoot"><Value>6</Value></Integer>
   <Integer Name="EventData"><Value>5</Value></Integer>
   <Integer Name="Width">
     <DisplayName>Width of the image</DisplayName>

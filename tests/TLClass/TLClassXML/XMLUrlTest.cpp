@@ -84,6 +84,8 @@ TEST(XMLUrl, OtherFormsAreRefusedWithTheUrlInItsOwnCase) {
         "Local:Cam.txt;1;2",
         "Local:Cam.xml?;1;2",
         "Local:",
+        "Local:xml;1;2",
+        "Local:///xml;1;2",
         "Local:///",
         ";;;",
     };
