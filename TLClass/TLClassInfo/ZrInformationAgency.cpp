@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "TLClass/TLClassInfo/AllDeviceInformationFromIFHandle.h"
+#include "TLClass/TLClassInfo/AllInterfaceInformationFromTLHandle.h"
 #include "TLClass/TLClassInfo/BufferInformationFromHandle.h"
 #include "TLClass/TLClassInfo/ChildCount.h"
 #include "TLClass/TLClassInfo/DataStreamID.h"
@@ -27,6 +29,14 @@ IF_MODULE_INFO CZrInformationAgency::GetInterfaceInformation(CGenTLLib* pLib, IF
 
 DEV_MODULE_INFO CZrInformationAgency::GetDeviceInformation(CGenTLLib* pLib, DEV_HANDLE hDevice) {
     return CDeviceInformationFromHandle(pLib, hDevice).GetInformation();
+}
+
+std::vector<IF_MODULE_INFO> CZrInformationAgency::GetAllInterfaceInformation(CGenTLLib* pLib, TL_HANDLE hTL) {
+    return CAllInterfaceInformationFromTLHandle(hTL, pLib).GetAllInterfaceInformation();
+}
+
+std::vector<DEV_MODULE_INFO> CZrInformationAgency::GetAllDeviceInformation(CGenTLLib* pLib, IF_HANDLE hInterface) {
+    return CAllDeviceInformationFromIFHandle(hInterface, pLib).GetAllDeviceInfomation();
 }
 
 std::vector<std::string> CZrInformationAgency::GetAllDataStreamIDOfDevice(CGenTLLib* pLib, DEV_HANDLE hDevice) {

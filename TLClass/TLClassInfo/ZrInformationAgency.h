@@ -29,6 +29,12 @@ public:
     static BUFFER_MODULE_INFO GetBufferInformation(CGenTLLib* pLib, DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer);
     static PORT_MODULE_INFO GetPortInformation(CGenTLLib* pLib, PORT_HANDLE hPort);
 
+    // One record for each child, in the producer's order.
+    /// @throws CZrException  by the result of counting the children; CUnexpectedError for more than kMaxChildCount
+    static std::vector<IF_MODULE_INFO> GetAllInterfaceInformation(CGenTLLib* pLib, TL_HANDLE hTL);
+    /// @throws CZrException  as above
+    static std::vector<DEV_MODULE_INFO> GetAllDeviceInformation(CGenTLLib* pLib, IF_HANDLE hInterface);
+
     /// One entry for each data stream, in the producer's order; empty where an ID can't be read.
     /// @throws CZrException  by the result of counting the streams; CUnexpectedError for more than kMaxChildCount
     static std::vector<std::string> GetAllDataStreamIDOfDevice(CGenTLLib* pLib, DEV_HANDLE hDevice);

@@ -1,0 +1,255 @@
+#include <string>
+#include <vector>
+
+#include <boost/pointer_cast.hpp>
+#include <boost/weak_ptr.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TLClass/TLClassMain/GevDevice.h"
+#include "support/ZrException.h"
+#include "tests/TLClass/CollectedLog.h"
+#include "tests/TLClass/TreeOnDouble.h"
+
+namespace {
+
+using ProducerDouble::ANSWER;
+using ProducerDouble::Ipv4;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// A device that says it is open, which no list update may lose.
+class CDeviceSaidOpen : public CGevDevice {
+public:
+    CDeviceSaidOpen(const boost::shared_ptr<IInterface>& pInterface, const std::string& strID)
+        : CGevDevice(pInterface->GetLib(), pInterface, pInterface->GetHandle(), RecordOf(strID), {}, {}) {}
+
+    bool IsOpened() const override { return m_bSaidOpen; }
+    void SayClosed() { m_bSaidOpen = false; }
+
+private:
+    static DEV_MODULE_INFO RecordOf(const std::string& strID) {
+        DEV_MODULE_INFO objRecord;
+        objRecord.ID = strID;
+        return objRecord;
+    }
+
+    bool m_bSaidOpen = true;
+};
+
+class Interface : public testing::Test {
+protected:
+    Interface() {
+        m_objTree.Init();
+        m_pInterface = m_objTree.AddInterface("if-1");
+    }
+
+    ProducerDouble::IProducerControl& Double() const { return m_objTree.Double(); }
+    ProducerDouble::IInterfaceControl& Adapter() const { return Double().Interface("if-1"); }
+    bool Update() const { return UpdateDevices(*m_pInterface); }
+    std::vector<std::string> Listed() const { return IDsOf(m_pInterface->GetDeviceList()); }
+    std::vector<std::string> Removed() const { return IDsOf(m_pInterface->GetRemovedDeviceList()); }
+    boost::shared_ptr<CGevDevice> Device(std::size_t nIndex) const {
+        return boost::dynamic_pointer_cast<CGevDevice>(m_pInterface->GetDeviceList().at(nIndex));
+    }
+
+    CTreeOnDouble m_objTree;
+    boost::shared_ptr<CGevInterface> m_pInterface;
+};
+
+TEST_F(Interface, FillsTheRecordsOfADeviceFromTheCallsAndFromTheFeatures) {
+    auto& objCamera = Adapter().Plug("cam-1");
+    objCamera.Identity("Maker", "Eye", "SN-7").Version("2.1").UserId("left");
+    objCamera.Address({Ipv4(10, 0, 0, 9), Ipv4(255, 0, 0, 0), Ipv4(10, 0, 0, 1), 0x020A0B0C0D0E});
+    EXPECT_TRUE(Update());
+    const auto pDevice = Device(0);
+    const DEV_MODULE_INFO objInfo = pDevice->GetDeviceInformation();
+    EXPECT_EQ(objInfo.ID, "cam-1");
+    EXPECT_EQ(objInfo.Vendor, "Maker");
+    EXPECT_EQ(objInfo.pCommonInfo, nullptr);
+    EXPECT_EQ(objInfo.pSpecialInfo, nullptr);
+    EXPECT_EQ(pDevice->GetCommonInformation().SerialNumber, "SN-7");
+    EXPECT_EQ(pDevice->GetCommonInformation().Version, "2.1");
+    EXPECT_EQ(pDevice->GetCommonInformation().UserID, "left");
+    EXPECT_EQ(pDevice->GetGevDevInfo().IPAddress, Ipv4(10, 0, 0, 9));
+    EXPECT_EQ(pDevice->GetGevDevInfo().MACAddress, 0x020A0B0C0D0E);
+    EXPECT_EQ(pDevice->GetInterface(), m_pInterface);
+    EXPECT_FALSE(pDevice->IsOpened());
+}
+
+TEST_F(Interface, KeepsTheObjectsOfListedDevicesAndDropsTheClosedOnesThatVanish) {
+    Adapter().Plug("cam-1");
+    Adapter().Plug("cam-2");
+    Update();
+    const auto pFirst = Device(0);
+    const boost::weak_ptr<CGevDevice> pSecond = Device(1);
+    Double().On("IFUpdateDeviceList").Count(0);
+    EXPECT_TRUE(Update()) << "an update that was carried out counts as a change, whatever the producer says";
+    EXPECT_EQ(Device(0), pFirst);
+    EXPECT_EQ(Device(1), pSecond.lock());
+
+    Double().Device("cam-1").UserId("renamed");
+    Double().Device("cam-1").SetInfo(DEVICE_INFO_DISPLAYNAME, ANSWER::Text("Renamed"));
+    Adapter().Lists({{"cam-2", "cam-1"}});
+    Update();
+    EXPECT_EQ(Device(1), pFirst);
+    EXPECT_EQ(pFirst->GetDeviceInformation().DisplayName, "Renamed");
+    EXPECT_EQ(pFirst->GetCommonInformation().UserID, "renamed");
+
+    Adapter().Lists({{"cam-1"}});
+    Update();
+    EXPECT_THAT(Listed(), ElementsAre("cam-1"));
+    EXPECT_THAT(Removed(), IsEmpty());
+    EXPECT_TRUE(pSecond.expired());
+
+    Adapter().Lists({std::vector<std::string>{}});
+    EXPECT_TRUE(Update());
+    EXPECT_THAT(Listed(), IsEmpty());
+    Adapter().Lists({});
+    Update();
+    EXPECT_NE(Device(0), pFirst) << "one that was let go isn't found again";
+}
+
+TEST_F(Interface, GivesEachRecordOfOneIDAnObjectOfItsOwn) {
+    Adapter().Plug("cam-1");
+    Update();
+    const auto pKnown = Device(0);
+    Adapter().Lists({{"cam-1", "cam-1"}});
+    Update();
+    ASSERT_THAT(Listed(), ElementsAre("cam-1", "cam-1"));
+    EXPECT_EQ(Device(0), pKnown);
+    const auto pDouble = Device(1);
+    EXPECT_NE(pDouble, pKnown);
+    Update();
+    EXPECT_EQ(Device(0), pKnown);
+    EXPECT_EQ(Device(1), pDouble);
+    Adapter().Plug("CAM-1");
+    Adapter().Lists({{"CAM-1"}});
+    Update();
+    EXPECT_NE(Device(0), pKnown) << "IDs that differ in case are two devices";
+}
+
+TEST_F(Interface, SetsAnOpenDeviceAsideUntilItComesBack) {
+    Adapter().Plug("cam-1");
+    const boost::shared_ptr<CDeviceSaidOpen> pOpen(new CDeviceSaidOpen(m_pInterface, "cam-1"));
+    m_pInterface->AddGcObject(pOpen);
+    const struct {
+        const char* pszWhat;
+        bool bPlugged;
+        std::vector<boost::shared_ptr<IDevice>> vecListed;
+        std::vector<boost::shared_ptr<IDevice>> vecRemoved;
+    } arrStep[] = {
+        {"it is listed", true, {pOpen}, {}},   {"it goes", false, {}, {pOpen}},
+        {"it stays away", false, {}, {pOpen}}, {"it comes back", true, {pOpen}, {}},
+        {"it goes again", false, {}, {pOpen}},
+    };
+    for (const auto& objStep : arrStep) {
+        SCOPED_TRACE(objStep.pszWhat);
+        objStep.bPlugged ? static_cast<void>(Adapter().Plug("cam-1")) : static_cast<void>(Adapter().Unplug("cam-1"));
+        Update();
+        EXPECT_EQ(m_pInterface->GetDeviceList(), objStep.vecListed);
+        EXPECT_EQ(m_pInterface->GetRemovedDeviceList(), objStep.vecRemoved);
+    }
+    EXPECT_EQ(pOpen->GetDeviceInformation().Vendor, "Norvik") << "its record was refreshed";
+
+    pOpen->SayClosed();
+    Update();
+    EXPECT_THAT(Removed(), IsEmpty()) << "one that was closed meanwhile is dropped";
+    Adapter().Plug("cam-1");
+    Update();
+    EXPECT_NE(Device(0), pOpen);
+}
+
+TEST_F(Interface, PutsSpecialDevicesBehindTheListedOnes) {
+    Adapter().Plug("cam-1").Hide();
+    ASSERT_TRUE(m_pInterface->DoCreateSpecialDevice("192.168.1.10"));
+    const auto pSpecial = Device(0);
+    Adapter().Plug("cam-2");
+    Update();
+    EXPECT_THAT(Listed(), ElementsAre("cam-2", "Double(02-10-00-01-00-00)"));
+    EXPECT_EQ(Device(1), pSpecial);
+}
+
+TEST_F(Interface, KeepsItsListWhenTheProducerRefusesToUpdate) {
+    Adapter().Plug("cam-1");
+    Update();
+    Adapter().Plug("cam-2");
+    Double().Device("cam-1").SetInfo(DEVICE_INFO_DISPLAYNAME, ANSWER::Text("Renamed"));
+    CCollectedLog objLog;
+    Double().On("IFUpdateDeviceList").FailAfterwards(GC_ERR_TIMEOUT, "not now");
+    EXPECT_FALSE(Update());
+    EXPECT_THAT(Listed(), ElementsAre("cam-1"));
+    EXPECT_EQ(Device(0)->GetDeviceInformation().DisplayName, "cam-1") << "not even records change";
+    EXPECT_THAT(objLog.Take(), ElementsAre(HasSubstr("'CInterface::DoUpdateDeviceList':not now")));
+}
+
+TEST_F(Interface, FailsAnUpdateWhoseListsDontMatchAndKeepsWhatItHad) {
+    Adapter().Plug("cam-1");
+    Update();
+    const auto pKnown = Device(0);
+    Adapter().Plug("cam-2");
+    for (const std::int64_t nMax : {std::int64_t{-1}, std::int64_t{0}, std::int64_t{2}, INT64_MAX}) {
+        Adapter().SelectorMax(nMax);
+        bool bChanged = true;
+        try {
+            m_pInterface->DoUpdateDeviceList(0, &bChanged);
+            FAIL() << nMax;
+        } catch (const CUnexpectedError& objError) {
+            EXPECT_EQ(objError.GetMessage(), "The two device information vectors have different size");
+            EXPECT_EQ(objError.GetErrorCode(), -1);
+        }
+        EXPECT_FALSE(bChanged);
+        EXPECT_THAT(m_pInterface->GetDeviceList(), ElementsAre(pKnown));
+    }
+    Adapter().SelectorMax({});
+    Double().On("IFGetNumDevices").Call(1).Fail(GC_ERR_INVALID_HANDLE);
+    EXPECT_THROW(Update(), CUnexpectedError);
+    EXPECT_THAT(m_pInterface->GetDeviceList(), ElementsAre(pKnown));
+    Update();
+    EXPECT_THAT(Listed(), ElementsAre("cam-1", "cam-2"));
+}
+
+TEST_F(Interface, MakesNoDevicesOnceItHasLeftItsOwnList) {
+    Adapter().Plug("cam-1");
+    Update();
+    Double().RemoveInterface("if-1");
+    m_objTree.UpdateInterfaces();
+    EXPECT_TRUE(Update()) << "devices that are known need no parent";
+    Adapter().Plug("cam-2");
+    try {
+        Update();
+        FAIL() << "a device without a parent";
+    } catch (const CInvalidParameterError& objError) {
+        EXPECT_EQ(objError.GetMessage(), "Failed to create device object.This is an unknown exception.");
+        EXPECT_EQ(objError.GetFunction(), "CDevice::CDevice");
+    }
+    EXPECT_THAT(Listed(), ElementsAre("cam-1"));
+}
+
+TEST_F(Interface, DoesNothingWhileClosed) {
+    m_pInterface->DoOpenInterface();  // is open
+    EXPECT_EQ(Double().Count("TLOpenInterface"), 1U);
+    Adapter().Plug("cam-1");
+    Update();
+    const auto pDevice = Device(0);
+    m_pInterface->DoCloseInterface();
+    EXPECT_FALSE(pDevice->IsOpened());
+    Double().ClearCalls();
+    EXPECT_FALSE(Update());
+    EXPECT_FALSE(m_pInterface->DoCreateSpecialDevice("192.168.1.10"));
+    m_pInterface->DoCloseInterface();
+    EXPECT_THAT(Double().Calls(), IsEmpty());
+    EXPECT_THAT(Listed(), IsEmpty());
+    EXPECT_EQ(m_pInterface->GetHandle(), nullptr);
+    EXPECT_EQ(m_pInterface->GetFeatureControl(), nullptr);
+}
+
+TEST_F(Interface, ListsMoreDevicesThanAnyAdapterHasOnlyWithAnError) {
+    Double().On("IFGetNumDevices").Count(0xFFFFFFFF);
+    EXPECT_THROW(Update(), CUnexpectedError);
+    EXPECT_THAT(Listed(), IsEmpty());
+}
+
+}  // namespace

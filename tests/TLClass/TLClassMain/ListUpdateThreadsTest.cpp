@@ -1,0 +1,135 @@
+#include <atomic>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TLClass/TLClassMain/GenericUpdateAgency.h"
+#include "TLClass/TLClassMain/GevDevice.h"
+#include "TLClass/TLClassMain/GevUpdateAgency.h"
+#include "TLClass/TLClassMain/IFUpdater.h"
+#include "tests/TLClass/TreeOnDouble.h"
+
+namespace {
+
+using testing::SizeIs;
+
+constexpr int kRounds = 15;
+
+/// Runs bodies on threads of their own, all until the rounds of the first are done.
+void RunTogether(const std::function<void()>& fnRound, const std::vector<std::function<void()>>& vecBeside) {
+    std::atomic<bool> bDone = false;
+    std::vector<std::thread> vecThread;
+    for (const auto& fnBeside : vecBeside) {
+        vecThread.emplace_back([&bDone, fnBeside] {
+            while (!bDone) {
+                fnBeside();
+            }
+        });
+    }
+    for (int i = 0; i < kRounds; ++i) {
+        fnRound();
+    }
+    bDone = true;
+    for (std::thread& objThread : vecThread) {
+        objThread.join();
+    }
+}
+
+void ReadEverything() {
+    for (const auto& pTL : GetTLManager()->GetTLList()) {
+        static_cast<void>(pTL->GetTLInformation().Name.size());
+        static_cast<void>(pTL->GetRemovedInterfaceList());
+        static_cast<void>(boost::dynamic_pointer_cast<CGevTL>(pTL)->GetInterfaceSpecialInfo());
+        for (const auto& pInterface : pTL->GetInterfaceList()) {
+            static_cast<void>(pInterface->GetInterfaceInformation());
+            static_cast<void>(pInterface->GetCommonInformation());
+            static_cast<void>(pInterface->GetXML().size());
+            static_cast<void>(pInterface->GetRemovedDeviceList());
+            for (const auto& pDevice : pInterface->GetDeviceList()) {
+                static_cast<void>(pDevice->GetDeviceInformation());
+                static_cast<void>(pDevice->GetCommonInformation());
+                static_cast<void>(pDevice->GetSpecialDeviceIP());
+                static_cast<void>(boost::dynamic_pointer_cast<CGevDevice>(pDevice)->GetGevDevInfo());
+            }
+        }
+    }
+}
+
+void StopEverything() {
+    for (const auto& pInterface : CTreeOnDouble::TL()->GetInterfaceList()) {
+        CIFUpdater(pInterface).DoStopUpdate();
+    }
+}
+
+TEST(ListUpdateThreads, TwoAgenciesReadersAndStopsDontDisturbEachOther) {
+    const CTreeOnDouble objTree;
+    objTree.Init();
+    for (int nInterface = 1; nInterface <= 3; ++nInterface) {
+        auto& objInterface = objTree.Double().AddInterface("if-" + std::to_string(nInterface));
+        for (int nCamera = 1; nCamera <= 3; ++nCamera) {
+            objInterface.Plug("cam-" + std::to_string(nInterface) + "-" + std::to_string(nCamera));
+        }
+    }
+    objTree.UpdateInterfaces();
+    objTree.Double().RecordCalls(false);
+    objTree.Double().Interface("if-1").WaitWholeWindow();
+    int nPlugged = 0;
+    const auto GevUpdate = [] {
+        bool bChanged = false;
+        CGevUpdateAgency({CTreeOnDouble::TL()}).DoLimitedBroadcastUpdate(3, 1, &bChanged);
+    };
+    const auto GenericUpdate = [] {
+        bool bChanged = false;
+        CGenericUpdateAgency({CTreeOnDouble::TL()}).DoUpdate(3, 0, &bChanged);
+    };
+    const auto ChangeTheWorld = [&] {
+        objTree.Double().Unplug("cam-2-1");
+        objTree.Double().Interface("if-3").Plug("cam-new-" + std::to_string(nPlugged++ % 20));
+        objTree.Double().Plug("cam-2-1");
+        std::this_thread::yield();
+    };
+    RunTogether(GevUpdate, {GevUpdate, GenericUpdate, ReadEverything, StopEverything, ChangeTheWorld});
+    objTree.Double().Interface("if-1").WaitWholeWindow(false);
+    bool bChanged = false;
+    CGevUpdateAgency({CTreeOnDouble::TL()}).DoUpdate(0, 0, &bChanged);
+    EXPECT_THAT(objTree.Interface("if-1")->GetDeviceList(), SizeIs(3));
+    EXPECT_THAT(objTree.Interface("if-2")->GetDeviceList(), SizeIs(3));
+}
+
+TEST(ListUpdateThreads, ADeviceReachedByItsAddressDuringAnUpdateIsntLost) {
+    const CTreeOnDouble objTree;
+    objTree.Init();
+    objTree.Double().AddInterface("if-1").Plug("cam-1").Hide();
+    objTree.Double().RecordCalls(false);
+    objTree.UpdateInterfaces();
+    const auto pInterface = objTree.Interface("if-1");
+    RunTogether([&] { EXPECT_TRUE(pInterface->DoCreateSpecialDevice("192.168.1.10")); },
+                {[&] { UpdateDevices(*pInterface); }, [&] { pInterface->DoUpdateAllSpecialDevices(); }});
+    EXPECT_THAT(pInterface->GetDeviceList(), SizeIs(kRounds));
+}
+
+TEST(ListUpdateThreads, ClosingWaitsForAnUpdateThatIsUnderWay) {
+    const CTreeOnDouble objTree;
+    objTree.Init();
+    objTree.Double().AddInterface("if-1").Plug("cam-1");
+    objTree.UpdateInterfaces();
+    const auto pInterface = objTree.Interface("if-1");
+    auto& objBlock = objTree.Double().On("IFGetNumDevices").Block();
+    std::thread objUpdate([&] { UpdateDevices(*pInterface); });
+    ASSERT_TRUE(objBlock.WaitUntilBlocked());
+    std::thread objClose([&] { objTree.TL()->DoCloseTL(); });
+    objBlock.Release();
+    objUpdate.join();
+    objClose.join();
+    EXPECT_FALSE(pInterface->IsOpened());
+    const auto vecClose = objTree.Double().CallsOf("IFClose");
+    ASSERT_THAT(vecClose, SizeIs(1));
+    EXPECT_EQ(objTree.Double().Calls().at(objTree.Double().Calls().size() - 2).strEntry, "IFClose")
+        << "nothing but the transport layer's own end comes behind it";
+}
+
+}  // namespace
