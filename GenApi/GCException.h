@@ -1,8 +1,8 @@
 #pragma once
 
 #include <exception>
-#include <source_location>
 #include <string>
+#include <utility>
 
 namespace GenICam_3_0 {
 
@@ -91,11 +91,12 @@ public:
         : GenericException(std::move(strDescription), pFile, nLine, "DynamicCastException") {}
 };
 
-/// Throws an exception of the family with the place of the call.
+/// Throws an exception of the family with the place of the call. The built-in functions stand in for
+/// std::source_location, which the compiler of the fuzz targets doesn't know yet.
 template <class TException>
-[[noreturn]] void Throw(std::string strDescription,
-                        const std::source_location& objPlace = std::source_location::current()) {
-    throw TException(std::move(strDescription), objPlace.file_name(), objPlace.line());
+[[noreturn]] void Throw(std::string strDescription, const char* pFile = __builtin_FILE(),
+                        unsigned int nLine = static_cast<unsigned int>(__builtin_LINE())) {
+    throw TException(std::move(strDescription), pFile, nLine);
 }
 
 }  // namespace GenICam_3_0
