@@ -50,8 +50,6 @@ public:
     /// As many as there are names.
     const gcstring_vector& GetValues() const { return m_vecValue; }
 
-    friend bool operator==(const CFeatureBag&, const CFeatureBag&) = default;
-
     friend std::ostream& operator<<(std::ostream& stream, const CFeatureBag& objBag);
     /// Reads from the start of a body to its end: the end of the stream, a line without a tab, or a name that is too
     /// long. In the last two cases the stream is left in its failed state behind that line or the part of the name that
