@@ -21,7 +21,7 @@ enum ECacheUsage_t {
 class CNodeMapFactory {
 public:
     /// @param pData  the description's text, with or without byte-order mark; needed until CreateNodeMap has returned
-    /// @param bSuppressStrings  leave out tool tips and descriptions
+    /// @param bSuppressStrings  kept for callers that name it: texts cost nothing until they are asked for
     CNodeMapFactory(EContentType_t eContentType, const void* pData, std::size_t nSize,
                     ECacheUsage_t eCacheUsage = CacheUsage_Automatic, bool bSuppressStrings = false);
 
@@ -33,7 +33,6 @@ public:
 private:
     const char* m_pData;
     std::size_t m_nSize;
-    bool m_bSuppressStrings;
 };
 
 }  // namespace GenApi_3_0

@@ -1,0 +1,221 @@
+#include "GenApi/IntegerValue.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "GenApi/GCException.h"
+#include "GenApi/IntegerText.h"
+#include "GenApi/NodeMapLimits.h"
+#include "GenApi/NumberText.h"
+#include "GenApi/PropertyReader.h"
+
+namespace GenApi_3_0 {
+namespace {
+
+using GenICam_3_0::InvalidArgumentException;
+using GenICam_3_0::OutOfRangeException;
+using GenICam_3_0::Throw;
+
+// The values are separated by semicolons, or just by white space.
+template <class Value, class Parse>
+std::vector<Value> ReadList(const PROPERTY& objProperty, CPropertyReader& objReader, Parse parse) {
+    std::vector<Value> vecValue;
+    std::string_view strRest = objProperty.Text;
+    while (!strRest.empty()) {
+        const std::size_t nEnd = std::min(strRest.find_first_of("; ,\t\r\n"), strRest.size());
+        if (nEnd > 0) {
+            const auto value = parse(strRest.substr(0, nEnd));
+            if (!value) {
+                objReader.Fail(objProperty, "holds something that isn't a number");
+            }
+            vecValue.push_back(*value);
+        }
+        if (vecValue.size() > kMaxValidValues) {
+            objReader.Fail(objProperty, "has too many values");
+        }
+        strRest.remove_prefix(std::min(nEnd + 1, strRest.size()));
+    }
+    std::sort(vecValue.begin(), vecValue.end());
+    return vecValue;
+}
+
+}  // namespace
+
+std::vector<std::int64_t> ReadValidIntegers(const PROPERTY& objProperty, CPropertyReader& objReader) {
+    return ReadList<std::int64_t>(objProperty, objReader, ParseInteger);
+}
+
+std::vector<double> ReadValidFloats(const PROPERTY& objProperty, CPropertyReader& objReader) {
+    return ReadList<double>(objProperty, objReader, ParseFloat);
+}
+
+ERepresentation ReadRepresentation(const PROPERTY& objProperty, CPropertyReader& objReader) {
+    return objReader.Word<ERepresentation>(objProperty, {{"Linear", Linear},
+                                                         {"Logarithmic", Logarithmic},
+                                                         {"Boolean", Boolean},
+                                                         {"PureNumber", PureNumber},
+                                                         {"HexNumber", HexNumber},
+                                                         {"IPV4Address", IPV4Address},
+                                                         {"MACAddress", MACAddress}});
+}
+
+bool CIntegerValue::Apply(const PROPERTY& objProperty, CPropertyReader& objReader) {
+    if (objProperty.Tag == ETag::Representation) {
+        m_eRepresentation = ReadRepresentation(objProperty, objReader);
+        return true;
+    }
+    return CNodeImpl::Apply(objProperty, objReader);
+}
+
+void CIntegerValue::WriteInt(std::int64_t nValue, bool bVerify) {
+    const CEvaluation objStep(Context(), Name());
+    if (bVerify) {
+        CheckRange(nValue);
+    }
+    CChange objChange(Context());
+    // Whatever becomes of the write, the value cached so far counts no more.
+    State().ValueValid = false;
+    StoreInt(nValue, bVerify);
+    objChange.Finish();
+}
+
+void CIntegerValue::SetValue(std::int64_t Value, bool Verify) {
+    CChange objChange(Context());
+    if (Verify) {
+        RequireWritable();
+    }
+    WriteInt(Value, Verify);
+    objChange.Finish();
+}
+
+std::int64_t CIntegerValue::GetValue(bool Verify, bool IgnoreCache) {
+    const AutoLock objLock(Context().Lock());
+    RequireReadable();
+    const std::int64_t nValue = ReadInt(IgnoreCache);
+    if (Verify) {
+        const LIMITS objLimits = Limits();
+        if (nValue < objLimits.Min || nValue > objLimits.Max) {
+            CheckRange(nValue);
+        }
+    }
+    return nValue;
+}
+
+CIntegerValue::LIMITS CIntegerValue::Limits() {
+    LIMITS objLimits{MinInt(), MaxInt()};
+    if (m_pImposed != nullptr) {
+        objLimits.Min = std::max(objLimits.Min, m_pImposed->Min);
+        objLimits.Max = std::min(objLimits.Max, m_pImposed->Max);
+    }
+    return objLimits;
+}
+
+void CIntegerValue::CheckRange(std::int64_t nValue) {
+    const LIMITS objLimits = Limits();
+    if (nValue < objLimits.Min) {
+        ThrowOutOfRange(nValue, "below its minimum " + FormatInteger(objLimits.Min));
+    }
+    if (nValue > objLimits.Max) {
+        ThrowOutOfRange(nValue, "above its maximum " + FormatInteger(objLimits.Max));
+    }
+    if (const auto* pValid = ValidValues()) {
+        if (!std::binary_search(pValid->begin(), pValid->end(), nValue)) {
+            ThrowOutOfRange(nValue, "not one of its valid values");
+        }
+        return;
+    }
+    const std::int64_t nInc = IncInt();
+    // In unsigned arithmetic, since the distance may be more than a signed one can hold.
+    const std::uint64_t nDistance = static_cast<std::uint64_t>(nValue) - static_cast<std::uint64_t>(objLimits.Min);
+    if (nInc > 1 && nDistance % static_cast<std::uint64_t>(nInc) != 0) {
+        ThrowOutOfRange(nValue, "not a whole number of increments of " + FormatInteger(nInc) + " above its minimum " +
+                                    FormatInteger(objLimits.Min));
+    }
+}
+
+void CIntegerValue::ThrowOutOfRange(std::int64_t nValue, const std::string& strWhy) const {
+    Throw<OutOfRangeException>(Subject() + ": the value " + FormatInteger(nValue) + " is " + strWhy);
+}
+
+std::int64_t CIntegerValue::GetMin() {
+    const AutoLock objLock(Context().Lock());
+    return Limits().Min;
+}
+
+std::int64_t CIntegerValue::GetMax() {
+    const AutoLock objLock(Context().Lock());
+    return Limits().Max;
+}
+
+std::int64_t CIntegerValue::GetInc() {
+    const AutoLock objLock(Context().Lock());
+    return std::max<std::int64_t>(IncInt(), 1);
+}
+
+EIncMode CIntegerValue::GetIncMode() {
+    const AutoLock objLock(Context().Lock());
+    return ValidValues() != nullptr ? listIncrement : fixedIncrement;
+}
+
+int64_autovector_t CIntegerValue::GetListOfValidValues(bool bounded) {
+    const AutoLock objLock(Context().Lock());
+    int64_autovector_t vecValue;
+    if (const auto* pValid = ValidValues()) {
+        const LIMITS objLimits =
+            bounded ? Limits()
+                    : LIMITS{std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()};
+        std::copy_if(pValid->begin(), pValid->end(), std::back_inserter(vecValue),
+                     [&objLimits](std::int64_t n) { return n >= objLimits.Min && n <= objLimits.Max; });
+    }
+    return vecValue;
+}
+
+ERepresentation CIntegerValue::GetRepresentation() {
+    return m_eRepresentation;
+}
+
+gcstring CIntegerValue::GetUnit() {
+    return gcstring(TextOf(ETag::Unit));
+}
+
+CIntegerValue::LIMITS& CIntegerValue::Imposed() {
+    if (m_pImposed == nullptr) {
+        m_pImposed = std::make_unique<LIMITS>(
+            LIMITS{std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()});
+    }
+    return *m_pImposed;
+}
+
+void CIntegerValue::ImposeMin(std::int64_t Value) {
+    CChange objChange(Context());
+    Imposed().Min = Value;
+    objChange.Invalidated(Number(), kDirtyLimits);
+    objChange.Finish();
+}
+
+void CIntegerValue::ImposeMax(std::int64_t Value) {
+    CChange objChange(Context());
+    Imposed().Max = Value;
+    objChange.Invalidated(Number(), kDirtyLimits);
+    objChange.Finish();
+}
+
+gcstring CIntegerValue::ToString(bool Verify, bool IgnoreCache) {
+    return FormatAs(GetValue(Verify, IgnoreCache), m_eRepresentation);
+}
+
+void CIntegerValue::FromString(const gcstring& ValueStr, bool Verify) {
+    const auto nValue = ParseAs(ValueStr.view(), m_eRepresentation);
+    if (!nValue) {
+        Throw<InvalidArgumentException>(Subject() + ": '" + ValueStr.str() + "' isn't a 64-bit integer");
+    }
+    SetValue(*nValue, Verify);
+}
+
+bool CIntegerValue::IsValueCacheValid() const {
+    const AutoLock objLock(Context().Lock());
+    return State().ValueValid;
+}
+
+}  // namespace GenApi_3_0
