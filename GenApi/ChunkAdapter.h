@@ -6,27 +6,13 @@
 #include <span>
 #include <vector>
 
-#include "GenApi/Types.h"
+#include "GenApi/ChunkData.h"
 
 namespace GenApi_3_0 {
 
 class CChunkPort;
 class CNodeContext;
 class INodeMap;
-
-/// Where one chunk lies in a buffer. The GenTL standard's SINGLE_CHUNK_DATA has the same 24 bytes.
-struct SingleChunkData_t {
-    std::uint64_t ChunkID;
-    std::ptrdiff_t ChunkOffset;  ///< in bytes, from the start of the buffer
-    std::size_t ChunkLength;     ///< in bytes
-};
-
-/// What an attachment found.
-struct AttachStatistics_t {
-    int NumChunkPorts;      ///< chunk ports of the node map
-    int NumChunks;          ///< chunks of the layout
-    int NumAttachedChunks;  ///< chunk ports that have data now
-};
 
 /// Puts the chunks of a buffer behind the chunk ports of a node map, so that the chunk's features read from it.
 ///
@@ -59,7 +45,8 @@ public:
     void DetachNodeMap();
 
     /// Puts a layout of chunks behind the ports. Ports whose ID isn't in it lose their data; of two chunks with the
-    /// same ID the first counts. Without a node map nothing is kept. After an exception no port has data.
+    /// same ID the first counts. Without a node map nothing is kept. After an exception no port has data, unless it was
+    /// a callback's.
     /// @param pChunkData     nNumChunks entries; needed for the call alone
     /// @param pStatistics    filled; may be null
     /// @param nBufferLength  bytes of the buffer; kUncheckedLength if the caller vouches for the layout
@@ -73,7 +60,7 @@ public:
     void UpdateBuffer(std::uint8_t* pBuffer);
     /// Lets go of the buffer. Copies stay.
     void DetachBuffer();
-    /// Drops the copies. Ports that lived on theirs have no data any more.
+    /// Drops the copies. Ports that lived on theirs have no data any more, even if the buffer is still attached.
     void ClearCaches();
 
 protected:
@@ -84,8 +71,11 @@ protected:
     std::size_t AttachChunks(const std::uint8_t* pBuffer, std::span<const SingleChunkData_t> spanChunk);
 
 private:
+    template <class Step>
+    void ChangePorts(Step step);
+
     CNodeContext* m_pContext = nullptr;  // of the attached node map, if it has a chunk port
-    std::int64_t m_nMaxChunkCacheSize;
+    std::size_t m_nMaxCopy;              // bytes of a chunk that may be copied
     std::vector<std::unique_ptr<CChunkPort>> m_vecPort;
 };
 
