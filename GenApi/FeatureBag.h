@@ -3,6 +3,7 @@
 #include <istream>
 #include <ostream>
 
+#include "GenApi/FeatureBagLimits.h"
 #include "GenApi/Types.h"
 
 namespace GenApi_3_0 {
@@ -19,21 +20,17 @@ class INodeMap;
 /// last, so that no other thread moves a selector in between; callbacks run within.
 class CFeatureBag {
 public:
-    /// The most values that a selected feature is stored for, over all its selectors together: a look-up table of 12
-    /// bits for each of four colours. A feature with more is stored for the present setting of its selectors alone.
-    static constexpr std::int64_t kMaxSelectorCombinations = 16'384;
-    /// The most lines that a node map is stored in. Large cameras need some thousands.
-    static constexpr std::size_t kMaxStoredLines = 1'000'000;
-    /// Bytes of a name, and of a comment, that a reader takes in.
-    static constexpr std::size_t kMaxNameLength = 1023;
-
     /// Fills the bag with the features that are streamable and can be read and written now, and takes the node map's
     /// device name for its own. What it held before is gone. Selectors are moved and put back.
     /// @param nMaxPersistSets  stop after so many values of its selectors for each feature; -1 for no such limit
     /// @param pErrorList       one text for each feature that couldn't be stored is appended to it; may be null
     /// @return false if a feature couldn't be stored. The others are in the bag all the same.
     /// @throws InvalidArgumentException  no node map, or a limit below -1
-    /// @throws whatever the port threw when it has failed for kMaxFailuresInARow features in a row: the device has gone
+    /// @throws RuntimeException          the node map needs more than kMaxStoreSteps steps. After an exception the bag
+    /// holds what it
+    ///                                   held before.
+    /// @throws whatever the port threw when it has failed for CFeatureErrors::kMaxFailuresInARow features in a row: the
+    /// device has gone
     bool StoreToBag(INodeMap* pNodeMap, int nMaxPersistSets = -1, gcstring_vector* pErrorList = nullptr);
 
     /// Writes the values in their order. One that can't be written doesn't stop those behind it, and nothing is rolled
@@ -41,7 +38,7 @@ public:
     /// @param bVerify     check access and limits before each write
     /// @param pErrorList  one text for each failed value is appended to it; may be null
     /// @return false if a value couldn't be written
-    /// @throws as StoreToBag
+    /// @throws InvalidArgumentException  no node map; besides what the port threw, as StoreToBag
     bool LoadFromBag(INodeMap* pNodeMap, bool bVerify = true, gcstring_vector* pErrorList = nullptr);
 
     /// What stands in the third line of the text form. Reading a bag leaves it as it is.

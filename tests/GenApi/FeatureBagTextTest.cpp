@@ -29,7 +29,7 @@ std::vector<std::string> LinesOf(const CFeatureBag& objBag) {
 }
 
 TEST(FeatureBagText, AnyBodyIsReadUpToWhereItStopsBeingOne) {
-    const std::string strLongName(CFeatureBag::kMaxNameLength, 'n');
+    const std::string strLongName(kMaxNameLength, 'n');
     const struct {
         const char* What;
         std::string Text;
