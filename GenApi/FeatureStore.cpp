@@ -227,6 +227,8 @@ bool CFeatureStore::StoreForEach(const std::vector<std::string>& vecValue, std::
     if (objLevel.InBag && *objLevel.InBag != objPutBack.Original()) {
         AddLine(objLevel.Name, objPutBack.Original());
     }
+    // A device may keep a setting of this selector for each value of those outside it, so the next of these begins
+    // anew.
     objLevel.InBag.reset();
     return true;
 }
@@ -250,11 +252,8 @@ void CFeatureStore::StoreFeature(IValue* pFeature) {
 
 // Only before a value that is stored: what has none under a selector needs no lines for it.
 void CFeatureStore::AddSelectorLines() {
-    bool bOuterMoves = false;
     for (LEVEL& objLevel : m_vecLevel) {
-        // A device may keep a setting of this selector for each value of those outside it.
-        if (objLevel.Current && (bOuterMoves || objLevel.InBag != objLevel.Current)) {
-            bOuterMoves = true;
+        if (objLevel.Current && objLevel.InBag != objLevel.Current) {
             AddLine(objLevel.Name, *objLevel.Current);
             objLevel.InBag = objLevel.Current;
         }

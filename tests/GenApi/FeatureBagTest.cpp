@@ -196,6 +196,9 @@ TEST(FeatureBag, AFeatureComesBehindThoseThatDecideOnIt) {
         {"limits of each other, and what hangs on them",
          Feature("C", 8, "<pMax>A</pMax>") + Feature("A", 0, "<pMax>B</pMax>") + Feature("B", 4, "<pMax>A</pMax>"),
          {"A", "B", "C"}},
+        {"limits of each other in a circle",
+         Feature("A", 0, "<pMax>C</pMax>") + Feature("B", 4, "<pMax>A</pMax>") + Feature("C", 8, "<pMax>B</pMax>"),
+         {"A", "B", "C"}},
     };
     for (const auto& objCase : kCases) {
         CTestMap objMap(objCase.Description);
@@ -257,6 +260,13 @@ TEST(FeatureBag, SelectorsWithinSelectorsAreWalkedAndPutBackOnEachLevel) {
     EXPECT_EQ(objMap.Port.BytesAt(0, 32), vecBefore);
 }
 
+TEST(FeatureBag, ASelectorIsSetAnewUnderEachValueOfThatOutsideIt) {
+    CTestMap objMap(Feature("Source", 0, "<Max>1</Max>" + Selects({"Only"})) +
+                    Enumeration("Only", 4, {"One"}, Selects({"Gain"})) + Feature("Gain", 8));
+    EXPECT_THAT(Stored(objMap), ElementsAre("Source=0", "Source=0", "Only=One", "Gain=0", "Source=1", "Only=One",
+                                            "Gain=0", "Source=0"));
+}
+
 TEST(FeatureBag, OnlyValuesThatASelectorCanTakeAndAFeatureHasAreStored) {
     const std::string strSwitch =
         "<IntSwissKnife Name='IsB'><pVariable Name='S'>SelectorReg</pVariable><Formula>S = 1</Formula></IntSwissKnife>";
@@ -290,6 +300,7 @@ TEST(FeatureBag, SelectorsWithTooManyValuesLeaveThePresentOnes) {
     CFeatureBag objBag;
     gcstring_vector vecError;
     EXPECT_FALSE(objBag.StoreToBag(objMap.Map._Ptr, -1, &vecError));
+    EXPECT_EQ(objMap.Port.TakeWrites(), 0) << "a selector that needn't move stays untouched";
     EXPECT_THAT(LinesOf(objBag),
                 ElementsAre("Huge=77", "Small=2", "Huge=77", "Gain=0", "Huge=77", "Small=2", "Offset=0"));
     EXPECT_THAT(TextsOf(vecError), ElementsAre(HasSubstr("Gain: Its selectors"), HasSubstr("Offset: Its selectors")));
