@@ -33,6 +33,9 @@ public:
     bool IsValueCacheValid() const override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIBoolean; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIBoolean ? static_cast<IBoolean*>(this) : nullptr;
+    }
 
 protected:
     EAccessMode SourceAccessMode() override { return m_objSource.AccessMode(); }

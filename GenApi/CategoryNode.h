@@ -24,6 +24,9 @@ public:
     bool IsValueCacheValid() const override { return true; }
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfICategory; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfICategory ? static_cast<ICategory*>(this) : nullptr;
+    }
 
 protected:
     EAccessMode SourceAccessMode() override;

@@ -32,6 +32,9 @@ public:
     bool IsValueCacheValid() const override { return false; }
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfICommand; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfICommand ? static_cast<ICommand*>(this) : nullptr;
+    }
 
 protected:
     EAccessMode SourceAccessMode() override { return m_objSource.AccessMode(); }

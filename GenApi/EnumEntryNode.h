@@ -33,6 +33,9 @@ public:
     bool IsValueCacheValid() const override { return true; }
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumEntry; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIEnumEntry ? static_cast<IEnumEntry*>(this) : nullptr;
+    }
 
 private:
     std::int64_t m_nValue = 0;

@@ -47,6 +47,9 @@ public:
     bool IsValueCacheValid() const override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIEnumeration; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIEnumeration ? static_cast<IEnumeration*>(this) : nullptr;
+    }
 
 protected:
     EAccessMode SourceAccessMode() override { return m_objSource.AccessMode(); }

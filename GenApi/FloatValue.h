@@ -51,6 +51,9 @@ public:
     bool IsValueCacheValid() const override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIFloat; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIFloat ? static_cast<IFloat*>(this) : nullptr;
+    }
     bool Apply(const PROPERTY& objProperty, CPropertyReader& objReader) override;
 
 protected:

@@ -41,6 +41,9 @@ public:
     bool IsValueCacheValid() const override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIInteger; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIInteger ? static_cast<IInteger*>(this) : nullptr;
+    }
     bool Apply(const PROPERTY& objProperty, CPropertyReader& objReader) override;
 
 protected:

@@ -7,35 +7,41 @@
 namespace GenApi_3_0 {
 namespace {
 
-// Drawn anew by each process, so that no description can be made whose names all fall into one place.
-std::uint64_t Seed() {
-    static const std::uint64_t s_nSeed = (std::uint64_t{std::random_device{}()} << 32U) | std::random_device{}();
-    return s_nSeed;
+std::uint64_t Multiply(std::uint64_t a, std::uint64_t b) {
+    __extension__ using Wide = unsigned __int128;
+    const Wide nProduct = static_cast<Wide>(a) * b;
+    return static_cast<std::uint64_t>(nProduct) ^ static_cast<std::uint64_t>(nProduct >> 64U);
 }
 
-std::uint64_t Mix(std::uint64_t n) {
-    n ^= n >> 32U;
-    n *= 0xD6E8FEB86659FD93U;
-    n ^= n >> 32U;
-    return n;
-}
-
-std::uint64_t HashOf(std::string_view strName) {
-    std::uint64_t nHash = Seed() ^ (strName.size() * 0x9E3779B97F4A7C15U);
-    while (strName.size() >= 8) {
-        std::uint64_t nChunk = 0;
-        std::memcpy(&nChunk, strName.data(), 8);
-        nHash = Mix(nHash ^ nChunk);
-        strName.remove_prefix(8);
-    }
-    std::uint64_t nRest = 0;
-    std::memcpy(&nRest, strName.data(), strName.size());
-    return Mix(Mix(nHash ^ nRest) + 0x9E3779B97F4A7C15U);
+std::uint64_t Chunk(const char* p, std::size_t nBytes) {
+    std::uint64_t nChunk = 0;
+    std::memcpy(&nChunk, p, nBytes);
+    return nChunk;
 }
 
 }  // namespace
 
-CNameTable::CNameTable(std::size_t nNames) : m_vecSlot(std::bit_ceil(nNames * 2 + 2)), m_nMask(m_vecSlot.size() - 1) {}
+CNameTable::CNameTable(std::size_t nNames) : m_vecSlot(std::bit_ceil(nNames * 2 + 2)), m_nMask(m_vecSlot.size() - 1) {
+    std::random_device objRandom;
+    m_nSeed = (std::uint64_t{objRandom()} << 32U) | objRandom();
+}
+
+// Sixteen bytes at a time; the last ones may overlap with those before.
+std::uint64_t CNameTable::HashOf(std::string_view strName) const {
+    constexpr std::uint64_t kFirst = 0xA0761D6478BD642F;
+    constexpr std::uint64_t kSecond = 0xE7037ED1A0B428DB;
+    const char* p = strName.data();
+    const std::size_t n = strName.size();
+    std::uint64_t nHash = m_nSeed ^ n;
+    if (n < 8) {
+        return Multiply(Chunk(p, n) ^ kFirst ^ nHash, kSecond ^ nHash);
+    }
+    for (std::size_t i = 0; i + 16 < n; i += 16) {
+        nHash = Multiply(Chunk(p + i, 8) ^ kFirst ^ nHash, Chunk(p + i + 8, 8) ^ kSecond ^ nHash);
+    }
+    const std::size_t nLast = n < 16 ? 0 : n - 16;
+    return Multiply(Chunk(p + nLast, 8) ^ kFirst ^ nHash, Chunk(p + n - 8, 8) ^ kSecond ^ nHash);
+}
 
 const CNameTable::SLOT& CNameTable::SlotOf(std::string_view strName, std::uint64_t nHash) const {
     std::size_t i = nHash & m_nMask;

@@ -42,6 +42,9 @@ public:
     virtual bool IsFeature() const = 0;
     virtual EInterfaceType GetPrincipalInterfaceType() const = 0;
 
+    /// The node's interface of that number, as a T* of just that interface; null if it has none. Made for node_cast.
+    virtual void* GetInterface(EInterfaceType eType) = 0;
+
     /// The names of the elements that the description gives this node, each once.
     virtual void GetPropertyNames(gcstring_vector& PropertyNames) const = 0;
     /// @param ValueStr      all values of that element, with a tab between two

@@ -93,6 +93,7 @@ public:
     bool IsDeprecated() const override;
     bool IsFeature() const override;
     EInterfaceType GetPrincipalInterfaceType() const override;
+    void* GetInterface(EInterfaceType /*eType*/) override { return nullptr; }
     void GetPropertyNames(gcstring_vector& PropertyNames) const override;
     bool GetProperty(const gcstring& PropertyName, gcstring& ValueStr, gcstring& AttributeStr) const override;
     void ImposeAccessMode(EAccessMode ImposedAccessMode) override;

@@ -34,6 +34,10 @@ public:
         objReader.Sharing().Note(m_objBlock.Cell(), this->Number(), nFirstBit, nLastBit);
     }
 
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIRegister ? static_cast<IRegister*>(this) : Base::GetInterface(eType);
+    }
+
     // IRegister
     void Set(const std::uint8_t* pBuffer, std::int64_t Length, bool Verify = true) override {
         CChange objChange(this->Context());

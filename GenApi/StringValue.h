@@ -33,6 +33,9 @@ public:
     bool IsValueCacheValid() const override;
 
     EInterfaceType GetPrincipalInterfaceType() const override { return intfIString; }
+    void* GetInterface(EInterfaceType eType) override {
+        return eType == intfIString ? static_cast<IString*>(this) : nullptr;
+    }
 
 protected:
     virtual std::string FetchText(bool bIgnoreCache) = 0;
