@@ -1,6 +1,5 @@
 #include "TLClass/TLClassMain/TL.h"
 
-#include <algorithm>
 #include <memory>
 #include <set>
 #include <string>
@@ -180,7 +179,8 @@ CTL::INTERFACE_LIST CTL::__MergeInterfaces(const std::vector<IF_MODULE_INFO>& ve
     });
 }
 
-// Whoever isn't listed any more by its ID. All of them are kept, open as they are.
+// Whoever isn't listed any more by its ID. All of them are kept, open as they are; one that is a candidate twice, since
+// it was listed twice or the update before failed after setting it aside, is kept twice.
 CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandidate, const INTERFACE_LIST& vecNew) {
     std::set<std::string> setListed;
     for (const boost::shared_ptr<CInterface>& pInterface : vecNew) {
@@ -188,9 +188,7 @@ CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandid
     }
     INTERFACE_LIST vecVanished;
     for (const boost::shared_ptr<CInterface>& pInterface : vecCandidate) {
-        // An object can be a candidate twice: it was listed twice, or the update before failed after setting it aside.
-        const bool bKnown = std::find(vecVanished.begin(), vecVanished.end(), pInterface) != vecVanished.end();
-        if (!bKnown && !setListed.contains(GetID(*pInterface))) {
+        if (!setListed.contains(GetID(*pInterface))) {
             vecVanished.push_back(pInterface);
         }
     }
