@@ -1,4 +1,6 @@
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <boost/pointer_cast.hpp>
@@ -37,6 +39,24 @@ private:
     }
 
     bool m_bSaidOpen = true;
+};
+
+/// A device that does something else first when a list update asks for its ID.
+class CDeviceAsked : public CGevDevice {
+public:
+    CDeviceAsked(const boost::shared_ptr<IInterface>& pInterface, std::function<void()> fnAsked)
+        : CGevDevice(pInterface->GetLib(), pInterface, pInterface->GetHandle(), {}, {}, {}),
+          m_fnAsked(std::move(fnAsked)) {}
+
+    DEV_MODULE_INFO GetDeviceInformation() const override {
+        if (const auto fnAsked = std::exchange(m_fnAsked, nullptr)) {
+            fnAsked();
+        }
+        return CGevDevice::GetDeviceInformation();
+    }
+
+private:
+    mutable std::function<void()> m_fnAsked;
 };
 
 class Interface : public testing::Test {
@@ -170,6 +190,14 @@ TEST_F(Interface, PutsSpecialDevicesBehindTheListedOnes) {
     Update();
     EXPECT_THAT(Listed(), ElementsAre("cam-2", "Double(02-10-00-01-00-00)"));
     EXPECT_EQ(Device(1), pSpecial);
+}
+
+TEST_F(Interface, KeepsADeviceThatIsReachedWhileAnUpdateMergesItsList) {
+    Adapter().Plug("cam-1").Hide();
+    m_pInterface->AddGcObject(boost::shared_ptr<CDeviceAsked>(
+        new CDeviceAsked(m_pInterface, [this] { m_pInterface->DoCreateSpecialDevice("192.168.1.10"); })));
+    Update();
+    EXPECT_THAT(Listed(), ElementsAre("Double(02-10-00-01-00-00)"));
 }
 
 TEST_F(Interface, KeepsItsListWhenTheProducerRefusesToUpdate) {
