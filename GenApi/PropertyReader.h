@@ -49,6 +49,8 @@ public:
     /// The node made of a nested element.
     CNodeImpl* NestedNode(const PROPERTY& objProperty, ELink eLink);
     CNodeImpl* NodeOf(std::uint32_t nNode) const { return m_vecNode[nNode]; }
+    /// Notes a further reason why the current node hangs on another.
+    void NoteLink(std::uint32_t nTarget, ELink eLink) { m_objContext.Graph().Add(m_nNode, nTarget, eLink); }
     /// Notes that the named node refers to this one: a selector that names what it selects.
     void NoteSelector(std::uint32_t nSelected) { m_objContext.Graph().Add(nSelected, m_nNode, ELink::Selector); }
 

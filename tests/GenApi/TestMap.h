@@ -49,3 +49,9 @@ inline std::string Reg(const std::string& strName, int nAddress, const std::stri
            "</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>" + strMore +
            "<Endianess>LittleEndian</Endianess></IntReg>";
 }
+
+/// A register node `R` of any kind at the address 16.
+inline std::string RegisterOfKind(const std::string& strKind, int nLength, const std::string& strMore) {
+    return "<" + strKind + " Name='R'><Address>0x10</Address><Length>" + std::to_string(nLength) +
+           "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>" + strMore + "</" + strKind + ">";
+}

@@ -1,0 +1,213 @@
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "GenApi/AccessMode.h"
+#include "GenApi/GCException.h"
+#include "GenApi/PortConstruct.h"
+#include "tests/GenApi/DescriptionGenerator.h"
+#include "tests/GenApi/TestMap.h"
+
+namespace {
+
+using namespace GenApi_3_0;
+
+TEST(Caching, ReadsAndWritesThePortAsTheModeSays) {
+    struct CASE {
+        const char* Mode;
+        int FirstRead, SecondRead, ReadAfterWrite;
+    };
+    for (const CASE& objCase :
+         {CASE{"WriteThrough", 1, 0, 0}, CASE{"WriteAround", 1, 0, 1}, CASE{"NoCache", 1, 1, 1}}) {
+        SCOPED_TRACE(objCase.Mode);
+        CTestMap objMap(Reg("R", 0, std::string("<Cachable>") + objCase.Mode + "</Cachable>") +
+                        "<Integer Name='F'><pValue>R</pValue></Integer>");
+        for (const char* pName : {"R", "F"}) {
+            objMap.Node("R").InvalidateNode();
+            objMap.Integer(pName).GetValue();
+            EXPECT_EQ(objMap.Port.TakeReads(), objCase.FirstRead);
+            objMap.Integer(pName).GetValue();
+            EXPECT_EQ(objMap.Port.TakeReads(), objCase.SecondRead);
+            objMap.Integer(pName).GetValue(false, true);
+            EXPECT_EQ(objMap.Port.TakeReads(), 1);
+            objMap.Integer(pName).SetValue(5);
+            EXPECT_EQ(objMap.Port.TakeWrites(), 1);
+            EXPECT_EQ(objMap.Port.TakeReads(), 0);
+            EXPECT_EQ(objMap.Integer(pName).GetValue(), 5);
+            EXPECT_EQ(objMap.Port.TakeReads(), objCase.ReadAfterWrite);
+        }
+        EXPECT_EQ(objMap.Node("F").IsCachable(), std::string(objCase.Mode) != "NoCache");
+    }
+}
+
+TEST(Caching, KeepsNothingThatStandsOnAnUncachedValue) {
+    CTestMap objMap(
+        Reg("Status", 0, "<Cachable>NoCache</Cachable>") + Reg("Bank0", 16) + Reg("Bank4", 20) +
+        "<IntSwissKnife Name='Twice'><pVariable Name='S'>Status</pVariable><Formula>S * 2</Formula></IntSwissKnife>"
+        "<Integer Name='Locked'><Value>1</Value><pIsLocked>Status</pIsLocked></Integer>"
+        "<IntReg "
+        "Name='Moving'><Address>16</Address><pAddress>Status</pAddress><Length>4</Length><pPort>Device</pPort></"
+        "IntReg>");
+    objMap.Port.PutNumber(16, 111);
+    objMap.Port.PutNumber(20, 222);
+    EXPECT_EQ(objMap.Integer("Twice").GetValue(), 0);
+    EXPECT_EQ(objMap.Integer("Moving").GetValue(), 111);
+    EXPECT_EQ(objMap.Access("Locked"), RW);
+    objMap.Port.PutNumber(0, 4);
+    EXPECT_EQ(objMap.Integer("Twice").GetValue(), 8);
+    EXPECT_EQ(objMap.Integer("Moving").GetValue(), 222);
+    EXPECT_EQ(objMap.Access("Locked"), RO);
+    EXPECT_EQ(objMap.Node("Locked").IsAccessModeCacheable(), No);
+}
+
+/// The names of those of a map's nodes whose registers are read again after something happened.
+class CReread {
+public:
+    explicit CReread(CTestMap& objMap, std::vector<const char*> vecName)
+        : m_objMap(objMap), m_vecName(std::move(vecName)) {
+        Names();
+    }
+    std::vector<std::string> Names() {
+        std::vector<std::string> vecReread;
+        for (const char* pName : m_vecName) {
+            m_objMap.Port.TakeReads();
+            m_objMap.Integer(pName).GetValue();
+            if (m_objMap.Port.TakeReads() > 0) {
+                vecReread.emplace_back(pName);
+            }
+        }
+        return vecReread;
+    }
+
+private:
+    CTestMap& m_objMap;
+    std::vector<const char*> m_vecName;
+};
+
+TEST(Invalidation, ReachesWhatDependsOnTheWrittenNodeAndNothingElse) {
+    CTestMap objMap(
+        Reg("Mode", 0) + Reg("Direct", 4, "<pInvalidator>ModeFeature</pInvalidator>") +
+        Reg("Far", 8, "<pInvalidator>Knife</pInvalidator>") + Reg("Other", 12) + Reg("Limited", 16) +
+        Reg("Locked", 20, "<pIsLocked>Mode</pIsLocked>") + Reg("Mutual", 24, "<pInvalidator>Partner</pInvalidator>") +
+        Reg("Partner", 28, "<pInvalidator>Mutual</pInvalidator>") +
+        "<Integer Name='ModeFeature'><pValue>Mode</pValue></Integer>"
+        "<IntSwissKnife Name='Knife'><pVariable Name='M'>ModeFeature</pVariable><Formula>M</Formula></IntSwissKnife>"
+        "<Integer Name='LimitedFeature'><pValue>Limited</pValue><pMax>Mode</pMax></Integer>"
+        "<IntReg Name='Indexed'><Address>100</Address><pIndex "
+        "Offset='4'>Mode</pIndex><Length>4</Length><pPort>Device</pPort></IntReg>");
+    CReread objReread(objMap,
+                      {"Mode", "Direct", "Far", "Other", "LimitedFeature", "Locked", "Mutual", "Partner", "Indexed"});
+    objMap.Integer("ModeFeature").SetValue(1);
+    EXPECT_EQ(objReread.Names(), (std::vector<std::string>{"Direct", "Far", "Indexed"}));
+    EXPECT_EQ(objMap.Access("Locked"), RO);
+    EXPECT_EQ(objMap.Integer("LimitedFeature").GetMax(), 1);
+    objMap.Integer("Other").SetValue(1);
+    EXPECT_EQ(objReread.Names(), std::vector<std::string>{});
+    objMap.Integer("Mutual").SetValue(1);
+    // The partner's answer to the change may be to change this one.
+    EXPECT_EQ(objReread.Names(), (std::vector<std::string>{"Mutual", "Partner"}));
+    objMap.Node("Mode").InvalidateNode();
+    EXPECT_EQ(objReread.Names(), (std::vector<std::string>{"Mode", "Direct", "Far", "Indexed"}));
+    objMap.Map._InvalidateNodes();
+    EXPECT_EQ(objReread.Names().size(), 9u);
+}
+
+TEST(Invalidation, OfBitsLeavesOtherBitsOfTheRegisterAlone) {
+    const auto Bits = [](const char* pName, int nLsb, int nMsb) {
+        return std::string("<MaskedIntReg Name='") + pName +
+               "'><Address>8</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort><LSB>" +
+               std::to_string(nLsb) + "</LSB><MSB>" + std::to_string(nMsb) + "</MSB></MaskedIntReg>";
+    };
+    CTestMap objMap(Bits("Low", 0, 3) + Bits("Middle", 2, 5) + Bits("High", 8, 9) + Reg("Whole", 8));
+    CReread objReread(objMap, {"Low", "Middle", "High", "Whole"});
+    objMap.Integer("Low").SetValue(15);
+    EXPECT_EQ(objMap.Port.TakeReads(), 0) << "all bits are known from before";
+    EXPECT_EQ(objReread.Names(), std::vector<std::string>{}) << "the new bits are known too";
+    EXPECT_EQ(objMap.Integer("Middle").GetValue(), 3);
+    EXPECT_EQ(objMap.Integer("Whole").GetValue(), 15);
+    objMap.Integer("Whole").SetValue(0x300);
+    EXPECT_EQ(objMap.Integer("High").GetValue(), 3);
+    EXPECT_EQ(objMap.Integer("Low").GetValue(), 0);
+}
+
+TEST(Invalidation, FollowsAWriteThatFailed) {
+    CTestMap objMap(Reg("R", 0) + Reg("Dependent", 4, "<pInvalidator>R</pInvalidator>"));
+    CReread objReread(objMap, {"R", "Dependent"});
+    objMap.Port.FailFromNowOn(true);
+    EXPECT_THROW(objMap.Integer("R").SetValue(1), std::runtime_error) << "what the port throws passes through";
+    objMap.Port.FailFromNowOn(false);
+    EXPECT_EQ(objReread.Names(), (std::vector<std::string>{"R", "Dependent"}));
+}
+
+TEST(Invalidation, ReachesWhatASelectorSelectsDownToTheRegister) {
+    CTestMap objMap(
+        Reg("SelReg", 0) + Reg("GainReg", 4) + Reg("Other", 8) +
+        "<Enumeration Name='Sel'><EnumEntry Name='A'><Value>0</Value></EnumEntry><EnumEntry Name='B'><Value>1</Value>"
+        "</EnumEntry><pValue>SelReg</pValue><pSelected>Gain</pSelected></Enumeration>"
+        "<Integer Name='Gain'><pValue>Middle</pValue></Integer><Integer "
+        "Name='Middle'><pValue>GainReg</pValue></Integer>");
+    CReread objReread(objMap, {"Gain", "Other"});
+    objMap.Enumeration("Sel").FromString("B");
+    EXPECT_EQ(objReread.Names(), std::vector<std::string>{"Gain"});
+
+    const auto& objSelector = dynamic_cast<ISelector&>(objMap.Node("Sel"));
+    const auto& objSelected = dynamic_cast<ISelector&>(objMap.Node("Gain"));
+    FeatureList_t vecFeature;
+    EXPECT_TRUE(objSelector.IsSelector());
+    objSelector.GetSelectedFeatures(vecFeature);
+    ASSERT_EQ(vecFeature.size(), 1u);
+    EXPECT_EQ(vecFeature[0]->GetNode(), &objMap.Node("Gain"));
+    EXPECT_FALSE(objSelected.IsSelector());
+    objSelected.GetSelectingFeatures(vecFeature);
+    ASSERT_EQ(vecFeature.size(), 1u);
+    EXPECT_EQ(vecFeature[0]->GetNode(), &objMap.Node("Sel"));
+}
+
+TEST(Polling, DropsWhatWasCachedWhenItsTimeIsOver) {
+    CTestMap objMap(Reg("Slow", 0, "<PollingTime>1000</PollingTime>") +
+                    Reg("Fast", 4, "<PollingTime>100</PollingTime>") + Reg("Never", 8));
+    CReread objReread(objMap, {"Slow", "Fast", "Never"});
+    const std::vector<std::pair<std::int64_t, std::vector<std::string>>> vecStep = {{99, {}},
+                                                                                    {1, {"Fast"}},
+                                                                                    {500, {"Fast"}},
+                                                                                    {-7, {}},
+                                                                                    {400, {"Slow", "Fast"}},
+                                                                                    {0, {}},
+                                                                                    {INT64_MAX, {"Slow", "Fast"}}};
+    for (const auto& [nElapsed, vecExpected] : vecStep) {
+        objMap.Map._Poll(nElapsed);
+        EXPECT_EQ(objReread.Names(), vecExpected) << nElapsed;
+    }
+}
+
+TEST(BigDescription, IsListedWithAtMostOneReadOfEachRegister) {
+    GenApi_3_0::CNodeMapRef objMap;
+    objMap._LoadXMLFromString(GenerateDescription(kBigDescriptionSize));
+    CMemoryPort objPort;
+    ASSERT_TRUE(objMap._Connect(&objPort, "Device"));
+    NodeList_t vecNode;
+    objMap._GetNodes(vecNode);
+    EXPECT_GT(vecNode.size(), 3000u);
+    int nRead = 0;
+    for (INode* pNode : vecNode) {
+        auto* pValue = dynamic_cast<IValue*>(pNode);
+        if (pNode->IsFeature() && pValue != nullptr && IsReadable(pNode)) {
+            pValue->ToString();
+            ++nRead;
+        }
+    }
+    EXPECT_GT(nRead, 500);
+    EXPECT_GT(objPort.ReadsAt().size(), 500u);
+    for (const auto& [nAddress, nReads] : objPort.ReadsAt()) {
+        EXPECT_EQ(nReads, 1) << nAddress;
+    }
+    objMap._GetNode("Width");
+    auto& objWidth = *CIntegerPtr(objMap._GetNode("Width_Reg"));
+    objWidth.SetValue(640);
+    EXPECT_EQ(objWidth.GetValue(), 640);
+}
+
+}  // namespace
