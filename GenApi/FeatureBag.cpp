@@ -101,8 +101,8 @@ bool CFeatureBag::StoreToBag(INodeMap* pNodeMap, int nMaxPersistSets, gcstring_v
     objStore.Run();
     objBracket.End();
     m_strBagName = CommentOf(pNodeMap->GetDeviceName());
-    m_vecName = std::move(objStore).Names();
-    m_vecValue = std::move(objStore).Values();
+    m_vecName = objStore.TakeNames();
+    m_vecValue = objStore.TakeValues();
     return objErrors.IsEmpty();
 }
 

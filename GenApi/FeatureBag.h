@@ -26,11 +26,9 @@ public:
     /// @param pErrorList       one text for each feature that couldn't be stored is appended to it; may be null
     /// @return false if a feature couldn't be stored. The others are in the bag all the same.
     /// @throws InvalidArgumentException  no node map, or a limit below -1
-    /// @throws RuntimeException          the node map needs more than kMaxStoreSteps steps. After an exception the bag
-    /// holds what it
-    ///                                   held before.
+    /// @throws RuntimeException          the node map needs more than kMaxStoreSteps steps
     /// @throws whatever the port threw when it has failed for CFeatureErrors::kMaxFailuresInARow features in a row: the
-    /// device has gone
+    /// device has gone. After any exception the bag holds what it held before.
     bool StoreToBag(INodeMap* pNodeMap, int nMaxPersistSets = -1, gcstring_vector* pErrorList = nullptr);
 
     /// Writes the values in their order. One that can't be written doesn't stop those behind it, and nothing is rolled

@@ -27,8 +27,8 @@ public:
     /// @throws RuntimeException  more than kMaxStoreSteps
     void Run();
 
-    gcstring_vector Names() && { return std::move(m_vecName); }
-    gcstring_vector Values() && { return std::move(m_vecValue); }
+    gcstring_vector TakeNames() { return std::exchange(m_vecName, {}); }
+    gcstring_vector TakeValues() { return std::exchange(m_vecValue, {}); }
 
 private:
     using FeatureSpan = std::span<IValue* const>;

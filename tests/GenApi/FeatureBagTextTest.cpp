@@ -12,9 +12,10 @@ namespace GenApi_3_0 {
 namespace {
 
 using GenICam_3_0::RuntimeException;
-using std::string_literals::operator""s;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+using namespace std::string_literals;
 
 const std::string kFirstLine = "# {05D8C294-F295-4dfb-9D01-096BD04049F4}\n";
 const std::string kHeader = kFirstLine + "# GenApi persistence file (version 3.0.0)\n# Camera\n";
