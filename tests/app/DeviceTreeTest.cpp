@@ -5,6 +5,7 @@
 #include <string>
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -70,14 +71,20 @@ public:
         QTest::mouseClick(m_objWindow.findChild<QPushButton*>(QStringLiteral("EnumButton")), Qt::LeftButton);
     }
 
-    /// Presses the button and waits until the tree shows what came of it.
+    /// Presses the button and waits until the tree shows what came of it, and until the update's thread has gone: a
+    /// press before that is ignored.
     bool Enumerate() {
+        const auto nThreads = CountThreads();
         QSignalSpy objRebuilt(&Tree(), SIGNAL(SigResetEnumInfo()));
         PressEnumerate();
-        return objRebuilt.wait(10000);
+        return objRebuilt.wait(10000) && QTest::qWaitFor([&] { return CountThreads() <= nThreads; }, 10000);
     }
 
 private:
+    static qsizetype CountThreads() {
+        return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    }
+
     static int Depth(const QTreeWidgetItem* pItem) {
         return pItem->parent() == nullptr ? 0 : 1 + Depth(pItem->parent());
     }
