@@ -5,8 +5,8 @@
 /// Base of the agencies: an acquisition that is undone unless the whole operation went well.
 ///
 /// A derived class acquires in its constructor, and in its destructor undoes that if m_bArmed still stands; failures
-/// there are logged, never thrown. One operation holds its agencies in its own scope, so that they die in reverse order,
-/// and dismisses them once the last step has succeeded. Used on one thread only.
+/// there are logged, never thrown. One operation holds its agencies in its own scope, so that they die in reverse
+/// order, and dismisses them once the last step has succeeded. Used on one thread only.
 class CAgency : public CUnCopyable {
     friend void Dismiss(CAgency& objAgency) noexcept;
 
