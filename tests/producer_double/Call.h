@@ -11,6 +11,7 @@
 
 #include "tests/producer_double/Answering.h"
 #include "tests/producer_double/GenTLError.h"
+#include "tests/producer_double/ICall.h"
 #include "tests/producer_double/Monitor.h"
 #include "tests/producer_double/Rule.h"
 
@@ -23,7 +24,7 @@ class CProducer;
 ///
 /// The entry names its arguments in their order and hands over its work; records, rules, the check for GCInitLib, the
 /// lock, the last error and the net for exceptions are the same for all of them and stand here.
-class CCall {
+class CCall final : public ICall {
 public:
     explicit CCall(const char* pszEntry) : m_pszEntry(pszEntry) {}
 
@@ -54,11 +55,10 @@ public:
         return __End(lock);
     }
 
-    const char* Entry() const { return m_pszEntry; }
-    const std::optional<std::uint64_t>& KeyNumber() const { return m_nKeyNumber; }
-    /// Whether the call is on the module of this name, or has the text among its arguments.
-    bool Names(const std::string& strName) const;
-    CALL Record() const;
+    const char* Entry() const override { return m_pszEntry; }
+    const std::optional<std::uint64_t>& KeyNumber() const override { return m_nKeyNumber; }
+    bool Names(const std::string& strName) const override;
+    CALL Record() const override;
 
 private:
     struct HANDLE_ARGUMENT {

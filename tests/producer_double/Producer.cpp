@@ -177,7 +177,7 @@ void CProducer::RecordCalls(bool bRecord) {
     m_bRecord = bRecord;
 }
 
-std::size_t CProducer::CallBegins(const CCall& objCall) {
+std::size_t CProducer::CallBegins(const ICall& objCall) {
     ++m_nCallsInside;
     if (!m_bRecord)
         return kNotRecorded;

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/producer_double/Call.h"
 #include "tests/producer_double/Handles.h"
+#include "tests/producer_double/ICall.h"
 #include "tests/producer_double/Rule.h"
 #include "tests/producer_double/System.h"
 
@@ -54,7 +54,7 @@ public:
     bool IsUp() const { return m_bInitialised; }
     void Initialise();
     void Uninitialise();
-    std::size_t CallBegins(const CCall& objCall);  ///< @return the record's number, for CallEnds
+    std::size_t CallBegins(const ICall& objCall);  ///< @return the record's number, for CallEnds
     void CallEnds(std::size_t nRecord, GC_ERROR nResult);
     std::size_t RuleCount() const { return m_vecRule.size(); }
     CRule& Rule(std::size_t nIndex) { return *m_vecRule[nIndex]; }

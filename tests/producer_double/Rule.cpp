@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "tests/producer_double/Call.h"
+#include "tests/producer_double/ICall.h"
 
 namespace ProducerDouble {
 
@@ -83,7 +83,7 @@ std::size_t CRule::Hits() const {
     return m_nHits;
 }
 
-bool CRule::Applies(const CCall& objCall) {
+bool CRule::Applies(const ICall& objCall) {
     if (!m_bArmed || objCall.Entry() != m_strEntry || (m_strModule && !objCall.Names(*m_strModule)) ||
         (m_nNumber && objCall.KeyNumber() != m_nNumber))
         return false;

@@ -12,7 +12,7 @@
 
 namespace ProducerDouble {
 
-class CCall;
+class ICall;
 
 /// One scripted change of an entry's calls. Owned by the producer until its reset.
 class CRule final : public IRule {
@@ -37,7 +37,7 @@ public:
 
     // Everything below expects the monitor's lock.
     /// Counts the call if it fits the conditions. @return whether the rule changes it
-    bool Applies(const CCall& objCall);
+    bool Applies(const ICall& objCall);
     /// Serves delay and block; gives up the lock meanwhile.
     void Hold(LOCK& lock);
     void Open();
