@@ -59,7 +59,7 @@ private:
     void __CloseAllDevices() const;
 
     CCriticalSection m_csLock;                  // held while the producers come up or go down
-    boost::shared_ptr<ITL> m_pobjTL;            // no transport layer is preferred to the others: stays empty
+    boost::shared_ptr<ITL> m_pobjTL;            // stays empty: all transport layers are served alike
     std::atomic<bool> m_bInitialized;           // from the start of the first Init to the start of Uninit
     std::vector<std::string> m_vecTLFileNames;  // never changes
 };
