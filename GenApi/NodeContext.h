@@ -61,6 +61,14 @@ public:
     /// Whether a register may be cached: whether there is room for it, which it then takes.
     bool TakeCacheRoom(REGISTER_CELL& objCell, std::size_t nBytes);
 
+    /// Drops the caches of all that depends on a node whose value a read has found changed. No callback is called:
+    /// nobody has changed anything here.
+    void FoundChanged(std::uint32_t nNode) {
+        const std::size_t nTouched = m_vecTouched.size();
+        Spread({&nNode, 1}, kDirtyRegister, false);
+        m_vecTouched.resize(nTouched);
+    }
+
     /// Everything that a change of the node reaches, the node itself first.
     std::vector<std::uint32_t> DependentsOf(std::uint32_t nNode);
 

@@ -172,7 +172,12 @@ void CRegisterBlock::ReadPort(std::span<std::uint8_t> buffer, bool bIgnoreCache)
     m_pPort->Read(buffer.data(), nAddress, static_cast<std::int64_t>(buffer.size()));
     // A node without cache still renews what its neighbours in the same register have cached.
     if (bPlaceStays && (!m_objOwner.IsUncached() || m_pCell->Valid)) {
+        const bool bChanged =
+            m_pCell->Valid && !std::equal(buffer.begin(), buffer.end(), m_pCell->Bytes.begin(), m_pCell->Bytes.end());
         Keep(buffer);
+        if (bChanged) {
+            m_objOwner.Context().FoundChanged(m_objOwner.Number());
+        }
     }
 }
 
