@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "GenApi/Category.h"
-#include "GenApi/Node.h"
+#include "GenApi/NodeImpl.h"
 #include "GenApi/NodeMap.h"
 
 namespace GenApi_3_0 {
@@ -86,24 +86,41 @@ private:
     std::vector<IValue*> m_vecFeature;
 };
 
-NeedVector FindNeeds(const std::vector<IValue*>& vecFeature) {
-    std::unordered_map<const INode*, std::uint32_t> mapNumber;
-    for (IValue* pFeature : vecFeature) {
-        mapNumber.emplace(pFeature->GetNode(), static_cast<std::uint32_t>(mapNumber.size()));
+/// Finds out which features change which. Straight on the graph, since the work has to be counted link by link: a
+/// description can make few nodes refer to each other in very many ways.
+class CNeedFinder {
+public:
+    explicit CNeedFinder(const std::vector<IValue*>& vecFeature) {
+        for (IValue* pFeature : vecFeature) {
+            m_vecNode.push_back(dynamic_cast<CNodeImpl*>(pFeature->GetNode()));
+            if (m_vecNode.back() != nullptr) {
+                m_mapFeature.emplace(m_vecNode.back()->Number(), static_cast<std::uint32_t>(m_vecNode.size() - 1));
+            }
+        }
     }
-    NeedVector vecNeeds(vecFeature.size());
-    NodeList_t vecWritten;
-    NodeList_t vecReached;
-    std::size_t nSteps = 0;
-    for (std::uint32_t nFeature = 0; nFeature < vecFeature.size() && nSteps < kMaxOrderingSteps; ++nFeature) {
+
+    NeedVector Find() {
+        NeedVector vecNeeds(m_vecNode.size());
+        for (std::uint32_t nFeature = 0; nFeature < m_vecNode.size(); ++nFeature) {
+            if (m_vecNode[nFeature] != nullptr) {
+                AddNeeds(nFeature, vecNeeds);
+            }
+        }
+        return vecNeeds;
+    }
+
+private:
+    void AddNeeds(std::uint32_t nFeature, NeedVector& vecNeeds) {
+        CNodeContext& objContext = m_vecNode[nFeature]->Context();
         // What a write ends at is what others depend on, as with several features on one register.
-        vecFeature[nFeature]->GetNode()->GetChildren(vecWritten, ctTerminalNodes);
-        for (const INode* pWritten : vecWritten) {
-            pWritten->GetChildren(vecReached, ctDependingNodes);
-            nSteps += vecReached.size();
-            for (const INode* pReached : vecReached) {
-                const auto it = mapNumber.find(pReached);
-                if (it == mapNumber.end() || it->second == nFeature) {
+        for (const std::uint32_t nTerminal : TerminalsOf(*m_vecNode[nFeature])) {
+            if (m_nSteps > kMaxOrderingSteps) {
+                return;
+            }
+            for (const std::uint32_t nReached : objContext.DependentsOf(nTerminal)) {
+                m_nSteps += 1 + objContext.Graph().Parents(nReached).size();
+                const auto it = m_mapFeature.find(nReached);
+                if (it == m_mapFeature.end() || it->second == nFeature) {
                     continue;
                 }
                 std::vector<std::uint32_t>& vecNeed = vecNeeds[it->second];
@@ -113,8 +130,36 @@ NeedVector FindNeeds(const std::vector<IValue*>& vecFeature) {
             }
         }
     }
-    return vecNeeds;
-}
+
+    std::vector<std::uint32_t> TerminalsOf(const CNodeImpl& objNode) {
+        const CDependencyGraph& objGraph = objNode.Context().Graph();
+        std::vector<std::uint32_t> vecTerminal;
+        std::vector<std::uint32_t> vecPending{objNode.Number()};
+        std::unordered_set<std::uint32_t> setSeen{objNode.Number()};
+        while (!vecPending.empty() && m_nSteps <= kMaxOrderingSteps) {
+            const std::uint32_t nNode = vecPending.back();
+            vecPending.pop_back();
+            bool bTerminal = true;
+            for (const LINK& objLink : objGraph.Children(nNode)) {
+                ++m_nSteps;
+                if (objLink.Kind == ELink::Value || objLink.Kind == ELink::Copy) {
+                    bTerminal = false;
+                    if (setSeen.insert(objLink.Node).second) {
+                        vecPending.push_back(objLink.Node);
+                    }
+                }
+            }
+            if (bTerminal) {
+                vecTerminal.push_back(nNode);
+            }
+        }
+        return vecTerminal;
+    }
+
+    std::vector<CNodeImpl*> m_vecNode;
+    std::unordered_map<std::uint32_t, std::uint32_t> m_mapFeature;  // by the node's number
+    std::size_t m_nSteps = 0;
+};
 
 /// Tarjan's search for the groups of features that need each other, which finds each group behind all that it needs.
 class CNeedSorter {
@@ -195,7 +240,7 @@ std::vector<IValue*> OrderStreamableFeatures(const INodeMap& objNodeMap) {
     const std::vector<IValue*> vecFeature = CFeatureCollector(objNodeMap).Features();
     std::vector<IValue*> vecOrdered;
     vecOrdered.reserve(vecFeature.size());
-    for (const std::uint32_t nFeature : CNeedSorter(FindNeeds(vecFeature)).Order()) {
+    for (const std::uint32_t nFeature : CNeedSorter(CNeedFinder(vecFeature).Find()).Order()) {
         vecOrdered.push_back(vecFeature[nFeature]);
     }
     return vecOrdered;

@@ -8,9 +8,9 @@ namespace GenApi_3_0 {
 class INodeMap;
 class IValue;
 
-/// Nodes looked at to learn which features change which, at most; large cameras need a million. Features behind that
-/// stay in the order of their categories.
-inline constexpr std::size_t kMaxOrderingSteps = 10'000'000;
+/// References between nodes followed to learn which features change which, at most; large cameras need a million. What
+/// is left over then counts as independent.
+inline constexpr std::size_t kMaxOrderingSteps = 20'000'000;
 
 /// The streamable features in an order in which they can be written: each behind those whose change drops its value,
 /// its limits or its access mode. Apart from that, and among features that change each other, in the order of the
