@@ -76,10 +76,8 @@ public:
         QTest::mouseClick(m_objWindow.findChild<QPushButton*>(QStringLiteral("EnumButton")), Qt::LeftButton);
     }
 
-    /// Presses the button and waits until the tree shows what came of it, and until the update's thread has gone: a
-    /// press before that is ignored.
+    /// Presses the button and waits until the tree shows what came of it.
     bool Enumerate() {
-        const auto nThreads = CountThreads();
         QSignalSpy objRebuilt(&Tree(), SIGNAL(SigResetEnumInfo()));
         PressEnumerate();
         return objRebuilt.wait(10000) && WaitForEndOfWorker();
