@@ -1,5 +1,6 @@
 #include "TLClass/TLClassMain/TL.h"
 
+#include <algorithm>
 #include <memory>
 #include <set>
 #include <string>
@@ -179,8 +180,7 @@ CTL::INTERFACE_LIST CTL::__MergeInterfaces(const std::vector<IF_MODULE_INFO>& ve
     });
 }
 
-// Whoever isn't listed any more by its ID. All of them are kept, open as they are; one that is a candidate twice, since
-// it was listed twice or the update before failed after setting it aside, is kept twice.
+// Whoever isn't listed any more by its ID. All of them are kept, open as they are.
 CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandidate, const INTERFACE_LIST& vecNew) {
     std::set<std::string> setListed;
     for (const boost::shared_ptr<CInterface>& pInterface : vecNew) {
@@ -188,7 +188,10 @@ CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandid
     }
     INTERFACE_LIST vecVanished;
     for (const boost::shared_ptr<CInterface>& pInterface : vecCandidate) {
-        if (!setListed.contains(GetID(*pInterface))) {
+        // An object can be a candidate twice: it was listed twice, or the update before failed after setting it aside.
+        // Kept twice, it would come once more with every failure.
+        const bool bKnown = std::find(vecVanished.begin(), vecVanished.end(), pInterface) != vecVanished.end();
+        if (!bKnown && !setListed.contains(GetID(*pInterface))) {
             vecVanished.push_back(pInterface);
         }
     }
