@@ -80,7 +80,8 @@ public:
     bool Enumerate() {
         QSignalSpy objRebuilt(&Tree(), SIGNAL(SigResetEnumInfo()));
         PressEnumerate();
-        return objRebuilt.wait(10000) && WaitForEndOfWorker();
+        // By count: the press itself handles events, so a quick update may be over before the wait begins.
+        return QTest::qWaitFor([&] { return !objRebuilt.isEmpty(); }, 10000) && WaitForEndOfWorker();
     }
 
 private:
