@@ -26,6 +26,8 @@ void CCategoryNode::GetFeatures(FeatureList_t& Features) const {
 EAccessMode CCategoryNode::SourceAccessMode() {
     // No change spreads to a category, so that what is computed here isn't cached.
     Context().NoteUncachable();
+    constexpr std::size_t kFeaturesPerEvaluation = 16;
+    Context().NoteWork(m_vecFeature.size() / kFeaturesPerEvaluation);
     EAccessMode eBest = m_vecFeature.empty() ? RO : NI;
     for (CNodeImpl* pFeature : m_vecFeature) {
         const EAccessMode eMode = pFeature->AccessMode();

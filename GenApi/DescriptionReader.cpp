@@ -225,6 +225,11 @@ private:
             Throw<PropertyException>("A node of the kind " + std::string(strKind) + " has no name" +
                                      AtPosition(m_strText, objElement.offset_debug()));
         }
+        if (strName.size() > kMaxNameLength) {
+            Throw<PropertyException>("A node of the kind " + std::string(strKind) + " has a name of more than " +
+                                     std::to_string(kMaxNameLength) + " bytes" +
+                                     AtPosition(m_strText, objElement.offset_debug()));
+        }
         return strName;
     }
 

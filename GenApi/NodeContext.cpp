@@ -43,26 +43,46 @@ void CNodeContext::DropCaches(std::uint32_t nNode, std::uint8_t nDirt) {
     }
 }
 
-void CNodeContext::Spread(std::uint32_t nNode, std::uint8_t nDirt, bool bSelf) {
-    m_vecReached.clear();
-    m_vecPending.clear();
-    if (bSelf) {
-        Visit(nNode, nDirt);
-    } else {
-        m_vecReached.push_back(nNode);
-        m_vecPending.push_back({nNode, nDirt});
-        // The bits just written are known, so what overlaps with them has nothing to tell this node.
-        m_vecVisited[nNode] = kDirtyValue;
+bool CNodeContext::TakeCacheRoom(REGISTER_CELL& objCell, std::size_t nBytes) {
+    const std::size_t nOthers = m_nCachedBytes - objCell.Bytes.size();
+    if (nBytes > kMaxCachedBytes - std::min(nOthers, kMaxCachedBytes)) {
+        return false;
     }
+    m_nCachedBytes = nOthers + nBytes;
+    return true;
+}
+
+void CNodeContext::VisitParents() {
+    std::size_t nLinks = 0;
     while (!m_vecPending.empty()) {
         const PENDING objPending = m_vecPending.back();
         m_vecPending.pop_back();
-        for (const LINK& objParent : m_objGraph.Parents(objPending.Node)) {
+        const std::span<const LINK> parents = m_objGraph.Parents(objPending.Node);
+        nLinks += parents.size();
+        for (const LINK& objParent : parents) {
             Visit(objParent.Node, SpreadOver(objParent.Kind, objPending.Dirt));
         }
     }
+    constexpr std::size_t kLinksPerEvaluation = 16;
+    NoteWork(nLinks / kLinksPerEvaluation);
+}
+
+void CNodeContext::Spread(std::span<const std::uint32_t> nodes, std::uint8_t nDirt, bool bSelf) {
+    m_vecReached.clear();
+    m_vecPending.clear();
+    for (const std::uint32_t nNode : nodes) {
+        if (bSelf) {
+            Visit(nNode, nDirt);
+        } else {
+            m_vecReached.push_back(nNode);
+            m_vecPending.push_back({nNode, nDirt});
+            // The bits just written are known, so what overlaps with them has nothing to tell this node.
+            m_vecVisited[nNode] = kDirtyValue;
+        }
+    }
+    VisitParents();
     for (const std::uint32_t nReached : m_vecReached) {
-        const bool bOnlyWritten = nReached == nNode && !bSelf;
+        const bool bOnlyWritten = !bSelf && nReached == nodes.front();
         const std::uint8_t nVisited = std::exchange(m_vecVisited[nReached], std::uint8_t{0});
         DropCaches(nReached, bOnlyWritten ? static_cast<std::uint8_t>(nVisited & ~kDirtyValue) : nVisited);
         if (m_vecState[nReached].HasCallback) {
@@ -75,13 +95,7 @@ std::vector<std::uint32_t> CNodeContext::DependentsOf(std::uint32_t nNode) {
     m_vecReached.clear();
     m_vecPending.clear();
     Visit(nNode, kDirtyAll);
-    while (!m_vecPending.empty()) {
-        const PENDING objPending = m_vecPending.back();
-        m_vecPending.pop_back();
-        for (const LINK& objParent : m_objGraph.Parents(objPending.Node)) {
-            Visit(objParent.Node, SpreadOver(objParent.Kind, objPending.Dirt));
-        }
-    }
+    VisitParents();
     for (const std::uint32_t nReached : m_vecReached) {
         m_vecVisited[nReached] = 0;
     }

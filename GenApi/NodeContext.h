@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <exception>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,6 +55,20 @@ public:
     /// The lowest level that was asked again; UINT32_MAX if none was.
     std::uint32_t& LowestCircle() { return m_nLowestCircle; }
 
+    /// Work that took more than one evaluation's time. The operation ends at its next step if it was too much.
+    void NoteWork(std::size_t nEvaluations) { m_nEvaluations += nEvaluations; }
+
+    /// Whether a register may be cached: whether there is room for it, which it then takes.
+    bool TakeCacheRoom(REGISTER_CELL& objCell, std::size_t nBytes);
+
+    /// Drops the caches of all that depends on a node whose value a read has found changed. No callback is called:
+    /// nobody has changed anything here.
+    void FoundChanged(std::uint32_t nNode) {
+        const std::size_t nTouched = m_vecTouched.size();
+        Spread({&nNode, 1}, kDirtyRegister, false);
+        m_vecTouched.resize(nTouched);
+    }
+
     /// Everything that a change of the node reaches, the node itself first.
     std::vector<std::uint32_t> DependentsOf(std::uint32_t nNode);
 
@@ -61,10 +76,11 @@ private:
     friend class CEvaluation;
     friend class CChange;
 
-    /// Drops the caches of all that depends on the node, and remembers the callbacks to be called.
-    /// @param nDirt  dirt of the node itself
-    /// @param bSelf  drop its own caches as well; not after a write, which has just renewed them
-    void Spread(std::uint32_t nNode, std::uint8_t nDirt, bool bSelf);
+    /// Drops the caches of all that depends on the nodes, and remembers the callbacks to be called.
+    /// @param nDirt  dirt of the nodes themselves
+    /// @param bSelf  drop their own caches as well; not after a write of a single node, which has just renewed them
+    void Spread(std::span<const std::uint32_t> nodes, std::uint8_t nDirt, bool bSelf);
+    void VisitParents();
     void Visit(std::uint32_t nNode, std::uint8_t nDirt);
     void DropCaches(std::uint32_t nNode, std::uint8_t nDirt);
 
@@ -77,6 +93,7 @@ private:
     std::deque<REGISTER_CELL> m_vecCell;
     CCallbackTable m_objCallbacks;
 
+    std::size_t m_nCachedBytes = 0;
     std::uint64_t m_nUncachable = 0;
     std::uint32_t m_nAccessLevel = 0;
     std::uint32_t m_nLowestCircle = UINT32_MAX;
@@ -129,9 +146,12 @@ public:
     CChange& operator=(const CChange&) = delete;
 
     /// The node has a new value of its own.
-    void Written(std::uint32_t nNode) { m_objContext.Spread(nNode, kDirtyRegister, false); }
+    void Written(std::uint32_t nNode) { m_objContext.Spread({&nNode, 1}, kDirtyRegister, false); }
     /// What is cached of the node counts no more.
-    void Invalidated(std::uint32_t nNode, std::uint8_t nDirt = kDirtyAll) { m_objContext.Spread(nNode, nDirt, true); }
+    void Invalidated(std::uint32_t nNode, std::uint8_t nDirt = kDirtyAll) { Invalidated({&nNode, 1}, nDirt); }
+    void Invalidated(std::span<const std::uint32_t> nodes, std::uint8_t nDirt) {
+        m_objContext.Spread(nodes, nDirt, true);
+    }
     /// The same where all nodes are invalidated one by one, so that nothing needs to spread.
     void InvalidatedAlone(std::uint32_t nNode) {
         m_objContext.DropCaches(nNode, kDirtyAll);

@@ -15,6 +15,9 @@ using GenICam_3_0::Throw;
 // Formulas with more variables take memory for each evaluation.
 constexpr std::size_t kUsualInputs = 16;
 
+// How much of a formula takes about as long as the rest of an evaluation.
+constexpr std::size_t kLettersPerEvaluation = 64;
+
 }  // namespace
 
 template <class Value>
@@ -59,6 +62,7 @@ Value CNodeFormula<Value>::EvaluateWith(std::span<Value> values, bool bIgnoreCac
     for (std::size_t i = 0; i < values.size(); ++i) {
         values[i] = ReadInput(m_pCompiled->Inputs[i], bIgnoreCache, argument);
     }
+    m_objOwner.Context().NoteWork(values.size() + m_strText.size() / kLettersPerEvaluation);
     try {
         return m_pCompiled->Formula.Evaluate(values);
     } catch (const GenericException& e) {

@@ -16,6 +16,7 @@
 #include "GenApi/GCException.h"
 #include "GenApi/IntRegNode.h"
 #include "GenApi/IntegerNode.h"
+#include "GenApi/NodeMapLimits.h"
 #include "GenApi/PortNode.h"
 #include "GenApi/PropertyReader.h"
 #include "GenApi/RegisterSharing.h"
@@ -106,12 +107,18 @@ void CNodeLoader::ApplyProperties() {
     CRegisterSharing objSharing;
     CPropertyReader objReader(m_strText, m_objModel, m_objNames, m_vecNode, m_objContext, objSharing);
     m_objContext.Graph().Reserve(m_objModel.Properties.size());
+    std::size_t nApplied = 0;
     for (std::uint32_t i = 0; i < m_vecNode.size(); ++i) {
         if (m_vecNode[i] == nullptr) {
             continue;
         }
         objReader.Enter(i);
         const auto ApplyAll = [&](const NODE_RECORD& objRecord) {
+            nApplied += objRecord.PropertyCount;
+            if (nApplied > kMaxAppliedProperties) {
+                Throw<RuntimeException>("The nodes of the description have more than " +
+                                        std::to_string(kMaxAppliedProperties) + " properties");
+            }
             for (const PROPERTY& objProperty : m_objModel.PropertiesOf(objRecord)) {
                 // An empty element says no more than a missing one; only nested nodes have no text of their own.
                 if (!objProperty.Text.empty() || objProperty.Nested != kNoNode) {

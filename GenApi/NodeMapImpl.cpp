@@ -98,15 +98,17 @@ void CNodeMapImpl::CollectPolled() {
 
 void CNodeMapImpl::Poll(std::int64_t ElapsedTime) {
     CChange objChange(m_objContext);
+    std::vector<std::uint32_t> vecDue;
     for (POLLED& objPolled : m_vecPolled) {
         const std::int64_t nRemaining = objPolled.Period - objPolled.Elapsed;
         if (ElapsedTime < nRemaining) {
             objPolled.Elapsed += std::max<std::int64_t>(ElapsedTime, 0);
         } else {
             objPolled.Elapsed = 0;
-            objChange.Invalidated(objPolled.Node, kDirtyRegister);
+            vecDue.push_back(objPolled.Node);
         }
     }
+    objChange.Invalidated(vecDue, kDirtyRegister);
     objChange.Finish();
 }
 

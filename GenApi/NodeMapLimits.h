@@ -18,6 +18,16 @@ inline constexpr std::size_t kMaxTags = 1'500'000;
 /// Nodes, enumeration entries counted. Real ones have 10,000.
 inline constexpr std::size_t kMaxNodes = 200'000;
 
+/// Bytes of a name. A persistence file has room for 1023.
+inline constexpr std::size_t kMaxNameLength = 1023;
+
+/// Properties of all nodes together, where those of a StructReg count for each of its entries. Real descriptions have
+/// 100,000.
+inline constexpr std::size_t kMaxAppliedProperties = 4'000'000;
+
+/// Nodes below a selected feature that a selector invalidates with it. Real chains have up to 5.
+inline constexpr unsigned kMaxSelectedDepth = 8;
+
 /// Group elements within each other. Real ones have one level.
 inline constexpr int kMaxGroupDepth = 64;
 
@@ -28,6 +38,7 @@ inline constexpr unsigned kMaxReferenceDepth = 150;
 inline constexpr unsigned kMaxEvaluationDepth = 300;
 
 /// Nodes evaluated within one operation: without caches, nodes that stand on each other twice double the work each.
+/// Long lists and formulas, and changes that reach many nodes, count for more than one.
 inline constexpr std::uint64_t kMaxEvaluations = 1'000'000;
 
 /// Callbacks that write, whose callbacks write, and so on.
@@ -35,6 +46,9 @@ inline constexpr unsigned kMaxCallbackDepth = 32;
 
 /// Bytes of one register. Look-up tables and file buffers stay below 1 MB.
 inline constexpr std::int64_t kMaxRegisterLength = 16LL << 20U;
+
+/// Bytes of registers that one node map caches. What is beyond is read each time.
+inline constexpr std::size_t kMaxCachedBytes = 64U << 20U;
 
 /// Entries of one list of valid values.
 inline constexpr std::size_t kMaxValidValues = 65'536;

@@ -119,6 +119,7 @@ void CRegisterBlock::ThrowBadPlace(const std::string& strWhat) const {
 
 std::int64_t CRegisterBlock::Address(bool bIgnoreCache) const {
     std::int64_t nAddress = m_nAddress;
+    m_objOwner.Context().NoteWork(m_vecTerm.size());
     for (const TERM& objTerm : m_vecTerm) {
         std::int64_t nFactor = objTerm.Factor;
         if (objTerm.FactorIsLength) {
@@ -171,8 +172,21 @@ void CRegisterBlock::ReadPort(std::span<std::uint8_t> buffer, bool bIgnoreCache)
     m_pPort->Read(buffer.data(), nAddress, static_cast<std::int64_t>(buffer.size()));
     // A node without cache still renews what its neighbours in the same register have cached.
     if (bPlaceStays && (!m_objOwner.IsUncached() || m_pCell->Valid)) {
+        const bool bChanged =
+            m_pCell->Valid && !std::equal(buffer.begin(), buffer.end(), m_pCell->Bytes.begin(), m_pCell->Bytes.end());
+        Keep(buffer);
+        if (bChanged) {
+            m_objOwner.Context().FoundChanged(m_objOwner.Number());
+        }
+    }
+}
+
+void CRegisterBlock::Keep(std::span<const std::uint8_t> buffer) {
+    m_pCell->Valid = m_objOwner.Context().TakeCacheRoom(*m_pCell, buffer.size());
+    if (m_pCell->Valid) {
         m_pCell->Bytes.assign(buffer.begin(), buffer.end());
-        m_pCell->Valid = true;
+    } else {
+        m_objOwner.Context().NoteUncachable();
     }
 }
 
@@ -207,9 +221,9 @@ void CRegisterBlock::Write(std::span<const std::uint8_t> buffer) {
     }
     const bool bRenews =
         m_objOwner.OwnCachingMode() == WriteThrough || (m_objOwner.OwnCachingMode() == NoCache && m_pCell->Valid);
-    m_pCell->Valid = bPlaceStays && bRenews;
-    if (m_pCell->Valid) {
-        m_pCell->Bytes.assign(buffer.begin(), buffer.end());
+    m_pCell->Valid = false;
+    if (bPlaceStays && bRenews) {
+        Keep(buffer);
     }
     objChange.Written(m_objOwner.Number());
     objChange.Finish();

@@ -51,6 +51,8 @@ private:
     std::string Key() const;
     bool CachedIn(std::span<std::uint8_t> buffer) const;
     void ReadPort(std::span<std::uint8_t> buffer, bool bIgnoreCache);
+    /// Caches what the register has now.
+    void Keep(std::span<const std::uint8_t> buffer);
     [[noreturn]] void ThrowBadPlace(const std::string& strWhat) const;
 
     CNodeImpl& m_objOwner;

@@ -58,6 +58,8 @@ const CNumberRef<Value>& CValueSource<Value>::Current(bool bIgnoreCache) const {
         return m_objValue;
     }
     const std::int64_t nIndex = m_pIndexed->pIndex->ReadInt(bIgnoreCache);
+    constexpr std::size_t kValuesPerEvaluation = 64;
+    m_objOwner.Context().NoteWork(m_pIndexed->Values.size() / kValuesPerEvaluation);
     for (const auto& [nKey, objValue] : m_pIndexed->Values) {
         if (nKey == nIndex) {
             return objValue;

@@ -124,26 +124,26 @@ def unit_of(name):
     return str(PurePosixPath(name).with_suffix(""))
 
 
-def find_circle(graph):
-    """One circle between units as a list that begins and ends with the same unit, or nothing."""
-    done, path, on_path = set(), [], set()
+def find_circles(graph):
+    """A circle for every knot of units that reach each other, as a list that begins and ends with the same unit."""
+    circles, done, knotted = [], set(), set()
 
-    def visit(unit):
-        if unit in on_path:
-            return path[path.index(unit):] + [unit]
+    def visit(unit, path):
+        if unit in path:
+            circle = path[path.index(unit):] + [unit]
+            if not knotted.intersection(circle):
+                circles.append(circle)
+            knotted.update(circle)
+            return
         if unit in done:
-            return None
-        path.append(unit)
-        on_path.add(unit)
+            return
         for target in sorted(graph.get(unit, ())):
-            circle = visit(target)
-            if circle:
-                return circle
-        on_path.remove(path.pop())
+            visit(target, path + [unit])
         done.add(unit)
-        return None
 
-    return next(filter(None, map(visit, sorted(graph))), None)
+    for unit in sorted(graph):
+        visit(unit, [])
+    return circles
 
 
 def main():
@@ -160,8 +160,7 @@ def main():
         included = check_file(name, Path(name).read_text(encoding="utf-8").splitlines(), tree, report)
         graph.setdefault(unit_of(name), set()).update(unit_of(header) for header in included if unit_of(header) != unit_of(name))
 
-    circle = find_circle(graph)
-    if circle:
+    for circle in find_circles(graph):
         offences.append("these files include each other in a circle: " + " -> ".join(circle))
     print("\n".join(offences) if offences else f"{len(names)} files include only what they may")
     return 1 if offences else 0

@@ -189,6 +189,7 @@ CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandid
     INTERFACE_LIST vecVanished;
     for (const boost::shared_ptr<CInterface>& pInterface : vecCandidate) {
         // An object can be a candidate twice: it was listed twice, or the update before failed after setting it aside.
+        // Kept twice, it would come once more with every failure.
         const bool bKnown = std::find(vecVanished.begin(), vecVanished.end(), pInterface) != vecVanished.end();
         if (!bKnown && !setListed.contains(GetID(*pInterface))) {
             vecVanished.push_back(pInterface);

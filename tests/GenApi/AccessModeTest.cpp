@@ -107,6 +107,17 @@ TEST(AccessModes, EndWhereLocksHangOnEachOther) {
     EXPECT_EQ(objMap.Node("A").IsAccessModeCacheable(), Yes) << "where the circle closes the answer holds";
 }
 
+TEST(AccessModes, FoundInsideACircleAreNotKept) {
+    CTestMap objMap(
+        Reg("A", 0, "<pIsImplemented>KnifeOfB</pIsImplemented><pIsAvailable>Zero</pIsAvailable>") +
+        Reg("B", 4, "<pIsLocked>KnifeOfA</pIsLocked>") + "<Integer Name='Zero'><Value>0</Value></Integer>" +
+        "<IntSwissKnife Name='KnifeOfB'><pVariable Name='B'>B</pVariable><Formula>B + 1</Formula></IntSwissKnife>"
+        "<IntSwissKnife Name='KnifeOfA'><pVariable Name='A'>A</pVariable><Formula>A</Formula></IntSwissKnife>");
+    // On the way to A's access mode, B's is found under the assumption that A can be read.
+    EXPECT_EQ(objMap.Access("A"), NA);
+    EXPECT_EQ(objMap.Access("B"), RO) << "its lock hangs on A, which can't be read";
+}
+
 TEST(AccessModes, OfFormulasHangOnTheirVariables) {
     CTestMap objMap(Reg("V", 0, "<pIsAvailable>Flag</pIsAvailable>") + Reg("Flag", 4) +
                     "<IntSwissKnife Name='K'><pVariable Name='V'>V</pVariable><Formula>V + 1</Formula></IntSwissKnife>"

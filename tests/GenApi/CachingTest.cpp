@@ -43,6 +43,20 @@ TEST(Caching, ReadsAndWritesThePortAsTheModeSays) {
     }
 }
 
+TEST(Caching, PastTheCacheAFoundChangeReachesWhatDependsOnIt) {
+    CTestMap objMap(
+        Reg("R", 0) +
+        "<Integer Name='F'><pValue>R</pValue></Integer>"
+        "<IntSwissKnife Name='K'><pVariable Name='R'>R</pVariable><Formula>R * 2</Formula></IntSwissKnife>");
+    EXPECT_EQ(objMap.Integer("F").GetValue() + objMap.Integer("K").GetValue(), 0);
+    objMap.Port.PutNumber(0, 5);
+    EXPECT_EQ(objMap.Integer("F").GetValue(), 0);
+    EXPECT_EQ(objMap.Integer("F").GetValue(false, true), 5);
+    EXPECT_EQ(objMap.Integer("R").GetValue(), 5);
+    EXPECT_EQ(objMap.Integer("K").GetValue(), 10);
+    EXPECT_EQ(objMap.Port.TakeReads(), 2);
+}
+
 TEST(Caching, KeepsNothingThatStandsOnAnUncachedValue) {
     CTestMap objMap(
         Reg("Status", 0, "<Cachable>NoCache</Cachable>") + Reg("Bank0", 16) + Reg("Bank4", 20) +

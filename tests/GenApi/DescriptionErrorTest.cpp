@@ -112,6 +112,63 @@ TEST(BadDescriptions, OfHostileSizeOrDepthEndSoon) {
     EXPECT_NE(Refusal(CTestMap::Wrap(std::string(kMaxDescriptionSize, ' '))).find("bytes"), std::string::npos);
 }
 
+TEST(BadDescriptions, WhoseListsMultiplyEndSoon) {
+    std::string strStruct = "<StructReg><Address>0</Address><Length>4</Length>";
+    std::string strPolled;
+    std::string strCopies;
+    std::string strInvalidators;
+    for (int i = 0; i < 3000; ++i) {
+        const std::string strNumber = std::to_string(i);
+        strStruct += "<pInvalidator>N0</pInvalidator><StructEntry Name='E" + strNumber + "'/>";
+        strPolled += Reg("N" + strNumber, i * 4, "<PollingTime>1</PollingTime>");
+        strCopies += "<pValueCopy>N" + strNumber + "</pValueCopy>";
+        strInvalidators += "<pInvalidator>N" + strNumber + "</pInvalidator>";
+    }
+    EXPECT_NE(Refusal(CTestMap::Wrap(strStruct + "</StructReg>" + strPolled)).find("properties"), std::string::npos);
+
+    // Each of the copies invalidates all that hang on it, and those all the others.
+    std::string strHanging;
+    for (int i = 0; i < 20; ++i) {
+        strHanging += "<Integer Name='H" + std::to_string(i) + "'><Value>1</Value>" + strInvalidators + "</Integer>";
+    }
+    CTestMap objMap(strPolled + strHanging + "<Integer Name='All'><Value>0</Value>" + strCopies + "</Integer>");
+    objMap.Map._Poll(1);
+    objMap.Integer("All").SetValue(1);
+    EXPECT_EQ(objMap.Port.TakeWrites(), 3000);
+}
+
+TEST(BadDescriptions, WithNamesBeyondReasonAreRefused) {
+    EXPECT_EQ(Refusal(CTestMap::Wrap("<Node Name='" + std::string(kMaxNameLength, 'n') + "'/>")), "");
+    EXPECT_NE(Refusal(CTestMap::Wrap("<Node Name='" + std::string(kMaxNameLength + 1, 'n') + "'/>")).find("name"),
+              std::string::npos);
+}
+
+TEST(BadDescriptions, CantHaveMoreBytesCachedThanAreAllowed) {
+    std::string strNodes;
+    constexpr int kRegisters = 5;
+    for (int i = 0; i < kRegisters; ++i) {
+        strNodes += "<Register Name='N" + std::to_string(i) + "'><Address>0</Address><Address>" + std::to_string(i) +
+                    "</Address><Length>" + std::to_string(kMaxRegisterLength) +
+                    "</Length><pPort>Device</pPort></Register>";
+    }
+    CTestMap objMap(strNodes, false);
+    class CZeroPort : public IPort {
+    public:
+        EAccessMode GetAccessMode() const override { return RW; }
+        void Read(void*, std::int64_t, std::int64_t) override {}
+        void Write(const void*, std::int64_t, std::int64_t) override {}
+    } objPort;
+    objMap.Map._Connect(&objPort, "Device");
+    std::vector<std::uint8_t> vecByte(static_cast<std::size_t>(kMaxRegisterLength));
+    std::size_t nCached = 0;
+    for (int i = 0; i < kRegisters; ++i) {
+        const std::string strName = "N" + std::to_string(i);
+        objMap.Register(strName.c_str()).Get(vecByte.data(), kMaxRegisterLength);
+        nCached += objMap.Value(strName.c_str()).IsValueCacheValid() ? vecByte.size() : 0;
+    }
+    EXPECT_EQ(nCached, kMaxCachedBytes);
+}
+
 TEST(BadDescriptions, WhoseWorkDoublesWithEachNodeEndSoon) {
     std::string strNodes = Reg("N0", 0, "<Cachable>NoCache</Cachable>");
     for (int i = 1; i <= 60; ++i) {

@@ -1,4 +1,5 @@
 #include <atomic>
+#include <chrono>
 #include <latch>
 #include <thread>
 #include <vector>
@@ -79,6 +80,30 @@ TEST(NodeMapThreads, ReadersWritersAndCallbacksGoTogether) {
     EXPECT_EQ(objInside.Calls, objOutside.Calls);
     EXPECT_TRUE(Deregister(hInside));
     EXPECT_TRUE(Deregister(hOutside));
+}
+
+TEST(NodeMapThreads, DeregisteringWaitsForACallbackThatRunsElsewhere) {
+    CTestMap objMap(Reg("R", 0));
+    class CSlow {
+    public:
+        void OnChanged(INode* /*pNode*/) {
+            Started.count_down();
+            Deregistering.wait();
+            // Long enough for an end that doesn't wait to be seen; whether it does wait never hangs on the time.
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            Done = true;
+        }
+        std::latch Started{1};
+        std::latch Deregistering{1};
+        std::atomic<bool> Done = false;
+    } objSlow;
+    const CallbackHandleType hCallback = Register(&objMap.Node("R"), objSlow, &CSlow::OnChanged, cbPostOutsideLock);
+    std::thread objWriter([&objMap] { objMap.Integer("R").SetValue(1); });
+    objSlow.Started.wait();
+    objSlow.Deregistering.count_down();
+    EXPECT_TRUE(Deregister(hCallback));
+    EXPECT_TRUE(objSlow.Done);
+    objWriter.join();
 }
 
 }  // namespace

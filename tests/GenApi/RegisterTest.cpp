@@ -277,6 +277,19 @@ TEST(Registers, EntriesOfAStructureShareItsRegister) {
     EXPECT_EQ(objMap.Port.BytesAt(0x20, 4), (Bytes{0xAB, 0xCD, 0, 1}));
 }
 
+TEST(Registers, ReachedByDifferentWaysKeepEachOthersBits) {
+    const auto Mask = [](const std::string& strName, int nBit) {
+        return "<Integer Name='AddressOf" + strName + "'><Value>8</Value></Integer><MaskedIntReg Name='" + strName +
+               "'><pAddress>AddressOf" + strName + "</pAddress><Length>4</Length><AccessMode>RW</AccessMode>" +
+               "<pPort>Device</pPort><Bit>" + std::to_string(nBit) + "</Bit></MaskedIntReg>";
+    };
+    CTestMap objMap(Mask("A", 0) + Mask("B", 1));
+    EXPECT_EQ(objMap.Integer("A").GetValue(), 0);
+    objMap.Integer("B").SetValue(1);
+    objMap.Integer("A").SetValue(1);
+    EXPECT_EQ(objMap.Port.NumberAt(8), 3u);
+}
+
 TEST(Registers, WritingSomeBitsKeepsWhatAnotherNodeWroteToTheOthers) {
     const auto Mask = [](const char* pName, int nBit, const char* pMore) {
         return std::string("<MaskedIntReg Name='") + pName +

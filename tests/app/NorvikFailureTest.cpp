@@ -1,19 +1,36 @@
-// What is left of the window when its initialisation fails. The one step that can fail is a connection, so this program
-// puts itself between the window and Qt's connect.
+// What is left of the window when its initialisation fails. The steps that can fail are connections and some of its
+// allocations, so this program puts itself between the window and Qt's connect, and before the allocation that doesn't
+// throw.
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <utility>
 
 #include <dlfcn.h>
 
-#include <QMessageBox>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
+#include "app/DeviceTreeView.h"
 #include "app/Norvik.h"
+#include "tests/app/MessageWatch.h"
 #include "tests/network/OwnMachine.h"
+#include "tests/producer_double/ProducerLibrary.h"
 
 namespace {
 
-bool g_bConnectFails = false;
+QByteArray g_strFailingMember;         // no connection to it can be made
+std::size_t g_nFailingSize = 0;        // no memory for the one of this size...
+int g_nAllocationsBefore = 0;          // ...that comes after so many
+QStringList* g_pDebugLines = nullptr;  // takes what is written meanwhile
+
+void TakeDebugLine(QtMsgType nType, const QMessageLogContext&, const QString& strLine) {
+    if (nType == QtDebugMsg) {
+        *g_pDebugLines << strLine;
+    }
+}
 
 }  // namespace
 
@@ -23,49 +40,149 @@ QMetaObject::Connection QObject::connect(const QObject* pSender, const char* pSi
         QMetaObject::Connection (*)(const QObject*, const char*, const QObject*, const char*, Qt::ConnectionType);
     static const auto s_pConnect =
         reinterpret_cast<Connect>(dlsym(RTLD_NEXT, "_ZN7QObject7connectEPKS_PKcS1_S3_N2Qt14ConnectionTypeE"));
-    const bool bRecovery = QByteArray(pMember).contains("__SendForceIPExCmd");
-    return g_bConnectFails && bRecovery ? QMetaObject::Connection()
-                                        : s_pConnect(pSender, pSignal, pReceiver, pMember, nType);
+    const bool bFails = !g_strFailingMember.isEmpty() && QByteArray(pMember).contains(g_strFailingMember);
+    return bFails ? QMetaObject::Connection() : s_pConnect(pSender, pSignal, pReceiver, pMember, nType);
+}
+
+void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept {
+    if (nSize == g_nFailingSize && g_nAllocationsBefore-- == 0) {
+        return nullptr;
+    }
+    try {
+        return ::operator new(nSize);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 class NorvikFailureTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { g_bConnectFails = true; }
-
-    void FailedInitialisationWarnsAndLeavesADisabledWindow() {
-        QString strTitle;
-        QString strText;
-        QMessageBox::StandardButtons nButtons;
-        const QObject* pParent = nullptr;
-        QTimer::singleShot(0, [&] {
-            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            QVERIFY(pBox != nullptr);
-            strTitle = pBox->windowTitle();
-            strText = pBox->text();
-            nButtons = pBox->standardButtons();
-            pParent = pBox->parent();
-            pBox->button(QMessageBox::Ok)->click();
-        });
-        CNorvik objWindow;
-        QCOMPARE(strTitle, QStringLiteral("Warning"));
-        QCOMPARE(strText, QStringLiteral("Window initialize failed"));
-        QCOMPARE(nButtons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        QCOMPARE(pParent, &objWindow);
-        QVERIFY(!objWindow.isEnabled());
-
-        objWindow.show();
-        QVERIFY(objWindow.isVisible());
-        QVERIFY(!objWindow.findChild<QPushButton*>(QStringLiteral("ChangeButton"))->isEnabled());
+    void init() { m_pMessages = std::make_unique<CMessageWatch>(); }
+    void cleanup() {
+        qunsetenv("GENICAM_GENTL64_PATH");
+        g_strFailingMember.clear();
+        g_nFailingSize = 0;
     }
 
-    void WindowIsEnabledWhenNothingFails() {
-        g_bConnectFails = false;
-        const CNorvik objWindow;
-        QVERIFY(objWindow.isEnabled());
-    }
+    void FailedConnectionWarnsAndDisablesWhatItBelongsTo_data();
+    void FailedConnectionWarnsAndDisablesWhatItBelongsTo();
+    void LackOfMemoryIsToldAndSurvived_data();
+    void LackOfMemoryIsToldAndSurvived();
+    void LackOfMemoryInARebuildLeavesTheTreeEmptyUntilTheNext();
+    void WindowIsEnabledWhenNothingFails();
+
+private:
+    std::unique_ptr<CMessageWatch> m_pMessages;
 };
+
+namespace {
+
+const QString kNothing;
+const QString kWindowWarning = QStringLiteral("Warning: Window initialize failed (CNorvik)");
+const QString kTreeWarning = QStringLiteral("Warning: Device Tree Window initialize failed (CDeviceTreeView)");
+const QString kMemoryWarning = QStringLiteral("Warning: Not enough memory (CDeviceTreeView)");
+
+QString LineOf(int nLine) {
+    return QStringLiteral(".\\Norvik ( %1 ) CNorvik::__InitUI  warning: Null Pointer!").arg(nLine);
+}
+
+}  // namespace
+
+void NorvikFailureTest::FailedConnectionWarnsAndDisablesWhatItBelongsTo_data() {
+    QTest::addColumn<QByteArray>("Member");
+    QTest::addColumn<QString>("Message");
+    QTest::newRow("recovery") << QByteArray("__SendForceIPExCmd") << kWindowWarning;
+    QTest::newRow("search") << QByteArray("SlotRunEnumThread") << kWindowWarning;
+    QTest::newRow("selection") << QByteArray("__SlotItemClicked") << kTreeWarning;
+    QTest::newRow("rebuild") << QByteArray("__SlotFlushDeviceTree") << kTreeWarning;
+}
+
+void NorvikFailureTest::FailedConnectionWarnsAndDisablesWhatItBelongsTo() {
+    QFETCH(QByteArray, Member);
+    QFETCH(QString, Message);
+    g_strFailingMember = Member;
+    CNorvik objWindow;
+    QCOMPARE(m_pMessages->Take(), QStringList(Message));
+    const auto* pTree = objWindow.findChild<CDeviceTreeView*>();
+    QCOMPARE(objWindow.isEnabled(), Message != kWindowWarning);
+    QVERIFY(!pTree->isEnabled());  // at least as part of the window
+    // A tree whose set-up failed hasn't searched, so nothing has replaced its first item.
+    QCOMPARE(pTree->topLevelItem(0)->text(0),
+             Message == kTreeWarning ? QStringLiteral("All") : QStringLiteral("System"));
+
+    objWindow.show();
+    QVERIFY(objWindow.isVisible());
+    const auto* pChange = objWindow.findChild<QPushButton*>(QStringLiteral("ChangeButton"));
+    QCOMPARE(pChange->isEnabled(), Message != kWindowWarning);
+}
+
+void NorvikFailureTest::LackOfMemoryIsToldAndSurvived_data() {
+    QTest::addColumn<int>("Size");
+    QTest::addColumn<int>("Before");
+    QTest::addColumn<QString>("Line");
+    QTest::addColumn<QString>("Message");
+    static_assert(sizeof(QHBoxLayout) == sizeof(QVBoxLayout));
+    const int nLayout = sizeof(QVBoxLayout);
+    const int nItem = sizeof(QTreeWidgetItem);
+    QTest::newRow("the tree") << static_cast<int>(sizeof(CDeviceTreeView)) << 0 << LineOf(87) << kWindowWarning;
+    QTest::newRow("its row") << nLayout << 0 << LineOf(110) << kWindowWarning;
+    QTest::newRow("the column in which nothing stands") << nLayout << 1 << kNothing << kNothing;
+    QTest::newRow("its column") << nLayout << 2 << LineOf(118) << kWindowWarning;
+    QTest::newRow("its first item")
+        << nItem << 0 << QStringLiteral(".\\DeviceTreeView ( 276 ) CDeviceTreeView::__InitUI  warning: Null Pointer!")
+        << kTreeWarning;
+    QTest::newRow("its root") << nItem << 1 << kNothing << kMemoryWarning;
+}
+
+void NorvikFailureTest::LackOfMemoryIsToldAndSurvived() {
+    QFETCH(int, Size);
+    QFETCH(int, Before);
+    QFETCH(QString, Line);
+    QFETCH(QString, Message);
+    QStringList listLine;
+    g_pDebugLines = &listLine;
+    const auto pFormer = qInstallMessageHandler(TakeDebugLine);
+    g_nAllocationsBefore = Before;
+    g_nFailingSize = static_cast<std::size_t>(Size);
+    {
+        CNorvik objWindow;
+        g_nFailingSize = 0;
+        QCOMPARE(objWindow.isEnabled(), Message != kWindowWarning);
+        objWindow.show();
+    }
+    qInstallMessageHandler(pFormer);
+    QVERIFY(g_nAllocationsBefore < 0);
+    QCOMPARE(listLine, Line.isEmpty() ? QStringList() : QStringList(Line));
+    QCOMPARE(m_pMessages->Take(), Message.isEmpty() ? QStringList() : QStringList(Message));
+}
+
+void NorvikFailureTest::LackOfMemoryInARebuildLeavesTheTreeEmptyUntilTheNext() {
+    qputenv("GENICAM_GENTL64_PATH", PRODUCER_DOUBLE_DIRECTORY);
+    const ProducerDouble::CProducerLibrary objProducer(PRODUCER_DOUBLE);
+    objProducer->AddInterface("if-1").Plug("cam-1");
+    g_nAllocationsBefore = 2;  // the first item and the root have been made, that of the adapter can't be
+    g_nFailingSize = sizeof(QTreeWidgetItem);
+    CNorvik objWindow;
+    auto* pTree = objWindow.findChild<CDeviceTreeView*>();
+    QCOMPARE(m_pMessages->Take(), {QStringLiteral("Warning: Device tree create failed (CDeviceTreeView)")});
+    QCOMPARE(pTree->topLevelItemCount(), 0);
+    QVERIFY(objWindow.isEnabled() && pTree->isEnabled());
+
+    QSignalSpy objRebuilt(pTree, SIGNAL(SigResetEnumInfo()));
+    QTest::mouseClick(objWindow.findChild<QPushButton*>(QStringLiteral("EnumButton")), Qt::LeftButton);
+    QVERIFY(objRebuilt.wait(10000));
+    QCOMPARE(pTree->topLevelItem(0)->child(0)->child(0)->text(0), QStringLiteral("cam-1"));
+    QCOMPARE(pTree->currentItem(), pTree->topLevelItem(0));
+}
+
+void NorvikFailureTest::WindowIsEnabledWhenNothingFails() {
+    const CNorvik objWindow;
+    QVERIFY(objWindow.isEnabled());
+    QVERIFY(objWindow.findChild<CDeviceTreeView*>()->isEnabled());
+    QCOMPARE(m_pMessages->Take(), QStringList());
+}
 
 int main(int argc, char* argv[]) {
     return RunOnOwnMachine<NorvikFailureTest>(argc, argv);

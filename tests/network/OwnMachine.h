@@ -8,7 +8,8 @@
 
 #include "tests/network/NetworkNamespace.h"
 
-/// Runs a Qt Test class whose windows may broadcast, on a machine of its own without any adapter.
+/// Runs a Qt Test class whose windows may broadcast, on a machine of its own without any adapter
+/// or producer.
 /// @return 77, which CTest reports as skipped, where no such machine can be made
 template <class TTest>
 int RunOnOwnMachine(int argc, char* argv[]) {
@@ -19,6 +20,7 @@ int RunOnOwnMachine(int argc, char* argv[]) {
     }
     const CNetworkNamespace objMachine;
     objMachine.Enter();
+    qunsetenv("GENICAM_GENTL64_PATH");
     QApplication objApplication(argc, argv);
     TTest objTest;
     return QTest::qExec(&objTest, argc, argv);

@@ -130,7 +130,7 @@ CALL CCall::Record() const {
 
 LOCK CCall::__Begin() {
     LOCK lock = m_objProducer.Context().objMonitor.Enter();
-    m_nRecord = m_objProducer.CallBegins(*this);
+    m_nRecord = m_objProducer.CallBegins(m_objProducer.IsRecording() ? std::optional(Record()) : std::nullopt);
     // By index: a hold gives up the lock, and a test may add rules meanwhile.
     for (std::size_t i = 0; i < m_objProducer.RuleCount(); ++i) {
         CRule& objRule = m_objProducer.Rule(i);

@@ -10,8 +10,8 @@
 #include <variant>
 
 #include "tests/producer_double/Answering.h"
+#include "tests/producer_double/CallFacts.h"
 #include "tests/producer_double/GenTLError.h"
-#include "tests/producer_double/ICall.h"
 #include "tests/producer_double/Monitor.h"
 #include "tests/producer_double/Rule.h"
 
@@ -24,7 +24,7 @@ class CProducer;
 ///
 /// The entry names its arguments in their order and hands over its work; records, rules, the check for GCInitLib, the
 /// lock, the last error and the net for exceptions are the same for all of them and stand here.
-class CCall final : public ICall {
+class CCall final : public ICallFacts {
 public:
     explicit CCall(const char* pszEntry) : m_pszEntry(pszEntry) {}
 
@@ -58,7 +58,7 @@ public:
     const char* Entry() const override { return m_pszEntry; }
     const std::optional<std::uint64_t>& KeyNumber() const override { return m_nKeyNumber; }
     bool Names(const std::string& strName) const override;
-    CALL Record() const override;
+    CALL Record() const;
 
 private:
     struct HANDLE_ARGUMENT {

@@ -35,7 +35,7 @@ void CRecordQueue::Take(std::byte* pBuffer) {
     m_queRecord.pop_front();
 }
 
-CEvent::CEvent(CONTEXT& objContext, std::shared_ptr<const void> pSource, std::string strName, EVENT_TYPE nType,
+CEvent::CEvent(CONTEXT& objContext, std::shared_ptr<CHandled> pSource, std::string strName, EVENT_TYPE nType,
                IEventQueue& objQueue)
     : m_objContext(objContext),
       m_pSource(std::move(pSource)),

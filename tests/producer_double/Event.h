@@ -51,7 +51,7 @@ private:
 /// last wait in it has returned. All operations expect the monitor's lock.
 class CEvent : public CHandled {
 public:
-    CEvent(CONTEXT& objContext, std::shared_ptr<const void> pSource, std::string strName, EVENT_TYPE nType,
+    CEvent(CONTEXT& objContext, std::shared_ptr<CHandled> pSource, std::string strName, EVENT_TYPE nType,
            IEventQueue& objQueue);
 
     const std::string& HandledName() const override { return m_strName; }
@@ -72,7 +72,7 @@ private:
     void __AwaitRecord(LOCK& lock, std::uint64_t nTimeoutMs);
 
     CONTEXT& m_objContext;
-    const std::shared_ptr<const void> m_pSource;  // the module, which owns the queue
+    const std::shared_ptr<CHandled> m_pSource;  // owns the queue
     const std::string m_strName;
     const EVENT_TYPE m_nType;
     IEventQueue& m_objQueue;

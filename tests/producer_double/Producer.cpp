@@ -177,11 +177,11 @@ void CProducer::RecordCalls(bool bRecord) {
     m_bRecord = bRecord;
 }
 
-std::size_t CProducer::CallBegins(const ICall& objCall) {
+std::size_t CProducer::CallBegins(std::optional<CALL> objRecord) {
     ++m_nCallsInside;
-    if (!m_bRecord)
+    if (!objRecord)
         return kNotRecorded;
-    m_queCall.push_back(objCall.Record());
+    m_queCall.push_back(*std::move(objRecord));
     ++m_mapCount[m_queCall.back().strEntry];
     m_objContext.objMonitor.changed.notify_all();
     return m_nForgottenCalls + m_queCall.size() - 1;

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <unordered_map>
@@ -10,7 +11,6 @@
 #include <vector>
 
 #include "tests/producer_double/Handles.h"
-#include "tests/producer_double/ICall.h"
 #include "tests/producer_double/Rule.h"
 #include "tests/producer_double/System.h"
 
@@ -54,7 +54,10 @@ public:
     bool IsUp() const { return m_bInitialised; }
     void Initialise();
     void Uninitialise();
-    std::size_t CallBegins(const ICall& objCall);  ///< @return the record's number, for CallEnds
+    bool IsRecording() const { return m_bRecord; }
+    /// @param objRecord  nothing while calls aren't recorded
+    /// @return the record's number, for CallEnds
+    std::size_t CallBegins(std::optional<CALL> objRecord);
     void CallEnds(std::size_t nRecord, GC_ERROR nResult);
     std::size_t RuleCount() const { return m_vecRule.size(); }
     CRule& Rule(std::size_t nIndex) { return *m_vecRule[nIndex]; }

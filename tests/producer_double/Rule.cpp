@@ -2,8 +2,6 @@
 
 #include <thread>
 
-#include "tests/producer_double/ICall.h"
-
 namespace ProducerDouble {
 
 namespace {
@@ -83,7 +81,7 @@ std::size_t CRule::Hits() const {
     return m_nHits;
 }
 
-bool CRule::Applies(const ICall& objCall) {
+bool CRule::Applies(const ICallFacts& objCall) {
     if (!m_bArmed || objCall.Entry() != m_strEntry || (m_strModule && !objCall.Names(*m_strModule)) ||
         (m_nNumber && objCall.KeyNumber() != m_nNumber))
         return false;

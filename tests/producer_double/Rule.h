@@ -7,12 +7,11 @@
 #include <string>
 #include <utility>
 
+#include "tests/producer_double/CallFacts.h"
 #include "tests/producer_double/Monitor.h"
 #include "tests/producer_double/ProducerControl.h"
 
 namespace ProducerDouble {
-
-class ICall;
 
 /// One scripted change of an entry's calls. Owned by the producer until its reset.
 class CRule final : public IRule {
@@ -37,7 +36,7 @@ public:
 
     // Everything below expects the monitor's lock.
     /// Counts the call if it fits the conditions. @return whether the rule changes it
-    bool Applies(const ICall& objCall);
+    bool Applies(const ICallFacts& objCall);
     /// Serves delay and block; gives up the lock meanwhile.
     void Hold(LOCK& lock);
     void Open();

@@ -1,0 +1,440 @@
+// The list of cameras as the user sees and drives it, on a machine whose producer the tests script.
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "TLClass/TLClassMain/IDevice.h"
+#include "app/DeviceTreeView.h"
+#include "app/EnumerationService.h"
+#include "app/Norvik.h"
+#include "tests/app/MessageWatch.h"
+#include "tests/network/OwnMachine.h"
+#include "tests/producer_double/ProducerLibrary.h"
+
+namespace {
+
+using ProducerDouble::ANSWER;
+using ProducerDouble::IProducerControl;
+
+constexpr char kPathVariable[] = "GENICAM_GENTL64_PATH";
+
+/// The window on the screen, and the user in front of it.
+class CScreen {
+public:
+    CScreen() {
+        QObject::connect(
+            &Tree(), &CDeviceTreeView::SigFlushDeviceTree, &Tree(),
+            [this] { m_nWorker = CThread::GetCurrentThreadId(); }, Qt::DirectConnection);
+        m_objWindow.show();
+        [[maybe_unused]] const bool bShown = QTest::qWaitForWindowExposed(&m_objWindow);
+    }
+
+    CDeviceTreeView& Tree() { return *m_objWindow.findChild<CDeviceTreeView*>(); }
+    QLineEdit& AddressEdit() { return *m_objWindow.findChild<QLineEdit*>(QStringLiteral("IPEdit")); }
+    const CNorvik& Window() const { return m_objWindow; }
+
+    /// The rows from top to bottom, those below another with as many blanks as there are above them.
+    QStringList Rows() {
+        QStringList listRow;
+        for (QTreeWidgetItem* pItem = Tree().topLevelItem(0); pItem != nullptr; pItem = Tree().itemBelow(pItem)) {
+            listRow << QString(Depth(pItem), QLatin1Char(' ')) + pItem->text(0);
+        }
+        return listRow;
+    }
+
+    QTreeWidgetItem* Row(const char* pText) {
+        const auto listFound = Tree().findItems(QString::fromUtf8(pText), Qt::MatchExactly | Qt::MatchRecursive);
+        return listFound.size() == 1 ? listFound[0] : nullptr;
+    }
+
+    void Select(const char* pText) {
+        QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualItemRect(Row(pText)).center());
+    }
+
+    QString Selected() {
+        const auto listSelected = Tree().selectedItems();
+        const QTreeWidgetItem* pCurrent = Tree().currentItem();
+        if (pCurrent == nullptr) {
+            return listSelected.isEmpty() ? QString() : QStringLiteral("selected, but not current");
+        }
+        return listSelected == QList{Tree().currentItem()} ? pCurrent->text(0) : QStringLiteral("not selected");
+    }
+
+    void PressEnumerate() {
+        QTest::mouseClick(m_objWindow.findChild<QPushButton*>(QStringLiteral("EnumButton")), Qt::LeftButton);
+    }
+
+    /// Presses the button and waits until the tree shows what came of it.
+    bool Enumerate() {
+        QSignalSpy objRebuilt(&Tree(), SIGNAL(SigResetEnumInfo()));
+        PressEnumerate();
+        return objRebuilt.wait(10000) && WaitForEndOfWorker();
+    }
+
+private:
+    /// The worker tells of its update just before its own end. A press that comes in between is ignored.
+    bool WaitForEndOfWorker() {
+        const QString strThread = QStringLiteral("/proc/self/task/%1").arg(m_nWorker);
+        return QTest::qWaitFor([&] { return !QFile::exists(strThread); }, 10000);
+    }
+
+    static int Depth(const QTreeWidgetItem* pItem) {
+        return pItem->parent() == nullptr ? 0 : 1 + Depth(pItem->parent());
+    }
+
+    std::atomic<std::uint32_t> m_nWorker{0};  // that of the last update
+    CNorvik m_objWindow;
+};
+
+std::string IDOf(const QVariant& objArgument) {
+    const auto pDevice = boost::dynamic_pointer_cast<IDevice>(objArgument.value<CGcObjectPointer>());
+    return pDevice ? pDevice->GetDeviceInformation().ID : "no device";
+}
+
+}  // namespace
+
+class DeviceTreeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void AdaptersAndCamerasStandUnderTheSystem();
+    void NoNameBreaksTheTree_data();
+    void NoNameBreaksTheTree();
+    void UpdateShowsWhatHasChanged();
+    void SelectionStaysOverAnUpdate_data();
+    void SelectionStaysOverAnUpdate();
+    void SelectionGoesWithItsCamera();
+    void SelectionComesBackWithItsObject_data();
+    void SelectionComesBackWithItsObject();
+    void SelectionSignalsReachAHostThroughItsQueue();
+    void MetaObjectListsTheMembersInTheirOrder();
+    void PressWhileAnUpdateRunsIsIgnored();
+    void PressBetweenAnUpdateAndItsRebuildStartsAnother();
+    void ClosingTheWindowWaitsForTheUpdate();
+    void MachineWithoutAProducerShowsTheSystemAlone_data();
+    void MachineWithoutAProducerShowsTheSystemAlone();
+
+private:
+    IProducerControl& Producer() { return **m_pProducer; }
+
+    std::unique_ptr<ProducerDouble::CProducerLibrary> m_pProducer;
+    std::unique_ptr<CMessageWatch> m_pMessages;
+};
+
+/// Two adapters and five cameras, the last of which has no name.
+void DeviceTreeTest::init() {
+    qputenv(kPathVariable, PRODUCER_DOUBLE_DIRECTORY);
+    m_pMessages = std::make_unique<CMessageWatch>();
+    m_pProducer = std::make_unique<ProducerDouble::CProducerLibrary>(PRODUCER_DOUBLE);
+    auto& objFirst = Producer().AddInterface("if-1");
+    objFirst.SetInfo(INTERFACE_INFO_DISPLAYNAME, ANSWER::Text("Netzwerkkarte für 相机"));
+    for (const char* pID : {"cam-1", "cam-2", "cam-3"}) {
+        objFirst.Plug(pID);
+    }
+    objFirst.Device("cam-2").SetInfo(DEVICE_INFO_DISPLAYNAME, ANSWER::Text("Kamera 二号"));
+    auto& objSecond = Producer().AddInterface("if-2");
+    objSecond.Plug("cam-4");
+    objSecond.Plug("cam-5").SetInfo(DEVICE_INFO_DISPLAYNAME, ANSWER::Text(""));
+}
+
+/// Whatever a test did, the window told the user nothing and left nothing open in the producer.
+void DeviceTreeTest::cleanup() {
+    QCOMPARE(m_pMessages->Take(), QStringList());
+    QVERIFY(Producer().OpenModules().empty());
+    QVERIFY(!Producer().IsInitialised());
+    m_pProducer.reset();
+}
+
+void DeviceTreeTest::AdaptersAndCamerasStandUnderTheSystem() {
+    CScreen objScreen;
+    const QStringList listExpected = {
+        QStringLiteral("System"),  QString::fromUtf8(" Netzwerkkarte für 相机"),
+        QStringLiteral("  cam-1"), QString::fromUtf8("  Kamera 二号"),
+        QStringLiteral("  cam-3"), QStringLiteral(" if-2"),
+        QStringLiteral("  cam-4"), QStringLiteral("  Unknown device"),
+    };
+    QCOMPARE(objScreen.Rows(), listExpected);
+    QCOMPARE(objScreen.Selected(), QStringLiteral("System"));
+
+    CDeviceTreeView& objTree = objScreen.Tree();
+    for (auto* pItem = objTree.topLevelItem(0); pItem != nullptr; pItem = objTree.itemBelow(pItem)) {
+        const bool bDevice = pItem->parent() != nullptr && pItem->parent()->parent() != nullptr;
+        QCOMPARE(pItem->toolTip(0), bDevice ? QString() : pItem->text(0));
+        QCOMPARE(objTree.visualItemRect(pItem).height(), 30);
+        QCOMPARE(pItem->font(0).pointSize(), 10);
+        QVERIFY(!pItem->font(0).bold());
+        QVERIFY(pItem->isExpanded() || pItem->childCount() == 0);
+    }
+
+    const auto* pHost = objScreen.Window().findChild<QWidget*>(QStringLiteral("pobjWidget"));
+    QCOMPARE(objTree.parentWidget(), pHost);
+    QVERIFY(objTree.isVisible() && objTree.isEnabled() && objTree.isHeaderHidden());
+    QCOMPARE(objTree.columnCount(), 1);
+    QCOMPARE(objTree.minimumWidth(), 200);
+    QCOMPARE(objTree.width(), 480);
+    QVERIFY(objTree.height() > pHost->height() - 40);
+}
+
+void DeviceTreeTest::NoNameBreaksTheTree_data() {
+    QTest::addColumn<QByteArray>("Name");
+    QTest::addColumn<QString>("Text");
+    QTest::newRow("bytes that are no text") << QByteArray("a\xFF\xFE\xC3") << QStringLiteral("a\uFFFD\uFFFD\uFFFD");
+    QTest::newRow("ends early") << QByteArray("ab\0cd", 5) << QStringLiteral("ab");
+    QTest::newRow("markup") << QByteArray("<b>a</b>&amp;") << QStringLiteral("<b>a</b>&amp;");
+    QTest::newRow("conversion letters") << QByteArray("%s%n%1") << QStringLiteral("%s%n%1");
+    QTest::newRow("several lines") << QByteArray("a\nb\r\nc") << QStringLiteral("a\nb\r\nc");
+    QTest::newRow("very long") << QByteArray(100000, 'x') << QString(100000, QLatin1Char('x'));
+}
+
+void DeviceTreeTest::NoNameBreaksTheTree() {
+    QFETCH(QByteArray, Name);
+    QFETCH(QString, Text);
+    const ANSWER objName = ANSWER::Text({Name.constData(), static_cast<std::size_t>(Name.size())});
+    Producer().Interface("if-1").SetInfo(INTERFACE_INFO_DISPLAYNAME, objName);
+    Producer().Device("cam-1").SetInfo(DEVICE_INFO_DISPLAYNAME, objName);
+    CScreen objScreen;
+    QCOMPARE(objScreen.Rows().mid(1, 2), QStringList({QStringLiteral(" ") + Text, QStringLiteral("  ") + Text}));
+    QCOMPARE(objScreen.Tree().visualItemRect(objScreen.Row("cam-3")).height(), 30);
+}
+
+void DeviceTreeTest::UpdateShowsWhatHasChanged() {
+    CScreen objScreen;
+    Producer().Interface("if-1").Unplug("cam-1").Plug("cam-6");
+    Producer().Device("cam-2").SetInfo(DEVICE_INFO_DISPLAYNAME, ANSWER::Text("renamed"));
+    Producer().RemoveInterface("if-2");
+    Producer().AddInterface("if-3");
+    QVERIFY(objScreen.Enumerate());
+    const QStringList listExpected = {
+        QStringLiteral("System"),    QString::fromUtf8(" Netzwerkkarte für 相机"),
+        QStringLiteral("  renamed"), QStringLiteral("  cam-3"),
+        QStringLiteral("  cam-6"),   QStringLiteral(" if-3"),
+    };
+    QCOMPARE(objScreen.Rows(), listExpected);
+}
+
+void DeviceTreeTest::SelectionStaysOverAnUpdate_data() {
+    QTest::addColumn<QByteArray>("Name");
+    QTest::newRow("the system") << QByteArray("System");
+    QTest::newRow("an adapter") << QByteArray("if-2");
+    QTest::newRow("a camera") << QByteArray("cam-3");
+    QTest::newRow("a camera without a name") << QByteArray("Unknown device");
+}
+
+void DeviceTreeTest::SelectionStaysOverAnUpdate() {
+    QFETCH(QByteArray, Name);
+    CScreen objScreen;
+    objScreen.Select("cam-4");
+    objScreen.Select(Name);
+    QCOMPARE(objScreen.Selected(), QString::fromUtf8(Name));
+
+    QSignalSpy objRoot(&objScreen.Tree(), SIGNAL(SigRootItemSelected()));
+    QSignalSpy objItem(&objScreen.Tree(), SIGNAL(SigItemSelected(CGcObjectPointer)));
+    Producer().Lists({{"if-2", "if-1"}});
+    Producer().Interface("if-1").Lists({{"cam-3", "cam-2"}});
+    QVERIFY(objScreen.Enumerate());
+    QCOMPARE(objScreen.Selected(), QString::fromUtf8(Name));
+    QCOMPARE(objScreen.Rows().at(1), QStringLiteral(" if-2"));
+
+    // A rebuild tells of what it selects twice.
+    QCOMPARE(objRoot.count(), Name == "System" ? 2 : 0);
+    QCOMPARE(objItem.count(), Name == "System" ? 0 : 2);
+    if (Name == "cam-3") {
+        QCOMPARE(IDOf(objItem[0][0]), std::string("cam-3"));
+        QCOMPARE(objItem[0][0].value<CGcObjectPointer>(), objItem[1][0].value<CGcObjectPointer>());
+    }
+}
+
+void DeviceTreeTest::SelectionGoesWithItsCamera() {
+    CScreen objScreen;
+    objScreen.Select("cam-3");
+    QSignalSpy objItem(&objScreen.Tree(), SIGNAL(SigItemSelected(CGcObjectPointer)));
+    QSignalSpy objRoot(&objScreen.Tree(), SIGNAL(SigRootItemSelected()));
+    Producer().Unplug("cam-3");
+    QVERIFY(objScreen.Enumerate());
+    QCOMPARE(objScreen.Selected(), QString());
+
+    // A closed camera that comes back is another object, so nothing of it is selected.
+    Producer().Plug("cam-3");
+    QVERIFY(objScreen.Enumerate());
+    QVERIFY(objScreen.Row("cam-3") != nullptr);
+    QCOMPARE(objScreen.Selected(), QString());
+    QCOMPARE(objItem.count() + objRoot.count(), 0);
+
+    objScreen.Select("cam-3");
+    QVERIFY(objScreen.Enumerate());
+    QCOMPARE(objScreen.Selected(), QStringLiteral("cam-3"));
+}
+
+void DeviceTreeTest::SelectionComesBackWithItsObject_data() {
+    QTest::addColumn<QByteArray>("Name");
+    QTest::newRow("an adapter") << QByteArray("if-2");
+    QTest::newRow("a camera on it") << QByteArray("cam-4");
+}
+
+// An adapter that goes is kept with its cameras, and so comes back as it was.
+void DeviceTreeTest::SelectionComesBackWithItsObject() {
+    QFETCH(QByteArray, Name);
+    CScreen objScreen;
+    objScreen.Select(Name);
+    Producer().RemoveInterface("if-2");
+    for (int nUpdate = 0; nUpdate < 2; ++nUpdate) {
+        QVERIFY(objScreen.Enumerate());
+        QCOMPARE(objScreen.Selected(), QString());
+    }
+    Producer().AddInterface("if-2");
+    QVERIFY(objScreen.Enumerate());
+    QCOMPARE(objScreen.Selected(), QString::fromUtf8(Name));
+}
+
+void DeviceTreeTest::SelectionSignalsReachAHostThroughItsQueue() {
+    CScreen objScreen;
+    CDeviceTreeView objHost(nullptr);  // whatever has a member that takes such a pointer
+    QSignalSpy objPassedOn(&objHost, SIGNAL(SigGenTLItemSelected(CGcObjectPointer)));
+    QVERIFY(connect(&objScreen.Tree(), SIGNAL(SigItemSelected(CGcObjectPointer)), &objHost,
+                    SIGNAL(SigGenTLItemSelected(CGcObjectPointer)), Qt::QueuedConnection));
+    objScreen.Select("cam-2");
+    objScreen.Select("cam-4");
+    QCoreApplication::processEvents();
+    QCOMPARE(objPassedOn.count(), 1);
+    QCOMPARE(IDOf(objPassedOn[0][0]), std::string("cam-4"));
+}
+
+void DeviceTreeTest::MetaObjectListsTheMembersInTheirOrder() {
+    const QMetaObject& objMeta = CDeviceTreeView::staticMetaObject;
+    QStringList listMember;
+    for (int i = objMeta.methodOffset(); i < objMeta.methodCount(); ++i) {
+        const QMetaMethod objMethod = objMeta.method(i);
+        listMember << QStringLiteral("%1 %2 [%3]")
+                          .arg(QString::fromLatin1(objMethod.typeName()),
+                               QString::fromLatin1(objMethod.methodSignature()),
+                               QString::fromLatin1(objMethod.parameterNames().join(',')));
+    }
+    const QStringList listExpected = {
+        QStringLiteral("void SigRootItemSelected() []"),
+        QStringLiteral("void SigGenTLItemSelected(CGcObjectPointer) [Gcobj]"),
+        QStringLiteral("void SigItemSelected(CGcObjectPointer) [Gcobj]"),
+        QStringLiteral("void SigResetEnumInfo() []"),
+        QStringLiteral("void SigFlushDeviceTree() []"),
+        QStringLiteral("bool SlotRunEnumThread() []"),
+        QStringLiteral("void __SlotItemClicked(QTreeWidgetItem*,QTreeWidgetItem*) [pCurrent,pPrevious]"),
+        QStringLiteral("void __SlotFlushDeviceTree() []"),
+    };
+    QCOMPARE(listMember, listExpected);
+}
+
+void DeviceTreeTest::PressWhileAnUpdateRunsIsIgnored() {
+    CScreen objScreen;
+    const QStringList listBefore = objScreen.Rows();
+    auto& objBlock = Producer().On("IFUpdateDeviceList").For("if-1").Block();
+    const auto objRelease = qScopeGuard([&] { objBlock.Release(); });
+    Producer().Unplug("cam-1");
+    objScreen.PressEnumerate();
+    QVERIFY(objBlock.WaitUntilBlocked());
+
+    objScreen.PressEnumerate();
+    QVERIFY(objScreen.Tree().SlotRunEnumThread());
+    QTest::keyClick(&objScreen.AddressEdit(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&objScreen.AddressEdit(), QStringLiteral("10.1.2.3"));
+    QCOMPARE(objScreen.AddressEdit().text(), QStringLiteral("10.1.2.3"));
+    QCOMPARE(objScreen.Rows(), listBefore);
+
+    QSignalSpy objRebuilt(&objScreen.Tree(), SIGNAL(SigResetEnumInfo()));
+    objBlock.Release();
+    QVERIFY(objRebuilt.wait(10000));
+    QCOMPARE(objScreen.Rows().size(), listBefore.size() - 1);
+    QCOMPARE(Producer().Count("TLUpdateInterfaceList"), std::size_t{2});  // the first one and this one
+}
+
+void DeviceTreeTest::PressBetweenAnUpdateAndItsRebuildStartsAnother() {
+    CScreen objScreen;
+    QSignalSpy objRebuilt(&objScreen.Tree(), SIGNAL(SigResetEnumInfo()));
+    auto& objBlock = Producer().On("TLUpdateInterfaceList").Call(2).Block();
+    const auto objRelease = qScopeGuard([&] { objBlock.Release(); });
+    Producer().Unplug("cam-1");
+    objScreen.PressEnumerate();
+    // The GUI thread sees no event until the second update is under way, which begins once the first has ended.
+    const QDeadlineTimer objLimit(10000);
+    while (Producer().Count("TLUpdateInterfaceList") < 3 && !objLimit.hasExpired()) {
+        QVERIFY(objScreen.Tree().SlotRunEnumThread());
+    }
+    QVERIFY(objBlock.WaitUntilBlocked());
+    QCOMPARE(objRebuilt.count(), 0);
+    QVERIFY(objRebuilt.wait(10000));
+    QVERIFY(objScreen.Row("cam-1") == nullptr && objScreen.Row("cam-3") != nullptr);
+
+    Producer().Unplug("cam-3");
+    objBlock.Release();
+    QVERIFY(objRebuilt.wait(10000));
+    QVERIFY(objScreen.Row("cam-3") == nullptr);
+}
+
+void DeviceTreeTest::ClosingTheWindowWaitsForTheUpdate() {
+    auto pScreen = std::make_unique<CScreen>();
+    // The second adapter is still at it while the first could be closed already.
+    Producer().On("IFUpdateDeviceList").For("if-2").Delay(std::chrono::milliseconds(300));
+    Producer().ClearCalls();
+    pScreen->PressEnumerate();
+    QVERIFY(Producer().WaitForCalls("IFUpdateDeviceList", 2));
+    pScreen.reset();
+
+    std::size_t nClosed = 0;
+    for (const ProducerDouble::CALL& objCall : Producer().Calls()) {
+        if (objCall.strEntry == "IFClose") {
+            ++nClosed;
+        } else if (objCall.strEntry == "IFGetNumDevices") {
+            QCOMPARE(nClosed, std::size_t{0});
+        }
+    }
+    QCOMPARE(nClosed, std::size_t{2});
+    QVERIFY(CEnumerationService::GetInstance()->GetAllTLs().empty());
+}
+
+void DeviceTreeTest::MachineWithoutAProducerShowsTheSystemAlone_data() {
+    QTest::addColumn<QByteArray>("Path");
+    QTest::addColumn<QString>("File");
+    QTest::newRow("no variable") << QByteArray() << QString();
+    QTest::newRow("no such directory") << QByteArray("/nowhere:/dev/null") << QString();
+    QTest::newRow("no such file") << QByteArray("DIRECTORY") << QString();
+    QTest::newRow("a file that is no library") << QByteArray("DIRECTORY") << QStringLiteral(PRODUCER_DOUBLE_NO_LIBRARY);
+    QTest::newRow("a library that is no producer")
+        << QByteArray("DIRECTORY") << QStringLiteral(PRODUCER_DOUBLE_WITHOUT_EXPORTS);
+}
+
+void DeviceTreeTest::MachineWithoutAProducerShowsTheSystemAlone() {
+    QFETCH(QByteArray, Path);
+    QFETCH(QString, File);
+    const QTemporaryDir objDirectory;
+    QVERIFY(File.isEmpty() || QFile::copy(File, objDirectory.filePath(QStringLiteral("ZrGVTL.cti"))));
+    Path.isNull() ? qunsetenv(kPathVariable)
+                  : qputenv(kPathVariable, Path.replace("DIRECTORY", objDirectory.path().toUtf8()));
+
+    CScreen objScreen;
+    const QStringList listSystem = {QStringLiteral("System")};
+    QCOMPARE(objScreen.Rows(), listSystem);
+    QVERIFY(objScreen.Enumerate());
+    QCOMPARE(objScreen.Rows(), listSystem);
+    QCOMPARE(objScreen.Selected(), QStringLiteral("System"));
+    QCOMPARE(objScreen.Tree().visualItemRect(objScreen.Row("System")).height(), 30);
+    QVERIFY(objScreen.Window().isEnabled() && objScreen.Tree().isEnabled());
+}
+
+int main(int argc, char* argv[]) {
+    return RunOnOwnMachine<DeviceTreeTest>(argc, argv);
+}
+
+#include "DeviceTreeTest.moc"
