@@ -1,12 +1,12 @@
 // The list of cameras as the user sees and drives it, on a machine whose producer the tests script.
 
-#include <atomic>
 #include <chrono>
-#include <cstdint>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
@@ -34,9 +34,6 @@ constexpr char kPathVariable[] = "GENICAM_GENTL64_PATH";
 class CScreen {
 public:
     CScreen() {
-        QObject::connect(
-            &Tree(), &CDeviceTreeView::SigFlushDeviceTree, &Tree(),
-            [this] { m_nWorker = CThread::GetCurrentThreadId(); }, Qt::DirectConnection);
         m_objWindow.show();
         [[maybe_unused]] const bool bShown = QTest::qWaitForWindowExposed(&m_objWindow);
     }
@@ -76,26 +73,26 @@ public:
         QTest::mouseClick(m_objWindow.findChild<QPushButton*>(QStringLiteral("EnumButton")), Qt::LeftButton);
     }
 
-    /// Presses the button and waits until the tree shows what came of it.
+    /// Presses the button, waits until the tree shows what came of it, and then for the end of the update's thread: a
+    /// press that meets its last moments is ignored.
     bool Enumerate() {
+        const qsizetype nThreads = CountThreads();
         QSignalSpy objRebuilt(&Tree(), SIGNAL(SigResetEnumInfo()));
         PressEnumerate();
         // By count: the press itself handles events, so a quick update may be over before the wait begins.
-        return QTest::qWaitFor([&] { return !objRebuilt.isEmpty(); }, 10000) && WaitForEndOfWorker();
+        return QTest::qWaitFor([&] { return !objRebuilt.isEmpty(); }, 10000) &&
+               QTest::qWaitFor([&] { return CountThreads() <= nThreads; }, 10000);
     }
 
 private:
-    /// The worker tells of its update just before its own end. A press that comes in between is ignored.
-    bool WaitForEndOfWorker() {
-        const QString strThread = QStringLiteral("/proc/self/task/%1").arg(m_nWorker);
-        return QTest::qWaitFor([&] { return !QFile::exists(strThread); }, 10000);
+    static qsizetype CountThreads() {
+        return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
     }
 
     static int Depth(const QTreeWidgetItem* pItem) {
         return pItem->parent() == nullptr ? 0 : 1 + Depth(pItem->parent());
     }
 
-    std::atomic<std::uint32_t> m_nWorker{0};  // that of the last update
     CNorvik m_objWindow;
 };
 
@@ -372,6 +369,7 @@ void DeviceTreeTest::PressBetweenAnUpdateAndItsRebuildStartsAnother() {
     const QDeadlineTimer objLimit(10000);
     while (Producer().Count("TLUpdateInterfaceList") < 3 && !objLimit.hasExpired()) {
         QVERIFY(objScreen.Tree().SlotRunEnumThread());
+        std::this_thread::yield();
     }
     QVERIFY(objBlock.WaitUntilBlocked());
     QCOMPARE(objRebuilt.count(), 0);
