@@ -5,6 +5,7 @@
 PACKAGES_BUILD="g++ cmake ninja-build qt6-base-dev libboost-dev libboost-filesystem-dev libpugixml-dev zlib1g-dev"
 PACKAGES_RUN="fonts-wqy-microhei"
 PACKAGES_TEST="locales libgtest-dev libgmock-dev libbenchmark-dev iproute2 tshark clang-format python3 git"
+PACKAGES_FUZZ="clang libclang-rt-dev"
 
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
 

@@ -1,6 +1,7 @@
 // The recovery broadcast from the click to the wire: the window on a machine of the test's own, and what comes out at
 // the far end of its cables.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -88,30 +89,29 @@ private:
     CNorvik m_objWindow;
 };
 
-/// The pair as it stands on the wire for the typed address 10.20.30.40, with the bytes behind the MAC as given.
-Bytes ForceIPEx(const Bytes& vecMAC) {
-    Bytes vecPacket(84);
-    const std::vector<std::pair<std::size_t, Bytes>> vecFields = {
-        {0, {0x42, 0x11, 0x90, 0x00, 0x00, 0x4C, 0xEC, 0xD2}},
-        {19, {0x05}},
-        {10, vecMAC},
-        {32, {10, 20, 30, 40}},
-        {48, {0xFF, 0xFF, 0xFF, 0x00}},
-        {69, {0x03}},
-        {72, {0x83, 0x01}},
-        {76, {0x02}},
-    };
+/// A packet of nothing but 0 with these bytes at these places.
+Bytes Packet(std::size_t nSize, const std::vector<std::pair<std::size_t, Bytes>>& vecFields) {
+    Bytes vecPacket(nSize);
     for (const auto& [nOffset, vecBytes] : vecFields) {
         std::copy(vecBytes.begin(), vecBytes.end(), vecPacket.begin() + static_cast<std::ptrdiff_t>(nOffset));
     }
     return vecPacket;
 }
 
+/// The pair as it stands on the wire for the typed address 10.20.30.40, with the bytes from the MAC on as given.
+Bytes ForceIPEx(const Bytes& vecMAC) {
+    return Packet(84, {{0, {0x42, 0x11, 0x90, 0x00, 0x00, 0x4C, 0xEC, 0xD2}},
+                       {19, {0x05}},
+                       {10, vecMAC},
+                       {32, {10, 20, 30, 40}},
+                       {48, {0xFF, 0xFF, 0xFF, 0x00}},
+                       {69, {0x03}},
+                       {72, {0x83, 0x01}},
+                       {76, {0x02}}});
+}
+
 Bytes ForceIP(const Bytes& vecMAC) {
-    Bytes vecPacket = {0x42, 0x01, 0x00, 0x04, 0x00, 0x38, 0x22, 0x8D, 0x00, 0x00};
-    vecPacket.insert(vecPacket.end(), vecMAC.begin(), vecMAC.end());
-    vecPacket.resize(64);
-    return vecPacket;
+    return Packet(64, {{0, {0x42, 0x01, 0x00, 0x04, 0x00, 0x38, 0x22, 0x8D}}, {10, vecMAC}});
 }
 
 const Bytes kTypedMAC = {0x02, 0x11, 0x22, 0x33, 0x44, 0x55};
