@@ -1,7 +1,7 @@
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <future>
+#include <latch>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,23 +19,24 @@ namespace {
 
 using testing::SizeIs;
 
-constexpr int kRounds = 15;
+struct BODY {
+    int nRounds;
+    std::function<void()> fnRound;
+};
 
-/// Runs bodies on threads of their own, all until the rounds of the first are done.
-void RunTogether(const std::function<void()>& fnRound, const std::vector<std::function<void()>>& vecBeside) {
-    std::atomic<bool> bDone = false;
+/// Runs bodies at once, each on a thread of its own and for its own number of rounds. None runs until another has
+/// finished: on a busy machine those that only take a lock and give it back would starve the others.
+void RunTogether(const std::vector<BODY>& vecBody) {
+    std::latch objStart(static_cast<std::ptrdiff_t>(vecBody.size()));
     std::vector<std::thread> vecThread;
-    for (const auto& fnBeside : vecBeside) {
-        vecThread.emplace_back([&bDone, fnBeside] {
-            while (!bDone) {
-                fnBeside();
+    for (const BODY& objBody : vecBody) {
+        vecThread.emplace_back([&objStart, &objBody] {
+            objStart.arrive_and_wait();
+            for (int i = 0; i < objBody.nRounds; ++i) {
+                objBody.fnRound();
             }
         });
     }
-    for (int i = 0; i < kRounds; ++i) {
-        fnRound();
-    }
-    bDone = true;
     for (std::thread& objThread : vecThread) {
         objThread.join();
     }
@@ -97,10 +98,14 @@ TEST(ListUpdateThreads, TwoAgenciesReadersAndStopsDontDisturbEachOther) {
         objTree.Double().Unplug("cam-2-1");
         objTree.Double().Interface("if-3").Plug("cam-new-" + std::to_string(nPlugged++ % 20));
         objTree.Double().Plug("cam-2-1");
-        std::this_thread::yield();
     };
-    RunTogether(GevUpdate,
-                {GevUpdate, GenericUpdate, ReadEverything, StopEverything, AskSpecialDevices, ChangeTheWorld});
+    RunTogether({{10, GevUpdate},
+                 {10, GevUpdate},
+                 {10, GenericUpdate},
+                 {100, ReadEverything},
+                 {30, StopEverything},
+                 {30, AskSpecialDevices},
+                 {100, ChangeTheWorld}});
     objTree.Double().Interface("if-1").WaitWholeWindow(false);
     bool bChanged = false;
     CGevUpdateAgency({CTreeOnDouble::TL()}).DoUpdate(0, 0, &bChanged);
