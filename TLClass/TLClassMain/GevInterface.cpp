@@ -66,8 +66,8 @@ boost::shared_ptr<CGevDevice> CGevInterface::DoOpenDeviceByIP(std::uint64_t nIp,
     DEV_MODULE_INFO objInformation;
     objInformation.ID = "IP::" + IPToString(static_cast<std::uint32_t>(nIp));
     objInformation.TLType = kGevTLType;
-    const boost::shared_ptr<CGevDevice> pDevice(new CGevDevice(
-        m_pLib, _GetSelf(), GetHandle(), std::move(objInformation), COMMON_DEVICE_INFO(), GEV_DEV_INFO()));
+    boost::shared_ptr<CGevDevice> pDevice(new CGevDevice(m_pLib, _GetSelf(), GetHandle(), std::move(objInformation),
+                                                         COMMON_DEVICE_INFO(), GEV_DEV_INFO()));
     pDevice->SetGevIP(nIp);
     _AddDevice(pDevice);
     pDevice->DoOpenDevice(nAccessMode);

@@ -53,6 +53,7 @@ bool UpdateDevices(CInterface& objInterface) {
 
 std::vector<std::string> IDsOf(const std::vector<boost::shared_ptr<IInterface>>& vecInterface) {
     std::vector<std::string> vecID;
+    vecID.reserve(vecInterface.size());
     for (const boost::shared_ptr<IInterface>& pInterface : vecInterface) {
         vecID.push_back(pInterface->GetInterfaceInformation().ID);
     }
@@ -61,6 +62,7 @@ std::vector<std::string> IDsOf(const std::vector<boost::shared_ptr<IInterface>>&
 
 std::vector<std::string> IDsOf(const std::vector<boost::shared_ptr<IDevice>>& vecDevice) {
     std::vector<std::string> vecID;
+    vecID.reserve(vecDevice.size());
     for (const boost::shared_ptr<IDevice>& pDevice : vecDevice) {
         vecID.push_back(pDevice->GetDeviceInformation().ID);
     }

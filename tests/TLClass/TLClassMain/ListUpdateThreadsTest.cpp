@@ -29,6 +29,7 @@ struct BODY {
 void RunTogether(const std::vector<BODY>& vecBody) {
     std::latch objStart(static_cast<std::ptrdiff_t>(vecBody.size()));
     std::vector<std::thread> vecThread;
+    vecThread.reserve(vecBody.size());
     for (const BODY& objBody : vecBody) {
         vecThread.emplace_back([&objStart, &objBody] {
             objStart.arrive_and_wait();
