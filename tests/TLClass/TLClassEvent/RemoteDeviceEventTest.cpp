@@ -1,4 +1,5 @@
 #include <array>
+#include <atomic>
 #include <functional>
 #include <string>
 #include <vector>
@@ -60,7 +61,7 @@ protected:
     }
 
     GenApi_3_0::INode* m_pNode = nullptr;
-    std::int64_t m_nFrameID = 0;  // by the event's thread, read behind m_objChanged
+    std::atomic<std::int64_t> m_nFrameID = 0;  // of the event that came last
     CEvent m_objChanged;
     std::function<void()> m_fnChanged = [] {};
 };
