@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <string>
 
 #include "GenApi/ChunkAdapter.h"
 #include "TLClass/TLClassInfo/BufferInformationFromHandle.h"
@@ -26,6 +27,12 @@ void CBuffer::AllocateBuffer(std::uint64_t nSize) {
     constexpr const char* kFunction = "CBuffer::AllocateBuffer";
     if (nSize == 0) {
         throw CUnexpectedError(-1, "Can not allocate zero bytes memory", kFile, __LINE__, kFunction);
+    }
+    if (nSize > kMaxBufferSize) {
+        throw CUnexpectedError(
+            -1,
+            "A buffer of " + std::to_string(nSize) + " bytes is asked for, more than " + std::to_string(kMaxBufferSize),
+            kFile, __LINE__, kFunction);
     }
     if (nSize == m_nSize) {
         return;
