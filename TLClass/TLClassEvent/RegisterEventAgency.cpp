@@ -15,15 +15,26 @@ CRegisterEventAgency::CRegisterEventAgency(CGenTLLib* pLib, EVENTSRC_HANDLE hSou
                                            EVENT_HANDLE& hEvent, const char* pClassName)
     : m_pLib(pLib), m_hSource(hSource), m_nType(nType), m_hEvent(hEvent), m_pClassName(pClassName) {
     EVENT_HANDLE hRegistered = nullptr;
-    CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(m_pLib->GCRegisterEvent(m_hSource, m_nType, &hRegistered), m_pLib,
-                                                    kFile, __LINE__, m_pClassName);
+    const GC_ERROR nStatus = m_pLib->GCRegisterEvent(m_hSource, m_nType, &hRegistered);
+    try {
+        CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nStatus, m_pLib, kFile, __LINE__, m_pClassName);
+    } catch (...) {
+        if (hRegistered != nullptr) {  // a refusal that came with an event, which nobody would unregister
+            __Unregister();
+        }
+        throw;
+    }
     m_hEvent = hRegistered;
 }
 
 CRegisterEventAgency::~CRegisterEventAgency() {
     if (m_bArmed) {
-        CGenTLErrorCodeVerifier::LogIfFailed(m_pLib->GCUnregisterEvent(m_hSource, m_nType), m_pLib, kFile, __LINE__,
-                                             m_pClassName);
+        __Unregister();
         m_hEvent = nullptr;
     }
+}
+
+void CRegisterEventAgency::__Unregister() {
+    CGenTLErrorCodeVerifier::LogIfFailed(m_pLib->GCUnregisterEvent(m_hSource, m_nType), m_pLib, kFile, __LINE__,
+                                         m_pClassName);
 }

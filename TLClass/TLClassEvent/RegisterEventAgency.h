@@ -17,6 +17,8 @@ public:
     ~CRegisterEventAgency();
 
 private:
+    void __Unregister();
+
     CGenTLLib* m_pLib;
     EVENTSRC_HANDLE m_hSource;
     EVENT_TYPE m_nType;
