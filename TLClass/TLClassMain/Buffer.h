@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -84,7 +85,9 @@ private:
 
     CGenTLLib* const m_pLib;
     const DS_HANDLE m_hDataStream;
-    BUFFER_HANDLE m_hBuffer = nullptr;  // while announced
+    // Set while announced. Atomic, as a start that fails revokes while the event's thread still runs, and a producer
+    // that refuses to start may have filled a buffer all the same.
+    std::atomic<BUFFER_HANDLE> m_hBuffer = nullptr;
     std::unique_ptr<std::uint8_t[]> m_pBuffer;
     std::uint64_t m_nSize = 0;  // bytes of m_pBuffer
 };

@@ -83,6 +83,8 @@ TEST_F(DataStream, StartsOrTakesBackAllOfItWhicheverCallFails) {
     pStream->SetAcqusitionBufferNumber(3);
     CCallFunction objCallback([](const BUFFER_MODULE_INFO&) {});
     pStream->RegisterNewBufferCallback(&objCallback);
+    Start(pStream);  // so that whoever watches threads has its own
+    Stop(pStream);
     const auto nThreads = Threads();
     const auto setTolerated = FailAtEachStep([&] { Start(pStream); }, [&] { Stop(pStream); },
                                              [&] {
