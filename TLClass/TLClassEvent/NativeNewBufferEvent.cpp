@@ -84,6 +84,11 @@ void CNativeNewBufferEvent::EventKill() {
                                          "CNativeNewBufferEvent::EventKill");
 }
 
+void CNativeNewBufferEvent::LetCallersOut() {
+    m_objGate.CloseAndEmpty([this] { EventKill(); });
+    m_objGate.Open();
+}
+
 CBuffer* CNativeNewBufferEvent::GetBuffer(BUFFER_MODULE_INFO* pInformation, std::uint32_t nTimeoutMs, bool bThrow) {
     const CWaitGate::CPass objPass(m_objGate);
     if (!objPass.IsInside()) {

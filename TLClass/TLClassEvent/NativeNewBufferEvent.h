@@ -43,6 +43,8 @@ public:
 
     /// Ends a wait for a frame.
     void EventKill();
+    /// Ends the waits of GetBuffer, and returns when no call of it is under way. Later ones are let in again.
+    void LetCallersOut();
 
     /// Waits for the next frame and takes its buffer, which the caller queues again. The buffer is good until the
     /// acquisition is stopped.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <string>
 
 #include "GenApi/ChunkAdapter.h"
 #include "TLClass/TLClassInfo/BufferInformationFromHandle.h"
@@ -27,6 +28,12 @@ void CBuffer::AllocateBuffer(std::uint64_t nSize) {
     if (nSize == 0) {
         throw CUnexpectedError(-1, "Can not allocate zero bytes memory", kFile, __LINE__, kFunction);
     }
+    if (nSize > kMaxBufferSize) {
+        throw CUnexpectedError(
+            -1,
+            "A buffer of " + std::to_string(nSize) + " bytes is asked for, more than " + std::to_string(kMaxBufferSize),
+            kFile, __LINE__, kFunction);
+    }
     if (nSize == m_nSize) {
         return;
     }
@@ -47,25 +54,29 @@ void CBuffer::AnnounceBuffer() {
         throw CUnexpectedError(-1, "Can not announce a buffer before allocating it", kFile, __LINE__, kFunction);
     }
     // A producer that refuses and gives a handle all the same has it taken back by the next revocation.
-    const GC_ERROR nResult = m_pLib->DSAnnounceBuffer(m_hDataStream, m_pBuffer.get(), m_nSize, this, &m_hBuffer);
+    BUFFER_HANDLE hBuffer = nullptr;
+    const GC_ERROR nResult = m_pLib->DSAnnounceBuffer(m_hDataStream, m_pBuffer.get(), m_nSize, this, &hBuffer);
+    m_hBuffer = hBuffer;
     CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nResult, m_pLib, kFile, __LINE__, kFunction);
 }
 
 void CBuffer::RevokeBuffer() noexcept {
-    if (m_hBuffer == nullptr) {
+    const BUFFER_HANDLE hBuffer = m_hBuffer;
+    if (hBuffer == nullptr) {
         return;
     }
-    const GC_ERROR nResult = m_pLib->DSRevokeBuffer(m_hDataStream, m_hBuffer, nullptr, nullptr);
+    const GC_ERROR nResult = m_pLib->DSRevokeBuffer(m_hDataStream, hBuffer, nullptr, nullptr);
     m_hBuffer = nullptr;
     CGenTLErrorCodeVerifier::LogIfFailed(nResult, m_pLib, kFile, __LINE__, "CBuffer::RevokeBuffer");
 }
 
 void CBuffer::QueueBuffer() {
     constexpr const char* kFunction = "CBuffer::QueueBuffer";
-    if (m_hBuffer == nullptr) {
+    const BUFFER_HANDLE hBuffer = m_hBuffer;
+    if (hBuffer == nullptr) {
         throw CUnexpectedError(-1, "Can not queue a buffer before announcing it", kFile, __LINE__, kFunction);
     }
-    const GC_ERROR nResult = m_pLib->DSQueueBuffer(m_hDataStream, m_hBuffer);
+    const GC_ERROR nResult = m_pLib->DSQueueBuffer(m_hDataStream, hBuffer);
     CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nResult, m_pLib, kFile, __LINE__, kFunction);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -14,6 +15,9 @@ class CGenTLLib;
 namespace GenApi_3_0 {
 class CChunkAdapter;
 }
+
+/// The most bytes of one buffer. No frame comes near it: a camera that claims more is taken to answer nonsense.
+inline constexpr std::uint64_t kMaxBufferSize = std::uint64_t{64} << 30;
 
 /// The most chunks that a buffer is believed to have. A producer that counts more answers nonsense.
 inline constexpr std::size_t kMaxChunkCount = 65536;
@@ -36,7 +40,9 @@ public:
     /// Gets a block of this size. A block that has it is kept, with what is in it; any other gives way to an
     /// uninitialised one. An announced buffer has to be revoked before its size changes.
     /// @param nSize  bytes
-    /// @throws CUnexpectedError  the size is 0, or there isn't so much memory; what was there is still there
+    /// @throws CUnexpectedError  the size is 0 or beyond kMaxBufferSize, or there isn't so much memory; what was there
+    /// is
+    ///                           still there
     void AllocateBuffer(std::uint64_t nSize);
 
     /// Makes the memory known to the producer. Does nothing if it is.
@@ -79,7 +85,9 @@ private:
 
     CGenTLLib* const m_pLib;
     const DS_HANDLE m_hDataStream;
-    BUFFER_HANDLE m_hBuffer = nullptr;  // while announced
+    // Set while announced. Atomic, as a start that fails revokes while the event's thread still runs, and a producer
+    // that refuses to start may have filled a buffer all the same.
+    std::atomic<BUFFER_HANDLE> m_hBuffer = nullptr;
     std::unique_ptr<std::uint8_t[]> m_pBuffer;
     std::uint64_t m_nSize = 0;  // bytes of m_pBuffer
 };

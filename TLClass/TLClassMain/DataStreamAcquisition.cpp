@@ -295,7 +295,9 @@ void CDataStream::__AnnounceBuffers() {
     }
 }
 
+// No queue of the producer has a buffer any more. A caller who polls may just have taken one, though.
 void CDataStream::__RevokeBuffers() noexcept {
+    m_objNewBufferEvent.GetNativeEvent()->LetCallersOut();
     for (const std::unique_ptr<CBuffer>& pBuffer : m_vecBuffer) {
         pBuffer->RevokeBuffer();
     }

@@ -1,11 +1,14 @@
 #include "TLClass/TLClassMain/Device.h"
 
+#include <exception>
 #include <utility>
 
 #include "TLClass/TLClassLoadTL/GenTLLib.h"
 #include "TLClass/TLClassMain/Agency.h"
 #include "TLClass/TLClassMain/GenTLErrrorCodeVerifier.h"
 #include "TLClass/TLClassMain/IDataStream.h"
+#include "support/Log.h"
+#include "support/Text.h"
 #include "support/ZrException.h"
 
 namespace {
@@ -21,8 +24,17 @@ public:
         m_objEvent.RegisterEvent(hRemotePort);
     }
     ~CRegisterOfflineEventAgency() {
-        if (m_bArmed) {
+        if (!m_bArmed) {
+            return;
+        }
+        try {
+            // The registration may be an earlier callback's, whose thread waits for the event.
+            m_objEvent.StopGetDeviceOfflineEventThread();
             m_objEvent.UnRegisterEvent();
+        } catch (const std::exception& objException) {
+            CLog::GetInstance()->Write(
+                FormatFailure(kFile, __LINE__, "CDevice::CRegisterOfflineEventAgency::~CRegisterOfflineEventAgency",
+                              objException.what()));
         }
     }
 
