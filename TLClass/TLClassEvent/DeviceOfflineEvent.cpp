@@ -71,11 +71,6 @@ void CDeviceOfflineEvent::RegisterEvent(PORT_HANDLE hRemotePort) {
 void CDeviceOfflineEvent::UnRegisterEvent() {
     const CScopedLock objLock(m_csState);
     if (m_bRegistered) {
-        // A registration of a callback that failed comes here with the thread waiting. Left alone it would end with the
-        // event, but count as started, so that no later registration would get one.
-        if (m_pThread->GetThreadId() != CThread::GetCurrentThreadId()) {
-            StopGetDeviceOfflineEventThread();
-        }
         m_objNative.UnRegisterDeviceOfflineEvent();
         m_bRegistered = false;
     }

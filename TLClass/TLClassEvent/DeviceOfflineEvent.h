@@ -44,7 +44,7 @@ public:
     /// Does nothing if it is registered. A producer without the event counts as registered, too.
     /// @throws CZrException  see CNativeDeviceOfflineEvent
     void RegisterEvent(PORT_HANDLE hRemotePort);
-    /// Stops first, if that hasn't been done, except on the event's own thread. Does nothing if it isn't registered.
+    /// To be called after the stop. Does nothing if it isn't registered.
     void UnRegisterEvent();
 
     /// Does nothing if it is started, and for a producer without the event.

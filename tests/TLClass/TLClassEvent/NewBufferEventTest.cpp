@@ -131,6 +131,21 @@ TEST_F(NewBufferEvent, StopLetsThoseOutWhoPoll) {
     EXPECT_THAT(objSecond.get(), HasSubstr("-1012"));
 }
 
+TEST_F(NewBufferEvent, StopWaitsForACallerThatReadsItsFrame) {
+    Start();
+    auto& objRule = Double().On("DSGetBufferInfo").Block();
+    PushFrame();
+    auto objCaller = std::async(std::launch::async, [this] { return FailureOfGetBuffer(kLongMs); });
+    EXPECT_TRUE(objRule.WaitUntilBlocked());
+    auto objStop = std::async(std::launch::async, [this] { m_pStream->StopGetNewBuffer(); });
+    // The second kill is that of the stop that has found the caller inside.
+    EXPECT_TRUE(Double().WaitForCalls("EventKill", 2));
+    objRule.Release();
+    EXPECT_EQ(objCaller.get(), "none");
+    objStop.get();
+    m_pStream->StopTLAcquisition();
+}
+
 TEST_F(NewBufferEvent, KillThatMetNobodyIsForgottenByTheNextStart) {
     Start();
     Stop();
