@@ -127,12 +127,6 @@ TEST_F(FeatureFile, RefusesATextBeforeAnythingIsApplied) {
     EXPECT_THROW(File.Load(stream, true), std::runtime_error);
 }
 
-TEST_F(FeatureFile, HeaderMayBeWrittenFreely) {
-    for (const char* pLine : {"FileVersion:1.0\n", "FileVersion 1.0\n", "Notes: see FileVersion : 1.0\tand more\n"}) {
-        EXPECT_EQ(RefusalOf(Replaced(Saved(), "FileVersion: 1.0\n", pLine)), "no refusal") << pLine;
-    }
-}
-
 TEST_F(FeatureFile, RefusedValuesAreToldAndStopNothing) {
     const std::string strText =
         Replaced(Replaced(Saved(), "RemoteA\t0", "RemoteA\t101\nGone\t1"), "StreamB\t0", "StreamB\t7");
