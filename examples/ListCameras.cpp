@@ -46,7 +46,7 @@ void PrintCamera(const boost::shared_ptr<IDevice>& pDevice) {
     const char* pAccess = !objInformation.AccessStatusValid                               ? "-"
                           : objInformation.AccessStatus == DEVICE_ACCESS_STATUS_READWRITE ? "free"
                                                                                           : "in use";
-    std::cout << "  " << std::left << std::setw(24) << objInformation.ID << ' ' << std::setw(15) << AddressOf(pDevice)
+    std::cout << "  " << std::left << std::setw(36) << objInformation.ID << ' ' << std::setw(15) << AddressOf(pDevice)
               << ' ' << std::setw(6) << pAccess << ' ' << objInformation.Vendor << ' ' << objInformation.Model
               << ", serial number " << objCommon.SerialNumber;
     if (!objCommon.UserID.empty()) {

@@ -1,10 +1,11 @@
 // open-and-configure: opens a camera, sets some of its features and shows what they are then.
 //
 //     open-and-configure CAMERA [FEATURE=VALUE]...
-//     open-and-configure 02-5E-17-00-AD-EA Width=640 ExposureTime=2500 PixelFormat=Mono8
+//     open-and-configure SN42 Width=640 ExposureTime=2500 PixelFormat=Mono8
 //
-// CAMERA is an ID, a serial number or a user's name, as list-cameras shows them. It knows the features below; without
-// any it only shows them. A camera may lack some of them: that is said, and is no failure unless one was to be set.
+// CAMERA is an ID (which may have blanks: quote it), a serial number or a user's name, as list-cameras shows them. The
+// program knows the features below; without any it only shows them. A camera may lack some of them: that is said, and
+// is no failure unless one was to be set.
 //
 // Set GENICAM_GENTL64_PATH to the folder of ZrGVTL.cti first.
 
