@@ -113,9 +113,10 @@ std::vector<SINGLE_CHUNK_DATA> CBuffer::__GetChunkDataContent(std::size_t nCount
 }
 
 bool CBuffer::IsChunkDataInvalid(const std::vector<SINGLE_CHUNK_DATA>& vecChunkData) const {
-    // Camera and producer choose both numbers: their sum may not fit into one, and the offset may be negative.
+    // Camera and producer choose both numbers: their sum may not fit into one, and a negative offset counts as a huge
+    // one.
     return std::any_of(vecChunkData.begin(), vecChunkData.end(), [this](const SINGLE_CHUNK_DATA& objChunk) {
-        return objChunk.ChunkOffset < 0 || objChunk.ChunkLength > m_nSize ||
+        return objChunk.ChunkLength > m_nSize ||
                static_cast<std::uint64_t>(objChunk.ChunkOffset) > m_nSize - objChunk.ChunkLength;
     });
 }

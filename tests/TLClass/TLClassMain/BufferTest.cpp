@@ -7,9 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "GenApi/ChunkAdapterGeneric.h"
-#include "TLClass/TLClassLoadTL/GenTLLib.h"
 #include "TLClass/TLClassMain/Buffer.h"
-#include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "tests/TLClass/CollectedLog.h"
 #include "tests/TLClass/TLClassMain/CameraOnDouble.h"
 
@@ -88,18 +86,6 @@ TEST_F(Buffer, ReadsAsManyChunksAsWereCountedFirst) {
     EXPECT_THAT(m_objBuffer.GetChunkData(), SizeIs(3)) << "the entries that never came are zero";
     objCount.Count(kMaxChunkCount + 1);
     EXPECT_THROW(m_objBuffer.GetChunkData(), CUnexpectedError);
-}
-
-TEST(BufferInitInfo, IsCopiedWhole) {
-    TLClass::CBufferInitInfo objFrom;
-    const std::vector<std::uint64_t> vecAnswer{
-        objFrom.SetWidth(1),       objFrom.SetHeight(2),      objFrom.SetOffsetX(3), objFrom.SetOffsetY(4),
-        objFrom.SetPayloadSize(5), objFrom.SetPixelFormat(6), objFrom.SetOverride(7)};
-    TLClass::CBufferInitInfo objTo;
-    TLClass::CopyBufferInitInfo(objFrom, objTo);
-    EXPECT_EQ(vecAnswer,
-              (std::vector<std::uint64_t>{objTo.GetWidth(), objTo.GetHeight(), objTo.GetOffsetX(), objTo.GetOffsetY(),
-                                          objTo.GetPayloadSize(), objTo.GetPixelFormat(), objTo.GetOverride()}));
 }
 
 }  // namespace
