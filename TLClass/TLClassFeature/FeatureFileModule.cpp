@@ -44,11 +44,12 @@ bool HasStreamingBrackets(IFeatureControl& objRemote) {
 
 }  // namespace
 
-void SaveDeviceFeatures(boost::shared_ptr<IDevice> pDevice, std::ostream& stream) {
+void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream) {
     FeatureFileOf(pDevice).Save(stream);
 }
 
-std::vector<std::string> LoadDeviceFeatures(boost::shared_ptr<IDevice> pDevice, std::istream& stream, bool bVerify) {
+std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream,
+                                            bool bVerify) {
     const CFeatureFile objFile = FeatureFileOf(pDevice);
     IFeatureControl* const pRemote = pDevice->GetRemoteFeatureControl();
     Require(pRemote != nullptr, "Invalid feature node maps");  // closed meanwhile
@@ -58,11 +59,11 @@ std::vector<std::string> LoadDeviceFeatures(boost::shared_ptr<IDevice> pDevice, 
     return objFile.Load(stream, bVerify);
 }
 
-void SaveInterfaceFeatures(boost::shared_ptr<IInterface> pInterface, std::ostream& stream) {
+void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream) {
     FeatureFileOf(pInterface).Save(stream);
 }
 
-std::vector<std::string> LoadInterfaceFeatures(boost::shared_ptr<IInterface> pInterface, std::istream& stream,
+std::vector<std::string> LoadInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::istream& stream,
                                                bool bVerify) {
     return FeatureFileOf(pInterface).Load(stream, bVerify);
 }

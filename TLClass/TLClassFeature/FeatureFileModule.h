@@ -18,17 +18,18 @@ class IInterface;
 //                                                     open
 
 /// Saves the settings of a camera, of its device module and of its first data stream.
-void SaveDeviceFeatures(boost::shared_ptr<IDevice> pDevice, std::ostream& stream);
+void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream);
 
 /// Writes them back. A camera that doesn't know both commands around a streaming of registers has the whole text
 /// applied twice: values that depend on each other, and were refused at first, get a second chance.
 /// @param bVerify  check access and limits before each write
 /// @return one text for each value that was refused, the second time if there was one
-std::vector<std::string> LoadDeviceFeatures(boost::shared_ptr<IDevice> pDevice, std::istream& stream, bool bVerify);
+std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream,
+                                            bool bVerify);
 
 /// The same for the settings of an interface, which stand in all three sections. It has to have a feature
 /// "DeviceModelName" like a camera, which interfaces normally don't.
-void SaveInterfaceFeatures(boost::shared_ptr<IInterface> pInterface, std::ostream& stream);
+void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream);
 /// Applies the text once.
-std::vector<std::string> LoadInterfaceFeatures(boost::shared_ptr<IInterface> pInterface, std::istream& stream,
+std::vector<std::string> LoadInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::istream& stream,
                                                bool bVerify);

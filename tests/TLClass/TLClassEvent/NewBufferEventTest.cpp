@@ -32,7 +32,6 @@ using namespace std::chrono_literals;
 using ProducerDouble::ANSWER;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr std::uint32_t kLongMs = 10000;
 
