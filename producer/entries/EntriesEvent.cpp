@@ -30,10 +30,8 @@ GC_ERROR EventGetDataInfo(EVENT_HANDLE hEvent, const void* pData, size_t nDataSi
                           INFO_DATATYPE* pType, void* pBuffer, size_t* pSize) {
     return RunInitialisedEntry("EventGetDataInfo", [&] {
         const auto pEvent = Require<CEventQueue>(hEvent);
-        if (nDataSize != 0) {
-            RequireOut(pData, "the event data");
-        }
-        const std::span spanData(static_cast<const std::byte*>(pData), nDataSize);
+        const auto* pBytes = static_cast<const std::byte*>(pData);
+        const std::span spanData(nDataSize != 0 ? &RequireOut(pBytes, "the event data") : nullptr, nDataSize);
         GetEventDataInfo(pEvent->GetType(), spanData, nCommand).Deliver(pType, pBuffer, pSize);
     });
 }

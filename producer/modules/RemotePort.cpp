@@ -6,6 +6,7 @@
 
 #include "gev/Bootstrap.h"
 #include "producer/ProducerError.h"
+#include "producer/modules/RemoteUrl.h"
 
 namespace producer {
 
