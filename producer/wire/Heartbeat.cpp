@@ -102,10 +102,11 @@ ASKING CHeartbeat::__MakeAsking(Clock::time_point objStart) const {
 
 /// One beat, which lasts as long as the camera is silent but there is still hope.
 std::optional<CONTROL_LOSS> CHeartbeat::__Beat() {
+    const auto objStart = Clock::now();
     for (;;) {
         std::uint32_t nPrivilege = 0;
-        const OUTCOME objOutcome =
-            m_objDialogue.ReadRegister(gev::bootstrap::kControlChannelPrivilege.Address, __MakeAsking(), nPrivilege);
+        const OUTCOME objOutcome = m_objDialogue.ReadRegister(gev::bootstrap::kControlChannelPrivilege.Address,
+                                                              __MakeAsking(objStart), nPrivilege);
         switch (objOutcome.Kind) {
             case OUTCOME::KIND::Ended:
                 return std::nullopt;

@@ -21,8 +21,8 @@ namespace {
 namespace bootstrap = gev::bootstrap;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kRound{250};      // between two questions to everybody
-constexpr int kForceIpRounds = 4;        // with the command in them; from then on it is only asked who is there
+constexpr milliseconds kRound{250};            // between two questions to everybody
+constexpr int kForceIpRounds = 4;              // with the command in them; from then on it is only asked who is there
 constexpr milliseconds kRestartSettle{1'000};  // a camera that only starts to restart still answers from before
 constexpr milliseconds kFindDeadline{1'000};
 constexpr int kAskAttempts = 3;
@@ -68,8 +68,8 @@ class CCameraWatch {
 public:
     CCameraWatch(const ADAPTER& objAdapter, std::uint64_t nMac) : m_objLine(objAdapter), m_nMac(nMac) {}
 
-    /// Asks everybody who is there and sends what else there is to send, then listens for a round, or until funDone says
-    /// that the camera is as it should be.
+    /// Asks everybody who is there and sends what else there is to send, then listens for a round, or until funDone
+    /// says that the camera is as it should be.
     template <class Done>
     bool Round(std::span<const std::byte> objCommand, Done funDone) {
         gev::GvcpBuffer arrBuffer;
@@ -193,9 +193,9 @@ void WriteUserName(CControlChannel& objChannel, const std::string& strName) {
 /// Nothing is written before all of it makes sense.
 void CheckConfiguration(CControlChannel& objChannel, const IP_CONFIGURATION& objConfiguration) {
     if ((objConfiguration.Configuration & ~kIpConfigurations) != 0) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER,
-                             FormatHex(objConfiguration.Configuration) + " is no IP configuration: add up 1 persistent, "
-                                                                         "2 DHCP, 4 link-local");
+        throw CProducerError(GC_ERR_INVALID_PARAMETER, FormatHex(objConfiguration.Configuration) +
+                                                           " is no IP configuration: add up 1 persistent, "
+                                                           "2 DHCP, 4 link-local");
     }
     const std::uint32_t nSupported = objChannel.DoReadRegister(bootstrap::kSupportedIPConfiguration.Address);
     if ((objConfiguration.Configuration & ~nSupported) != 0) {
@@ -215,12 +215,12 @@ void CheckConfiguration(CControlChannel& objChannel, const IP_CONFIGURATION& obj
 }
 
 DEVICE_ACCESS_STATUS AskAccessStatus(const ADAPTER& objAdapter, std::uint32_t nAddress) {
-    CControlDialogue objDialogue(objAdapter, nAddress, {.AnswerTimeout = kAskTimeout, .Repeats = 1, .LongestPending = kAskTimeout});
+    CControlDialogue objDialogue(objAdapter, nAddress,
+                                 {.AnswerTimeout = kAskTimeout, .Repeats = 1, .LongestPending = kAskTimeout});
     std::uint32_t nPrivilege = 0;
     const OUTCOME objOutcome =
         objDialogue.ReadRegister(bootstrap::kControlChannelPrivilege.Address, objDialogue.GetAsking(), nPrivilege);
-    const bool bAnswered =
-        objOutcome.Kind == OUTCOME::KIND::Answered || objOutcome.Kind == OUTCOME::KIND::Refused;
+    const bool bAnswered = objOutcome.Kind == OUTCOME::KIND::Answered || objOutcome.Kind == OUTCOME::KIND::Refused;
     return bAnswered ? GetAccessStatus(objOutcome.Status, nPrivilege) : DEVICE_ACCESS_STATUS_UNKNOWN;
 }
 
@@ -257,8 +257,7 @@ void DoRestartIpConfiguration(const std::string& strAdapter, std::uint64_t nMac)
     CCameraWatch objWatch(objAdapter, nMac);
     gev::GvcpBuffer arrBuffer;
     const auto objStart = Clock::now();
-    // It isn't acknowledged, and each one starts the configuration again: sent once, and repeated only while the camera
-    // hasn't been heard at all, which it would be if the first had been lost.
+    // It isn't acknowledged, and each one starts the configuration again, so it is sent once.
     objWatch.Round(EncodeForceIp(arrBuffer, objWatch, nMac, {}), [](const auto&) { return false; });
     const auto isDone = [&](const auto&) { return Clock::now() >= objStart + kRestartSettle; };
     while (Clock::now() < objStart + kRestartIpDeadline) {
@@ -273,9 +272,9 @@ void DoConfigureIp(const std::string& strAdapter, std::uint64_t nMac, const IP_C
     const ADAPTER objAdapter = GetAdapter(strAdapter);
     const std::uint32_t nAddress = FindCamera(objAdapter, nMac);
     if (!objAdapter.IsUsableForCamera(nAddress)) {
-        throw CProducerError(GC_ERR_NOT_AVAILABLE,
-                             "the camera " + MACToString(nMac) + " has the address " + IPToString(nAddress) +
-                                 ", which is in no subnet of " + strAdapter + ": give it one by force first");
+        throw CProducerError(GC_ERR_NOT_AVAILABLE, "the camera " + MACToString(nMac) + " has the address " +
+                                                       IPToString(nAddress) + ", which is in no subnet of " +
+                                                       strAdapter + ": give it one by force first");
     }
     CControlChannel objChannel(objAdapter, nAddress, CONTROL_ACCESS::Control, {}, nullptr);
     DoConfigureIp(objChannel, objConfiguration);
@@ -295,8 +294,8 @@ void DoConfigureIp(CControlChannel& objChannel, const IP_CONFIGURATION& objConfi
     if (objConfiguration.UserName) {
         WriteUserName(objChannel, *objConfiguration.UserName);
     }
-    // Last, so that a camera never starts with a persistent address that was only half written. The link-local bit stays
-    // set in cameras that can't do without.
+    // Last, so that a camera never starts with a persistent address that was only half written. The link-local bit
+    // stays set in cameras that can't do without.
     WriteAndCheck(objChannel, bootstrap::kCurrentIPConfiguration, objConfiguration.Configuration,
                   kIpConfigurations & ~bootstrap::kIPConfigurationLinkLocal);
 }
@@ -306,7 +305,9 @@ DISCOVERY_REPLY DoAskDevice(const std::string& strAdapter, std::uint32_t nAddres
     if (!IsHostAddress(nAddress)) {
         throw CProducerError(GC_ERR_INVALID_PARAMETER, IPToString(nAddress) + " is no address of a camera");
     }
-    CControlDialogue objDialogue(objAdapter, nAddress, {.AnswerTimeout = kAskTimeout, .Repeats = kAskAttempts - 1, .LongestPending = kAskTimeout});
+    CControlDialogue objDialogue(
+        objAdapter, nAddress,
+        {.AnswerTimeout = kAskTimeout, .Repeats = kAskAttempts - 1, .LongestPending = kAskTimeout});
     gev::GvcpBuffer arrQuestion;
     gev::GvcpBuffer arrAnswer;
     const auto objQuestion =
