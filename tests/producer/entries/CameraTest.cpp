@@ -17,6 +17,7 @@
 namespace {
 
 constexpr std::uint64_t kScratch = 0x00E8;  // the user-defined name: 16 bytes that can be written
+constexpr std::uint64_t kUrls = 0x0200;     // two of 512 bytes
 constexpr std::uint64_t kHeartbeatTimeout = 0x0938;
 constexpr std::uint64_t kLongEnough = 5000;
 
@@ -197,12 +198,12 @@ TEST_F(ProducerCamera, ClosesBeneathEveryKindOfCall) {
             }));
         }
         vecCall.push_back(std::async(std::launch::async, [this, hPort] {
-            std::string strData(2000, '\0');
+            std::string strUrls(1024, '\0');
             GC_ERROR nResult = GC_ERR_SUCCESS;
             while (nResult == GC_ERR_SUCCESS) {
-                nResult = Read(hPort, 0, strData);
+                nResult = Read(hPort, kUrls, strUrls);
             }
-            return nResult == GC_ERR_ABORT ? GC_ERR_INVALID_HANDLE : nResult;
+            return nResult;
         }));
         EXPECT_EQ(Lib().DevClose(hDevice), GC_ERR_SUCCESS);
         for (std::future<GC_ERROR>& objCall : vecCall) {
