@@ -213,6 +213,24 @@ TEST_F(ProducerCamera, ClosesBeneathEveryKindOfCall) {
     }
 }
 
+TEST_F(ProducerCamera, ClosesWithAllAboveItAtOnceFromSeveralThreads) {
+    Plug("10.1.0.2/24");
+    for (int nRound = 0; nRound < 10; ++nRound) {
+        const DEV_HANDLE hDevice = Open("IP::10.1.0.2");
+        std::vector<std::future<GC_ERROR>> vecClose;
+        vecClose.push_back(std::async(std::launch::async, [&] { return Lib().DevClose(hDevice); }));
+        vecClose.push_back(std::async(std::launch::async, [&] { return Lib().IFClose(m_hInterface); }));
+        vecClose.push_back(std::async(std::launch::async, [&] { return Lib().TLClose(m_hTL); }));
+        for (std::future<GC_ERROR>& objClose : vecClose) {
+            const GC_ERROR nResult = objClose.get();
+            EXPECT_TRUE(nResult == GC_ERR_SUCCESS || nResult == GC_ERR_INVALID_HANDLE) << nResult;
+        }
+        // The parent's close has waited for its children's, so that all can be opened again at once.
+        m_hTL = OpenSystem();
+        m_hInterface = OpenInterface(m_hTL);
+    }
+}
+
 TEST_F(ProducerCamera, OfAnotherSubnetIsListedAndGetsAnAddress) {
     m_objMachine->Run("sysctl -qw net.ipv4.conf.all.rp_filter=0 net.ipv4.conf.eth0.rp_filter=0");
     Plug("172.16.9.9/24");
