@@ -41,9 +41,10 @@ using CGcObjectPointer = boost::shared_ptr<CGcObject>;
 /// Identity. Children are the same child if their GenTL ID is the same text to the letter; nothing else counts.
 ///
 /// Threads. Any thread may call anything but the opening and closing of a module whose other operations still run.
-/// Locks are taken in this order, each of them only if needed: m_csUpdate, m_csDeviceList, m_csRemoved, m_csChildren;
-/// m_csRecords is a leaf behind any of them, and nothing is called with it held. Only m_csUpdate and m_csDeviceList are
-/// held while a producer is called.
+/// Locks are taken in this order, each of them only if needed: m_csUpdate, m_csDevice, m_csDataStream, m_csDeviceList,
+/// m_csRemoved, m_csChildren; m_csRecords is a leaf behind any of them, and nothing is called with it held. Only the
+/// first four are held while a producer is called, those of device and stream also while a thread of an event is
+/// joined.
 ///
 /// The producer's library lives as long as the manager lists the module's transport layer; m_pLib dangles after that.
 class CGcObject : public CUnCopyable {

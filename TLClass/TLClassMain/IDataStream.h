@@ -24,6 +24,8 @@ class IBufferInitInfo;
 class IDataStream : public CGcObject {
 public:
     /// Opens the stream and loads its node map. Does nothing if it is open.
+    /// @throws CUnexpectedError  the device is closed
+    /// @throws CZrException      anything else that failed; the stream stays closed
     virtual void DoOpenDataStream() = 0;
     /// Stops what runs and frees the buffers. Does nothing if it is closed. Never throws.
     virtual void DoCloseDataStream() = 0;
@@ -36,6 +38,8 @@ public:
     virtual bool IsNewBufferCallbackRegistered() const = 0;
 
     /// Gives every buffer back to the producer to fill.
+    /// @throws CUnexpectedError  the stream is closed
+    /// @throws CZrException      by the result of the producer
     virtual void DoFlushAllToInput() = 0;
     /// Takes the next filled buffer.
     /// @param pInformation  gets what the producer says of it
@@ -43,8 +47,15 @@ public:
     /// @return owned by the stream
     virtual CBuffer* GetBuffer(BUFFER_MODULE_INFO* pInformation, std::uint32_t nTimeoutMs, bool bThrow) = 0;
 
-    /// Allocates and announces the buffers and starts. Does nothing while an acquisition runs.
+    /// Allocates and announces the buffers and starts. Does nothing while an acquisition runs. With a callback
+    /// registered before, a thread calls it with each frame; without one the caller takes frames with GetBuffer.
+    /// @param pInitInfo  what the frames look like; copied. Its payload size, in bytes, decides the size and number of
+    ///                   the buffers.
+    /// @throws CUnexpectedError  the stream is closed, the payload size is 0, or size or number are beyond all reason
+    /// @throws CZrException      anything else that failed; nothing runs then, and the buffers' memory stays
     virtual void DoStartDataStreamAcqusition(TLClass::IBufferInitInfo* pInitInfo) = 0;
+    // The two halves of a stop, in this order: the thread that takes frames, then the producer. Neither may be called
+    // from the callback of a frame. The memory of the buffers stays for the next start.
     virtual void StopGetNewBuffer() = 0;
     virtual void StopTLAcquisition() = 0;
 
@@ -55,11 +66,14 @@ public:
     virtual DS_HANDLE GetHandle() const = 0;
     virtual CGenTLLib* GetLib() const = 0;
 
-    /// How many buffers the next acquisition has; 0 lets the stream decide.
+    /// How many buffers the next acquisition has; 0 lets the stream decide. The producer's bounds still apply.
+    /// @throws COutOfRangeError  fewer than the producer needs
     virtual void SetAcqusitionBufferNumber(std::uint64_t nNumber) = 0;
     virtual std::uint64_t GetAcqusitionBufferNumber() const = 0;
 
-    /// In bytes.
+    /// The largest packet that the way from the camera lets through, as the producer finds it, in bytes.
+    /// @throws CInvalidCallError  an acquisition runs
+    /// @throws CZrException       by the result of the producer
     virtual std::uint32_t DoGetOptimalPacketSize() = 0;
 
 protected:
