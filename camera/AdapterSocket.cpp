@@ -1,5 +1,6 @@
 #include "camera/AdapterSocket.h"
 
+#include <algorithm>
 #include <bit>
 #include <cerrno>
 #include <cstddef>

@@ -29,7 +29,7 @@ MAY_INCLUDE = {
     "app/Recovery": {"support", "<qt-network>"},
     "gev": set(),
     "producer": {"GenTL", "gev", "support"},
-    "camera": {"gev", "support"},
+    "camera": {"gev", "support", "<zlib>", "<cli11>"},
     "ctl": {"TLClass", "support", "app/Recovery", "<boost>", "<qt-network>"},
     "examples": {"TLClass", "support", "<boost>"},
     "tests": {"*"},
@@ -47,6 +47,7 @@ LIBRARIES = {
     "<boost>": re.compile(r"boost/"),
     "<pugixml>": re.compile(r"pugixml\.hpp"),
     "<zlib>": re.compile(r"zlib\.h"),
+    "<cli11>": re.compile(r"CLI/"),
     "<qt-network>": re.compile(r"Q(ByteArray|CoreApplication|HostAddress|Network\w+|String\w*|Thread|UdpSocket)$"),
     "<qt>": re.compile(r"Q\w+$|Qt\w*/"),
 }
