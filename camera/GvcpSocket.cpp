@@ -118,19 +118,30 @@ std::optional<RECEIVED_DATAGRAM> TakeApart(std::span<const std::byte> arrPacket)
 
 }  // namespace
 
-CGvcpSocket::CGvcpSocket(int nAdapterIndex, std::uint16_t nPort) : m_nPort(nPort) {
-    m_nSend = MakeSender(nAdapterIndex, nPort);
+CGvcpSocket::CGvcpSocket(int nAdapterIndex, std::uint16_t nPort)
+    : m_nProbe(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
+    if (m_nProbe < 0) {
+        ThrowErrno(errno, "make a socket");
+    }
     try {
+        m_nSend = MakeSender(nAdapterIndex, nPort);
         m_nReceive = MakeReceiver(nAdapterIndex, nPort);
     } catch (...) {
-        close(m_nSend);
+        Close();
         throw;
     }
 }
 
 CGvcpSocket::~CGvcpSocket() {
-    close(m_nReceive);
-    close(m_nSend);
+    Close();
+}
+
+void CGvcpSocket::Close() const {
+    for (const int nSocket : {m_nReceive, m_nSend, m_nProbe}) {
+        if (nSocket >= 0) {
+            close(nSocket);
+        }
+    }
 }
 
 std::optional<RECEIVED_DATAGRAM> CGvcpSocket::Receive(std::span<std::byte> arrBuffer) {
@@ -154,7 +165,24 @@ std::optional<RECEIVED_DATAGRAM> CGvcpSocket::Receive(std::span<std::byte> arrBu
     }
 }
 
+// A socket that is tied to an adapter takes every host for one on its cable, if there is no route. So a socket that
+// isn't has to find one first; connecting it sends nothing.
+int CGvcpSocket::FindRoute(std::uint32_t nAddress) const {
+    sockaddr_in objAddress{};
+    objAddress.sin_family = AF_UNSPEC;  // forgets the last one, and the address of this side with it
+    connect(m_nProbe, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress);
+    objAddress.sin_family = AF_INET;
+    objAddress.sin_port = htons(1);  // any will do
+    objAddress.sin_addr.s_addr = htonl(nAddress);
+    return connect(m_nProbe, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress) == 0 ? 0 : errno;
+}
+
 int CGvcpSocket::Send(std::uint32_t nAddress, std::uint16_t nPort, std::span<const std::byte> arrPayload) {
+    if (nAddress != INADDR_BROADCAST) {
+        if (const int nErrno = FindRoute(nAddress); nErrno != 0) {
+            return nErrno;
+        }
+    }
     sockaddr_in objAddress{};
     objAddress.sin_family = AF_INET;
     objAddress.sin_port = htons(nPort);

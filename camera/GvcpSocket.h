@@ -36,14 +36,17 @@ public:
     /// Frames that aren't whole IPv4 UDP datagrams are passed over.
     std::optional<RECEIVED_DATAGRAM> Receive(std::span<std::byte> arrBuffer);
 
-    /// Sends by the routes that the adapter has.
+    /// Sends a broadcast as it is, and all else by the system's routes, as a camera does that knows its subnet alone.
     /// @return 0, or the errno: without a route to the destination nothing is sent
     int Send(std::uint32_t nAddress, std::uint16_t nPort, std::span<const std::byte> arrPayload);
 
 private:
+    void Close() const;
+    [[nodiscard]] int FindRoute(std::uint32_t nAddress) const;
+
     int m_nReceive = -1;
     int m_nSend = -1;
-    std::uint16_t m_nPort;
+    int m_nProbe = -1;  // asks for routes and sends nothing
 };
 
 }  // namespace camera

@@ -171,16 +171,20 @@ void CDescriptionWriter::Feature(const CFeature& objFeature) {
     }
     Selected(objFeature);
     Close(strElement);
-    NumberRegister(objFeature.m_strName + "Reg", objFeature.m_nAddress, strAccess, strCachable);
+    NumberRegister(objFeature.m_strName + "Reg", objFeature, objFeature.m_nAddress, strAccess, strCachable);
     if (objFeature.m_funMax) {
-        NumberRegister(objFeature.m_strName + "Max", objFeature.m_nMaxAddress, "RO", "NoCache");
-        NumberRegister(objFeature.m_strName + "Listed", objFeature.m_nListedAddress, "RO", "NoCache");
+        NumberRegister(objFeature.m_strName + "Max", objFeature, objFeature.m_nMaxAddress, "RO", "NoCache");
+        NumberRegister(objFeature.m_strName + "Listed", objFeature, objFeature.m_nListedAddress, "RO", "NoCache");
     }
 }
 
 void CDescriptionWriter::CommonElements(const CFeature& objFeature) {
     Element("ToolTip", Escape(objFeature.m_strToolTip));
     Element("Visibility", objFeature.m_strVisibility);
+    Availability(objFeature);
+}
+
+void CDescriptionWriter::Availability(const CFeature& objFeature) {
     if (!objFeature.m_strSelector.empty()) {
         Element("pIsAvailable", objFeature.m_strSelector + "Listed");
     }
@@ -194,10 +198,11 @@ void CDescriptionWriter::Selected(const CFeature& objFeature) {
     }
 }
 
-void CDescriptionWriter::NumberRegister(const std::string& strName, std::uint64_t nAddress, std::string_view strAccess,
-                                        std::string_view strCachable) {
+void CDescriptionWriter::NumberRegister(const std::string& strName, const CFeature& objFeature, std::uint64_t nAddress,
+                                        std::string_view strAccess, std::string_view strCachable) {
     Open("IntReg", strName, "Custom");
     Element("Visibility", "Invisible");
+    Availability(objFeature);
     RegisterElements(nAddress, kNumberRegisterLength, strAccess, strCachable);
     Element("Sign", "Signed");
     Element("Endianess", "LittleEndian");

@@ -34,8 +34,9 @@ private:
     void Feature(const CFeature& objFeature);
     void CommonElements(const CFeature& objFeature);
     void Selected(const CFeature& objFeature);
-    void NumberRegister(const std::string& strName, std::uint64_t nAddress, std::string_view strAccess,
-                        std::string_view strCachable);
+    void Availability(const CFeature& objFeature);
+    void NumberRegister(const std::string& strName, const CFeature& objFeature, std::uint64_t nAddress,
+                        std::string_view strAccess, std::string_view strCachable);
     void RegisterElements(std::uint64_t nAddress, std::size_t nLength, std::string_view strAccess,
                           std::string_view strCachable);
 
