@@ -7,7 +7,9 @@ set -u
 build=$1
 pictures=build/demo
 # A new machine's first process, with nothing switched on yet.
-[ $$ -eq 1 ] && [ -z "$(ip -o link show up)" ] || fail "this is no machine of the demo's own"
+if [ $$ -ne 1 ] || [ -n "$(ip -o link show up)" ]; then
+    fail "this is no machine of the demo's own"
+fi
 rm -rf "$pictures"
 mkdir -p "$pictures"
 
@@ -133,6 +135,7 @@ tell_story() {
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM
     start_window
     wait_for 30 "the window did not come" xdotool search --onlyvisible --name CNorvik
+    xdotool mousemove 0 0
     wait_for 10 "the window does not come to rest" tree_is_still
     picture "$pictures/1-list-before.png" $window_width
     picture "$pictures/tree-before.png" 530
