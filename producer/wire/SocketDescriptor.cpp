@@ -63,7 +63,9 @@ bool WaitReadable(std::initializer_list<int> listDescriptors, Clock::time_point 
         }
     }
     for (;;) {
-        const auto objLeft = std::max(objDeadline - Clock::now(), Clock::duration::zero());
+        const auto objNow = Clock::now();
+        // Compared before it is subtracted: from the smallest time point nothing can be.
+        const auto objLeft = objDeadline > objNow ? objDeadline - objNow : Clock::duration::zero();
         const auto objSeconds = std::chrono::duration_cast<std::chrono::seconds>(objLeft);
         const timespec objTimeout{objSeconds.count(), std::chrono::nanoseconds(objLeft - objSeconds).count()};
         const int nReady = ppoll(arrPolled.data(), nCount, &objTimeout, nullptr);

@@ -10,19 +10,14 @@
 #include <boost/pointer_cast.hpp>
 #include <gtest/gtest.h>
 
-#include "GenApi/AccessMode.h"
-#include "GenApi/NodeCast.h"
-#include "GenApi/NodeMap.h"
-#include "GenApi/NodeVector.h"
-#include "GenApi/Value.h"
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/GevInterface.h"
 #include "TLClass/TLClassMain/GevTL.h"
 #include "TLClass/TLClassMain/GevUpdateAgency.h"
 #include "TLClass/TLClassMain/TLManager.h"
-#include "TLClass/TLClassXML/XMLAnalyzer.h"
 #include "support/Environment.h"
 #include "tests/TLClass/TemporaryDirectory.h"
+#include "tests/producer/entries/NodeMapReader.h"
 #include "tests/producer/entries/ProducerTest.h"
 
 namespace {
@@ -59,23 +54,6 @@ protected:
 
     static IFeatureControl& Features(const CGcObject& objModule) { return *objModule.GetFeatureControl(); }
 
-    /// Reads every feature of a module that says it can be read. @return how many there were
-    static int ReadAll(CGenTLLib& objLib, PORT_HANDLE hPort) {
-        CXMLAnalyzer objAnalyzer(&objLib);
-        objAnalyzer.LoadXMLFromPortHandle(hPort);
-        GenApi_3_0::NodeList_t vecNode;
-        objAnalyzer.GetNodeMapRef()->_GetNodes(vecNode);
-        int nRead = 0;
-        for (GenApi_3_0::INode* pNode : vecNode) {
-            auto* pValue = dynamic_cast<GenApi_3_0::IValue*>(pNode);
-            if (pValue != nullptr && GenApi_3_0::IsReadable(pNode->GetAccessMode())) {
-                EXPECT_NO_THROW(pValue->ToString()) << pNode->GetName().c_str();
-                ++nRead;
-            }
-        }
-        return nRead;
-    }
-
     std::optional<CTemporaryDirectory> m_objDirectory;
     boost::shared_ptr<CGevTL> m_pTL;
 };
@@ -103,8 +81,8 @@ TEST_F(ProducerTree, ListsEveryAdapterWithTheSameAddressesByBothRoads) {
 }
 
 TEST_F(ProducerTree, HasNodeMapsWhoseEveryFeatureReads) {
-    EXPECT_GT(ReadAll(*m_objLib, m_pTL->GetHandle()), 20);
-    EXPECT_GT(ReadAll(*m_objLib, Interface(0)->GetHandle()), 15);
+    EXPECT_GT(ReadAllNodes(*m_objLib, m_pTL->GetHandle()), 20);
+    EXPECT_GT(ReadAllNodes(*m_objLib, Interface(0)->GetHandle()), 15);
 }
 
 TEST_F(ProducerTree, KeepsWhatIsListedReadableWhenItsAdapterGoes) {
