@@ -25,7 +25,8 @@ case "${DISPLAY:-}" in
         ;;
 esac
 
-unshare "${own[@]}" scripts/demo/machine.sh "$@" &
+# Its life hangs on this shell, even if that is killed.
+setpriv --pdeathsig KILL unshare "${own[@]}" scripts/demo/machine.sh "$@" &
 machine=$!
 trap 'kill -KILL $machine 2>/dev/null' EXIT
 trap 'exit 130' INT TERM HUP
