@@ -23,6 +23,12 @@ constexpr std::size_t kIDPlace = 6;
 void CAnswering::SetFaults(const FAULTS& objFaults, TIME tNow) {
     m_objFaults = objFaults;
     m_tNextUnwanted = tNow;
+    Mute();
+    m_bMute = false;
+}
+
+void CAnswering::Mute() {
+    m_bMute = true;
     for (HELD_BACK& objHeld : m_arrHeldBack) {
         objHeld.Length = 0;
     }
@@ -30,7 +36,7 @@ void CAnswering::SetFaults(const FAULTS& objFaults, TIME tNow) {
 
 void CAnswering::Send(const ENDPOINT& objTo, std::span<const std::byte> arrDatagram, TIME tNow,
                       std::chrono::milliseconds nDelay) {
-    if (arrDatagram.empty()) {
+    if (arrDatagram.empty() || m_bMute) {
         return;
     }
     m_objLastAsker = objTo;
@@ -89,7 +95,7 @@ void CAnswering::Advance(TIME tNow) {
             objHeld.Length = 0;
         }
     }
-    if (!m_objFaults.Flood || !m_objLastAsker) {
+    if (!m_objFaults.Flood || !m_objLastAsker || m_bMute) {
         return;
     }
     for (int i = 0; i < kMostAtOnce && m_tNextUnwanted <= tNow; ++i) {
@@ -122,7 +128,7 @@ std::optional<TIME> CAnswering::NextTime() const {
             tNext = std::min(tNext.value_or(objHeld.Due), objHeld.Due);
         }
     }
-    if (m_objFaults.Flood && m_objLastAsker) {
+    if (m_objFaults.Flood && m_objLastAsker && !m_bMute) {
         tNext = std::min(tNext.value_or(m_tNextUnwanted), m_tNextUnwanted);
     }
     return tNext;

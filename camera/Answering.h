@@ -37,13 +37,16 @@ public:
     /// @param objOutlet  must outlive this
     CAnswering(IOutlet& objOutlet, std::uint32_t nSeed) : m_objOutlet(objOutlet), m_objRandom(nSeed) {}
 
-    /// What is still held back is dropped.
+    /// What is still held back is dropped, and a silence ends.
     void SetFaults(const FAULTS& objFaults, TIME tNow);
 
     /// @param arrDatagram  an acknowledge; an empty one is nobody's answer
     /// @param nDelay       that is wanted, beside what the faults add
     void Send(const ENDPOINT& objTo, std::span<const std::byte> arrDatagram, TIME tNow,
               std::chrono::milliseconds nDelay = {});
+
+    /// Sends nothing any more, also of what is held back, until the faults are set again.
+    void Mute();
 
     /// Sends what is due.
     void Advance(TIME tNow);
@@ -68,6 +71,7 @@ private:
     IOutlet& m_objOutlet;
     std::minstd_rand m_objRandom;
     FAULTS m_objFaults;
+    bool m_bMute = false;
     std::array<HELD_BACK, 32> m_arrHeldBack{};  // an answer that finds no place is lost
     std::optional<ENDPOINT> m_objLastAsker;     // of the flood
     TIME m_tNextUnwanted{};

@@ -33,7 +33,9 @@ EGvcpStatus CControlChannel::SetPrivilege(const ENDPOINT& objFrom, std::uint32_t
     m_objHolder = objFrom;
     m_tLastBeat = tNow;
     CRegisterSpace& objRegisters = m_objDevice.Registers();
-    objRegisters.Set(boot::kControlChannelPrivilege, nPrivilege);
+    // With exclusive access the other bit doesn't count.
+    const bool bExclusive = (nPrivilege & boot::kPrivilegeExclusive) != 0;
+    objRegisters.Set(boot::kControlChannelPrivilege, bExclusive ? boot::kPrivilegeExclusive : boot::kPrivilegeControl);
     objRegisters.Set(boot::kPrimaryApplicationPort, objFrom.Port);
     objRegisters.Set(boot::kPrimaryApplicationIP, objFrom.Address);
     return EGvcpStatus::Success;

@@ -234,7 +234,7 @@ private:
         if (objFeature.Kind == EKind::Float) {
             return "FloatReg";
         }
-        return objFeature.LowHalf ? "MaskedIntReg" : "IntReg";
+        return objFeature.LowHalf || objFeature.IsBit() ? "MaskedIntReg" : "IntReg";
     }
 
     void Introduction(const FEATURE& objFeature) {
@@ -319,8 +319,10 @@ private:
             Element("pInvalidator", "UserSetLoad");
             Element("pInvalidator", "DeviceReset");
         }
-        if (strElement == "MaskedIntReg") {
-            // In a register whose first byte is the highest, bits are counted from the highest too.
+        // In a register whose first byte is the highest, bits are counted from the highest too.
+        if (objFeature.IsBit()) {
+            Element("Bit", Whole(31U - static_cast<unsigned>(objFeature.Bit)));
+        } else if (objFeature.LowHalf) {
             Element("LSB", "31");
             Element("MSB", "16");
         }

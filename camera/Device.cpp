@@ -50,6 +50,9 @@ CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress 
 void CDevice::ListPlaces() {
     const auto addressOf = [](std::string_view strName) { return strName.empty() ? 0 : FindFeature(strName).Address; };
     for (const FEATURE& objFeature : ListFeatures()) {
+        if (objFeature.IsBit()) {
+            continue;
+        }
         m_vecPlace.push_back({&objFeature, addressOf(objFeature.MaxOf), addressOf(objFeature.MaxLess)});
     }
     std::ranges::sort(m_vecPlace, {}, [](const FEATURE_PLACE& objPlace) { return objPlace.Feature->Address; });
@@ -110,6 +113,9 @@ void CDevice::SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMA
 
 void CDevice::SetDefaults() {
     for (const FEATURE& objFeature : ListFeatures()) {
+        if (objFeature.IsBit()) {
+            continue;
+        }
         if (objFeature.Kind == EKind::Float) {
             m_objRegisters.SetFloat(objFeature.Address, static_cast<float>(objFeature.Default));
         } else if (objFeature.Kind != EKind::Text && objFeature.Kind != EKind::Command && objFeature.Length == kWord) {

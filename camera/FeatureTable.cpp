@@ -48,6 +48,8 @@ constexpr std::array kTriggerSources = {ENTRY{"Software", 0}, ENTRY{"Line0", 1},
 constexpr std::array kUserSets = {ENTRY{"Default", 0}, ENTRY{"UserSet0", 1}, ENTRY{"UserSet1", 2}};
 constexpr std::array kChunks = {ENTRY{"FrameID", 0}, ENTRY{"Timestamp", 1}, ENTRY{"ExposureTime", 2}};
 constexpr std::array kEvents = {ENTRY{"ExposureEnd", 0}, ENTRY{"FrameTrigger", 1}};
+constexpr std::array kPrivileges = {ENTRY{"OpenAccess", 0}, ENTRY{"ExclusiveAccess", boot::kPrivilegeExclusive},
+                                    ENTRY{"ControlAccess", boot::kPrivilegeControl}};
 static_assert(kTriggers.size() == kTriggerCount && kUserSets.size() == kUserSetCount);
 static_assert(kChunks.size() == kChunkCount && kEvents.size() == kEventCount);
 
@@ -176,8 +178,12 @@ constexpr std::array kFeatures = {
             .Access = ReadOnly, .Visibility = Expert, .Notation = ENotation::HexNumber, .Address = boot::kVersion.Address},
     FEATURE{.Name = "GevMACAddress", .Category = "TransportLayerControl", .ToolTip = "MAC of the camera", .Access = ReadOnly,
             .Notation = ENotation::MACAddress, .Address = boot::kMACHigh.Address, .Length = 8, .Max = 0xFFFFFFFFFFFF},
-    FEATURE{.Name = "GevCurrentIPConfiguration", .Category = "TransportLayerControl", .ToolTip = "1 persistent, 4 link-local address",
-            .Visibility = Guru, .Address = boot::kCurrentIPConfiguration.Address, .Max = 7},
+    FEATURE{.Name = "GevCurrentIPConfigurationLLA", .Category = "TransportLayerControl", .ToolTip = "Whether a link-local address is tried",
+            .Kind = EKind::Boolean, .Access = ReadOnly, .Visibility = Guru, .Address = boot::kCurrentIPConfiguration.Address, .Bit = 2},
+    FEATURE{.Name = "GevCurrentIPConfigurationDHCP", .Category = "TransportLayerControl", .ToolTip = "Whether DHCP is tried, which this camera doesn't know",
+            .Kind = EKind::Boolean, .Access = ReadOnly, .Visibility = Guru, .Address = boot::kCurrentIPConfiguration.Address, .Bit = 1},
+    FEATURE{.Name = "GevCurrentIPConfigurationPersistentIP", .Category = "TransportLayerControl", .ToolTip = "Whether the persistent address is tried",
+            .Kind = EKind::Boolean, .Visibility = Guru, .Address = boot::kCurrentIPConfiguration.Address, .Bit = 0},
     FEATURE{.Name = "GevCurrentIPAddress", .Category = "TransportLayerControl", .ToolTip = "Address now", .Access = ReadOnly,
             .Notation = ENotation::IPv4Address, .Address = boot::kCurrentIP.Address, .Volatile = true},
     FEATURE{.Name = "GevCurrentSubnetMask", .Category = "TransportLayerControl", .ToolTip = "Subnet mask now", .Access = ReadOnly,
@@ -208,8 +214,12 @@ constexpr std::array kFeatures = {
     FEATURE{.Name = "GevTimestampValue", .Category = "TransportLayerControl", .ToolTip = "Time that was latched, in ticks",
             .Access = ReadOnly, .Visibility = Expert, .Address = boot::kTimestampValueHigh.Address, .Length = 8,
             .Max = 9223372036854774784.0, .Volatile = true},
-    FEATURE{.Name = "GevCCP", .Category = "TransportLayerControl", .ToolTip = "Who controls the camera: 0 nobody, 1 exclusive, 2 control",
-            .Visibility = Guru, .Address = boot::kControlChannelPrivilege.Address, .Max = 3, .Volatile = true},
+    FEATURE{.Name = "GevCCP", .Category = "TransportLayerControl", .ToolTip = "What the controlling application has", .Kind = EKind::Enumeration,
+            .Visibility = Guru, .Address = boot::kControlChannelPrivilege.Address, .Entries = kPrivileges, .Volatile = true},
+    FEATURE{.Name = "GevGVCPHeartbeatDisable", .Category = "TransportLayerControl", .ToolTip = "A silent application keeps control",
+            .Kind = EKind::Boolean, .Visibility = Guru, .Address = boot::kGvcpConfiguration.Address, .Bit = 0},
+    FEATURE{.Name = "GevGVCPPendingAck", .Category = "TransportLayerControl", .ToolTip = "Slow commands are acknowledged as pending",
+            .Kind = EKind::Boolean, .Visibility = Guru, .Address = boot::kGvcpConfiguration.Address, .Bit = 1},
     FEATURE{.Name = "GevSCPHostPort", .Category = "TransportLayerControl", .ToolTip = "Port that images go to, 0 for none",
             .Visibility = Guru, .Address = boot::kStreamChannelPort.Address, .Max = 65535, .Volatile = true, .LowHalf = true},
     FEATURE{.Name = "GevSCPSPacketSize", .Category = "TransportLayerControl", .ToolTip = "Size of a packet with its headers",

@@ -44,8 +44,12 @@ struct FEATURE {
     bool Saved = false;     ///< part of the user sets and of feature files
     bool Volatile = false;  ///< changes by itself
     bool Slow = false;      ///< writing takes its time
-    bool LowHalf = false;   ///< only the lower 16 bits of the register; the others are flags
+    /// A Boolean that shows a bit, from 0 for the lowest, of a register of several; the register's limits and defaults
+    /// are no matter of the feature then.
+    std::int8_t Bit = -1;
+    bool LowHalf = false;  ///< only the lower 16 bits of the register; the others are flags
 
+    constexpr bool IsBit() const { return Bit >= 0; }
     constexpr std::uint32_t GetEnd() const { return Address + Length * SelectorCount; }
 };
 

@@ -72,6 +72,7 @@ private:
         gev::GvcpBuffer Answer;
     };
 
+    [[nodiscard]] bool HasVanished(TIME tNow) const;
     [[nodiscard]] bool IsHeard(gev::EGvcpCommand nCommand, std::uint32_t nDestination, TIME tNow);
     gev::EGvcpStatus Dispatch(const REQUEST& objRequest);
     gev::EGvcpStatus Discover(const REQUEST& objRequest);

@@ -1,8 +1,10 @@
 #include "producer/modules/DeviceEntry.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
+#include "gev/Address.h"
 #include "producer/ProducerError.h"
 #include "producer/modules/AddressText.h"
 
@@ -68,9 +70,20 @@ CInfoValue GetDeviceEntryInfo(const DEVICE_ENTRY& objEntry, DEVICE_ACCESS_STATUS
 }
 
 const DEVICE_ENTRY* FindDevice(const DEVICE_LIST& vecDevice, std::string_view strId) {
-    const auto itEntry = std::find_if(vecDevice.begin(), vecDevice.end(),
-                                      [&](const DEVICE_ENTRY& objEntry) { return objEntry.Id == strId; });
-    return itEntry != vecDevice.end() ? &*itEntry : nullptr;
+    constexpr std::size_t kMacLength = 17;
+    if (strId.size() < kMacLength + 2) {
+        return nullptr;
+    }
+    // A list may hold thousands, each asked for by its ID again and again; it is in the order of the MACs.
+    const std::optional<gev::CMACAddress> objMac =
+        gev::ParseMAC(strId.substr(strId.size() - kMacLength - 1, kMacLength));
+    if (!objMac) {
+        return nullptr;
+    }
+    const auto itEntry =
+        std::lower_bound(vecDevice.begin(), vecDevice.end(), objMac->GetValue(),
+                         [](const DEVICE_ENTRY& objEntry, std::uint64_t nMac) { return objEntry.Device.Mac < nMac; });
+    return itEntry != vecDevice.end() && itEntry->Id == strId ? &*itEntry : nullptr;
 }
 
 }  // namespace producer

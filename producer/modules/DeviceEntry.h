@@ -26,7 +26,7 @@ DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bOpenHere);
 CInfoValue GetDeviceEntryInfo(const DEVICE_ENTRY& objEntry, DEVICE_ACCESS_STATUS nAccessStatus,
                               DEVICE_INFO_CMD nCommand);
 
-/// The list at one moment; never changed once it is made, and so shared without a lock.
+/// The list at one moment, in the order of the MACs; never changed once it is made, and so shared without a lock.
 using DEVICE_LIST = std::vector<DEVICE_ENTRY>;
 
 /// @return the entry with the ID, compared exactly; or null.

@@ -124,10 +124,20 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
     const CONTROL_ACCESS eAccess = ControlAccessOf(nAccess);
     const DEVICE_ENTRY objEntry = Resolve(strId);
     const std::string strMac = MacText(objEntry.Device.Mac);
-    return m_objDevices.Open(strMac, [&] {
-        return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess,
-                                               [this, strMac] { m_objDevices.Forget(strMac); });
-    });
+    try {
+        return m_objDevices.Open(strMac, [&] {
+            return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess,
+                                                   [this, strMac] { m_objDevices.Forget(strMac); });
+        });
+    } catch (const CProducerError& objError) {
+        if (!objEntry.Device.IsOutsideSubnet) {
+            throw;
+        }
+        // Tried all the same, since a route may lead there; when none does, this is why.
+        throw CProducerError(objError.GetCode(), std::string(objError.what()) + ". Its address " +
+                                                     AddressText(objEntry.Device.Address) + " is in no subnet of " +
+                                                     m_strAdapter + ": give it another one first, as by IFForceIp");
+    }
 }
 
 void CInterfaceModule::ForceIp(const std::string& strId, const IP_SETTINGS& objSettings) {

@@ -66,7 +66,7 @@ CUdpSocket::CUdpSocket(const ADAPTER& objAdapter)
     if (nBound != 0 && errno != EPERM) {
         ThrowSocketError(errno, "bind to " + m_strAdapter);
     }
-    // A socket that is bound to the device refuses the option that stands in for it.
+    // The kernel takes no way out for a socket that is bound to an adapter.
     if ((nBound != 0 && SetOption(nSocket, IPPROTO_IP, IP_UNICAST_IF, htonl(objAdapter.Index)) != 0) ||
         SetOption(nSocket, IPPROTO_IP, IP_PKTINFO, 1) != 0 || SetOption(nSocket, SOL_SOCKET, SO_BROADCAST, 1) != 0) {
         ThrowSocketError(errno, "set up a UDP socket for " + m_strAdapter);

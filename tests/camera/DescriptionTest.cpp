@@ -107,13 +107,47 @@ TEST_F(Description, EveryFeatureIsReadAndWrittenBackAsItsRegisterAllows) {
     EXPECT_EQ(Text("DeviceModelName"), "Virtual GigE");
     EXPECT_EQ(Text("DeviceSerialNumber"), "020000123456");
     EXPECT_EQ(As<IInteger>("GevCurrentIPAddress").GetValue(), Engine.kAddress);
+    EXPECT_EQ(Text("GevCCP"), "ControlAccess");
+    EXPECT_EQ(Text("GevCurrentIPConfigurationLLA"), "1");
+    As<IValue>("GevCurrentIPConfigurationPersistentIP").FromString("1");
+    EXPECT_EQ(Engine.Value(0x0014), 5u);
     EXPECT_EQ(As<IInteger>("GevTimestampTickFrequency").GetValue(), 1'000'000'000);
+}
+
+TEST_F(Description, AHostileOneIsHostileInTheWayThatWasAskedFor) {
+    const auto unpack = [&] {
+        const XML_LOCAL_INFO objUrl = Url();
+        std::string strText(static_cast<std::size_t>(objUrl.Length), '\0');
+        Port.Read(strText.data(), static_cast<std::int64_t>(objUrl.Address), static_cast<std::int64_t>(objUrl.Length));
+        std::string strContent;
+        return InflateZipEntry(strText, strContent) ? strContent : "";
+    };
+    const auto set = [&](const char* pKind) {
+        camera::FAULTS objFaults;
+        camera::SetFault(objFaults, std::string("hostile-description=") + pKind);
+        Engine.Engine.SetFaults(objFaults, Engine.Now);
+    };
+    set("length");
+    EXPECT_EQ(Url().Length, 0xFFFFFFFCu);
+    set("url");
+    EXPECT_ANY_THROW(Url());
+    set("unreadable");
+    EXPECT_ANY_THROW(unpack());
+    for (const char* pKind : {"zip", "bomb"}) {
+        set(pKind);
+        EXPECT_EQ(unpack(), "") << pKind;
+    }
+    set("xml");
+    CNodeMapRef objBroken;
+    EXPECT_ANY_THROW(objBroken._LoadXMLFromString(gcstring(unpack().c_str())));
+    Engine.Engine.SetFaults({}, Engine.Now);
+    EXPECT_TRUE(unpack().ends_with("</RegisterDescription>\n"));
 }
 
 TEST_F(Description, NoTwoRegistersLieInTheSamePlace) {
     std::map<std::uint32_t, std::string_view> mapTaken;
     for (const camera::FEATURE& objFeature : camera::ListFeatures()) {
-        for (std::uint32_t i = objFeature.Address; i < objFeature.GetEnd(); i += 4) {
+        for (std::uint32_t i = objFeature.Address; i < objFeature.GetEnd() && !objFeature.IsBit(); i += 4) {
             EXPECT_TRUE(mapTaken.emplace(i, objFeature.Name).second) << mapTaken[i] << " and " << objFeature.Name;
         }
     }

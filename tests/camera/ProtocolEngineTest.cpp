@@ -274,6 +274,14 @@ TEST_F(Engine, AFloodIsAThousandASecond) {
         On.Pass(1ms);
     }
     EXPECT_NEAR(static_cast<double>(On.Answers.size()), 1000, 2);
+
+    objFaults.VanishAfterTime = 10ms;
+    On.Engine.SetFaults(objFaults, On.Now);
+    On.Pass(10ms);
+    On.Answers.clear();
+    On.Pass(1s);
+    EXPECT_TRUE(On.Answers.empty()) << "a camera that has vanished floods nobody";
+    EXPECT_FALSE(On.Engine.NextTime()) << "and has nothing to wake for";
 }
 
 TEST(IPSetting, TakesWhatAHostMayHave) {

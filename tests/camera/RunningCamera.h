@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -14,7 +15,13 @@ public:
     /// @throws what CVirtualCamera's constructor throws
     CRunningCamera(const CNetworkNamespace& objNamespace, camera::CAMERA_CONFIGURATION objConfiguration) {
         objNamespace.Do([&] { m_pCamera = std::make_unique<camera::CVirtualCamera>(std::move(objConfiguration)); });
-        m_objThread = std::thread([this] { m_pCamera->Run(); });
+        m_objThread = std::thread([this] {
+            try {
+                m_pCamera->Run();
+            } catch (const std::system_error&) {
+                // The adapter has gone while the camera changed its address: it is as if it had been unplugged.
+            }
+        });
     }
     ~CRunningCamera() {
         m_pCamera->Stop();

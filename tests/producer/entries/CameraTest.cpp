@@ -154,9 +154,8 @@ TEST_F(ProducerCamera, ReadsAndWritesAnyPieceOfItsMemory) {
     EXPECT_EQ(strData, "12#####89ab");
     std::array<char, 3> arrFirst{};
     std::array<char, 3> arrSecond{};
-    std::array<PORT_REGISTER_STACK_ENTRY, 3> arrEntry{{{kScratch, arrFirst.data(), 3},
-                                                       {kScratch + 13, arrSecond.data(), 3},
-                                                       {0xFFFFFFFF, arrFirst.data(), 3}}};
+    std::array<PORT_REGISTER_STACK_ENTRY, 3> arrEntry{
+        {{kScratch, arrFirst.data(), 3}, {kScratch + 13, arrSecond.data(), 3}, {0xFFFFFFFF, arrFirst.data(), 3}}};
     size_t nCount = 2;
     EXPECT_EQ(Lib().GCReadPortStacked(hPort, arrEntry.data(), &nCount), GC_ERR_SUCCESS);
     EXPECT_EQ(std::string(arrFirst.data(), 3) + std::string(arrSecond.data(), 3), "012def");
@@ -239,9 +238,10 @@ TEST_F(ProducerCamera, OfAnotherSubnetIsListedAndGetsAnAddress) {
 }
 
 TEST_F(ProducerCamera, MayBeHostileInEveryWayWithoutHarm) {
-    for (const char* pszFault : {"names-without-end", "garbage", "wrong-length", "doubled", "foreign-id", "flood",
-                                 "denied", "hostile-description=length", "hostile-description=bomb", "hostile-description=zip",
-                                 "hostile-description=xml", "hostile-description=url", "hostile-description=unreadable"}) {
+    for (const char* pszFault :
+         {"names-without-end", "garbage", "wrong-length", "doubled", "foreign-id", "flood", "denied",
+          "hostile-description=length", "hostile-description=bomb", "hostile-description=zip",
+          "hostile-description=xml", "hostile-description=url", "hostile-description=unreadable"}) {
         SCOPED_TRACE(pszFault);
         camera::FAULTS objFaults;
         camera::SetFault(objFaults, pszFault);

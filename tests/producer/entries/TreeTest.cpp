@@ -5,22 +5,30 @@
 #include <future>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <boost/pointer_cast.hpp>
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassFeature/IFeatureControl.h"
+#include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/GevInterface.h"
 #include "TLClass/TLClassMain/GevTL.h"
 #include "TLClass/TLClassMain/GevUpdateAgency.h"
 #include "TLClass/TLClassMain/TLManager.h"
 #include "support/Environment.h"
 #include "tests/TLClass/TemporaryDirectory.h"
+#include "tests/camera/RunningCamera.h"
 #include "tests/producer/entries/NodeMapReader.h"
 #include "tests/producer/entries/ProducerTest.h"
 
 namespace {
+
+struct BROADCAST_MODE {
+    void (CGevUpdateAgency::*pUpdate)(std::uint64_t, std::uint64_t, bool*);
+    const char* pszName;
+};
 
 class ProducerTree : public ProducerTest {
 protected:
@@ -113,13 +121,36 @@ TEST_F(ProducerTree, StopsAnUpdateFromAnotherThreadByItsFeature) {
     EXPECT_LT(std::chrono::steady_clock::now() - tStart, std::chrono::milliseconds(800)) << "a whole one takes 1 s";
 }
 
-TEST_F(ProducerTree, UpdatesAllAdaptersInEitherMode) {
+TEST_F(ProducerTree, ListsACameraWithItsRecordsInEitherMode) {
+    camera::CAMERA_CONFIGURATION objConfiguration;
+    objConfiguration.Interface = "far0";
+    objConfiguration.IP = camera::ParseIPSetting("10.1.0.2/24");
+    objConfiguration.Serial = "S-17";
+    objConfiguration.UserName = "left";
+    std::optional<CRunningCamera> objCamera(std::in_place, *m_objFar, objConfiguration);
     CGevUpdateAgency objAgency({m_pTL});
     bool bChanged = false;
-    EXPECT_NO_THROW(objAgency.DoLimitedBroadcastUpdate(100, 1, &bChanged));
-    EXPECT_EQ(Features(*Interface(0)).DoGetEnum("DeviceUpdateListMode"), 0);
-    EXPECT_NO_THROW(objAgency.DoDirectedSubnetBroadcastUpdate(100, 1, &bChanged));
-    EXPECT_EQ(Features(*Interface(0)).DoGetEnum("DeviceUpdateListMode"), 1);
+    for (const BROADCAST_MODE& objMode :
+         {BROADCAST_MODE{&CGevUpdateAgency::DoLimitedBroadcastUpdate, "LimitedBroadcast"},
+          BROADCAST_MODE{&CGevUpdateAgency::DoDirectedSubnetBroadcastUpdate, "DirectedSubnetBroadcast"}}) {
+        SCOPED_TRACE(objMode.pszName);
+        (objAgency.*objMode.pUpdate)(200, 1, &bChanged);
+        IFeatureControl& objFeatures = Features(*Interface(0));
+        EXPECT_EQ(objFeatures.DoGetEnum("DeviceUpdateListMode"),
+                  objFeatures.DoGetEnumEntryValue("DeviceUpdateListMode", objMode.pszName));
+        ASSERT_EQ(Interface(0)->GetDeviceList().size(), 1u);
+        const auto pDevice = boost::dynamic_pointer_cast<CGevDevice>(Interface(0)->GetDeviceList()[0]);
+        ASSERT_TRUE(pDevice);
+        EXPECT_EQ(pDevice->GetGevDevInfo().IPAddress, 0x0A010002);
+        EXPECT_EQ(pDevice->GetGevDevInfo().SubnetMask, 0xFFFFFF00);
+        EXPECT_EQ(static_cast<std::uint64_t>(pDevice->GetGevDevInfo().MACAddress),
+                  objCamera->Get().GetMAC().GetValue());
+        EXPECT_EQ(pDevice->GetCommonInformation().SerialNumber, "S-17");
+        EXPECT_EQ(pDevice->GetCommonInformation().UserID, "left");
+    }
+    objCamera.reset();
+    objAgency.DoLimitedBroadcastUpdate(200, 1, &bChanged);
+    EXPECT_TRUE(Interface(0)->GetDeviceList().empty());
 }
 
 }  // namespace
