@@ -5,7 +5,7 @@ set -u
 . scripts/setup.sh
 
 build=$1
-pictures=build/demo
+pictures=${2:-build/demo}
 # A new machine's first process, with nothing switched on yet.
 if [ $$ -ne 1 ] || [ -n "$(ip -o link show up)" ]; then
     fail "this is no machine of the demo's own"
@@ -86,7 +86,8 @@ build_network() {
 }
 
 start_window() {
-    export GENICAM_GENTL64_PATH="$PWD/$build/cti"
+    GENICAM_GENTL64_PATH=$(realpath "$build/cti")
+    export GENICAM_GENTL64_PATH
     "$build/bin/norvik" >"$pictures/norvik.log" 2>&1 &
     norvik=$!
 }
