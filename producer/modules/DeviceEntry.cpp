@@ -12,20 +12,21 @@ namespace producer {
 
 namespace {
 
-/// What a user must know before trying to open it, the gravest first; empty when there is nothing.
+/// What a user must know before trying to open it, the gravest first; empty when there is nothing. A window's list cuts
+/// off what is long.
 std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bOpenHere) {
     if (objDevice.IsOutsideSubnet) {
-        return " outside the adapter's subnet";
+        return " wrong subnet";
     }
     if (objDevice.SharesAddress) {
-        return " shares its address with another camera";
+        return " shared address";
     }
     if (objDevice.SharesMac) {
-        return " shares its MAC with another camera";
+        return " shared MAC";
     }
     if (!bOpenHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
                        objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
-        return " controlled by another application";
+        return " in use elsewhere";
     }
     return {};
 }
