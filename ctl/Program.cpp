@@ -1,0 +1,140 @@
+#include "ctl/Program.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+
+#include "ctl/DoctorCommand.h"
+#include "ctl/ErrorText.h"
+#include "ctl/ListCommand.h"
+#include "ctl/RecoverCommand.h"
+#include "support/Log.h"
+
+namespace {
+
+constexpr const char* kDescription =
+    "Finds GigE Vision cameras, rescues those with a wrong address, reads and writes their\n"
+    "features, and grabs frames.";
+
+constexpr const char* kFooter =
+    "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP address, or a part of its model\n"
+    "that no other camera has.\n"
+    "\n"
+    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no producer; 4 no such camera, or\n"
+    "several; 5 no access; 6 done in part: frames lost, a setting refused, a camera that didn't come up;\n"
+    "7 doctor found a problem.\n"
+    "\n"
+    "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
+    "with another producer to use; without it, the bundled one is used.";
+
+// More than a day is a slip.
+constexpr int kMostSearchMs = 86'400'000;
+
+using COMMAND = std::function<EXIT_CODE(const COMMAND_OUTPUT&)>;
+
+/// The command line's grammar, and what it filled.
+class CGrammar {
+public:
+    CGrammar() : m_objApp(kDescription, "norvikctl") {
+        m_objApp.require_subcommand(1);
+        m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
+        AddList();
+        AddRecover();
+        AddDoctor();
+        m_objApp.footer(kFooter);  // last: what is added after it would have it too
+    }
+    CGrammar(const CGrammar&) = delete;
+    CGrammar& operator=(const CGrammar&) = delete;
+
+    /// Parses, then runs the command that was named.
+    EXIT_CODE Run(std::vector<std::string> vecArgument, const COMMAND_OUTPUT& objOutput) {
+        std::reverse(vecArgument.begin(), vecArgument.end());  // as the parser wants them
+        try {
+            m_objApp.parse(std::move(vecArgument));
+        } catch (const CLI::ParseError& objError) {
+            const bool bHelp = m_objApp.exit(objError, objOutput.objOut, objOutput.objErr) == 0;
+            return bHelp ? EXIT_CODE::Success : EXIT_CODE::Usage;
+        }
+        constexpr int kLogDropped = 0;
+        constexpr int kLogToStandardError = 1;
+        CLog::GetInstance()->SetMode(m_bVerbose ? kLogToStandardError : kLogDropped);
+        return m_fnCommand(objOutput);
+    }
+
+private:
+    template <class TOptions>
+    void Chooses(CLI::App* pApp, const TOptions& objOptions,
+                 EXIT_CODE (*fnRun)(const TOptions&, const COMMAND_OUTPUT&)) {
+        pApp->callback([this, &objOptions, fnRun] {
+            m_fnCommand = [&objOptions, fnRun](const COMMAND_OUTPUT& objOutput) {
+                return fnRun(objOptions, objOutput);
+            };
+        });
+    }
+
+    static void AddMilliseconds(CLI::App* pApp, const char* pName, std::chrono::milliseconds& nTime,
+                                const char* pHelp) {
+        pApp->add_option_function<int>(
+                pName, [&nTime](const int& nMs) { nTime = std::chrono::milliseconds(nMs); }, pHelp)
+            ->check(CLI::Range(0, kMostSearchMs).description(""))
+            ->type_name("MS")
+            ->default_str(std::to_string(nTime.count()));
+    }
+
+    void AddList() {
+        CLI::App* const pApp = m_objApp.add_subcommand("list", "List the cameras on all adapters");
+        pApp->add_flag("--json", m_objList.bJson, "Write JSON: the lists \"adapters\" and \"cameras\"");
+        AddMilliseconds(pApp, "--search", m_objList.nSearchTime, "How long to look for cameras");
+        Chooses(pApp, m_objList, RunList);
+    }
+
+    void AddRecover() {
+        CLI::App* const pApp = m_objApp.add_subcommand(
+            "recover",
+            "Give the camera with this MAC an address, though nothing else reaches it, and see where it comes\n"
+            "up. It is broadcast on every adapter; the camera's mask becomes 255.255.255.0");
+        pApp->add_option("mac", m_objRecover.strMAC, "As on the camera's label, such as 02-5E-17-00-AD-EA")
+            ->required()
+            ->type_name("MAC");
+        pApp->add_option("address", m_objRecover.strAddress, "That it is to get, such as 192.168.1.20")
+            ->required()
+            ->type_name("ADDRESS");
+        pApp->add_flag("--dry-run", m_objRecover.bDryRun, "Show the packets and send nothing");
+        AddMilliseconds(pApp, "--wait", m_objRecover.nWait,
+                        "How long to look for the camera afterwards; 0 for not at all");
+        Chooses(pApp, m_objRecover, RunRecover);
+    }
+
+    void AddDoctor() {
+        CLI::App* const pApp = m_objApp.add_subcommand(
+            "doctor", "Look at this machine for what keeps cameras from being seen; change nothing");
+        pApp->add_flag("--json", m_objDoctor.bJson, "Write JSON: a list of findings");
+        Chooses(pApp, m_objDoctor, RunDoctor);
+    }
+
+    CLI::App m_objApp;
+    bool m_bVerbose = false;
+    LIST_OPTIONS m_objList;
+    RECOVER_OPTIONS m_objRecover;
+    DOCTOR_OPTIONS m_objDoctor;
+    COMMAND m_fnCommand;
+};
+
+}  // namespace
+
+EXIT_CODE RunProgram(const std::vector<std::string>& vecArgument, const COMMAND_OUTPUT& objOutput) {
+    try {
+        CGrammar objGrammar;
+        EXIT_CODE eExitCode = objGrammar.Run(vecArgument, objOutput);
+        if (!objOutput.objOut.flush()) {
+            throw CCommandError(EXIT_CODE::Failure, "standard output can't be written");
+        }
+        return eExitCode;
+    } catch (const std::exception& objException) {
+        objOutput.objErr << "norvikctl: " << ErrorText(objException) << '\n';
+        return ExitCodeOf(objException);
+    }
+}
