@@ -9,6 +9,7 @@
 
 #include "ctl/DoctorCommand.h"
 #include "ctl/ErrorText.h"
+#include "ctl/FeaturesCommand.h"
 #include "ctl/ListCommand.h"
 #include "ctl/RecoverCommand.h"
 #include "support/Log.h"
@@ -16,19 +17,28 @@
 namespace {
 
 constexpr const char* kDescription =
-    "Finds GigE Vision cameras, rescues those with a wrong address, reads and writes their\n"
+    "Finds GigE Vision cameras, rescues those with a wrong address, reads and "
+    "writes their\n"
     "features, and grabs frames.";
 
 constexpr const char* kFooter =
-    "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP address, or a part of its model\n"
+    "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP "
+    "address, or a part of its model\n"
     "that no other camera has.\n"
     "\n"
-    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no producer; 4 no such camera, or\n"
-    "several; 5 no access; 6 done in part: frames lost, a setting refused, a camera that didn't come up;\n"
+    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no "
+    "producer; 4 no such camera, or\n"
+    "several; 5 no access; 6 done in part: frames lost, a setting refused, a "
+    "camera that didn't come up;\n"
     "7 doctor found a problem.\n"
     "\n"
-    "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
+    "Results go to standard output, everything else to standard error. "
+    "GENICAM_GENTL64_PATH names folders\n"
     "with another producer to use; without it, the bundled one is used.";
+
+constexpr const char* kCameraHelp =
+    "The camera: its ID, MAC, serial number, "
+    "name, IP address, or a part of its model";
 
 // More than a day is a slip.
 constexpr int kMostSearchMs = 86'400'000;
@@ -39,19 +49,21 @@ using COMMAND = std::function<EXIT_CODE(const COMMAND_OUTPUT&)>;
 class CGrammar {
 public:
     CGrammar() : m_objApp(kDescription, "norvikctl") {
+        m_objApp.footer(kFooter);
         m_objApp.require_subcommand(1);
         m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
         AddList();
         AddRecover();
+        AddFeatures();
         AddDoctor();
-        m_objApp.footer(kFooter);  // last: what is added after it would have it too
     }
     CGrammar(const CGrammar&) = delete;
     CGrammar& operator=(const CGrammar&) = delete;
 
     /// Parses, then runs the command that was named.
     EXIT_CODE Run(std::vector<std::string> vecArgument, const COMMAND_OUTPUT& objOutput) {
-        std::reverse(vecArgument.begin(), vecArgument.end());  // as the parser wants them
+        std::reverse(vecArgument.begin(),
+                     vecArgument.end());  // as the parser wants them
         try {
             m_objApp.parse(std::move(vecArgument));
         } catch (const CLI::ParseError& objError) {
@@ -84,6 +96,13 @@ private:
             ->default_str(std::to_string(nTime.count()));
     }
 
+    static void AddCamera(CLI::App* pApp, CAMERA_OPTIONS& objOptions) {
+        pApp->add_option("camera", objOptions.strCamera, kCameraHelp)->required()->type_name("CAMERA");
+        pApp->add_option("--adapter", objOptions.strAdapter, "Only a camera on this adapter, named as list shows it")
+            ->type_name("NAME");
+        AddMilliseconds(pApp, "--search", objOptions.nSearchTime, "How long to look for cameras");
+    }
+
     void AddList() {
         CLI::App* const pApp = m_objApp.add_subcommand("list", "List the cameras on all adapters");
         pApp->add_flag("--json", m_objList.bJson, "Write JSON: the lists \"adapters\" and \"cameras\"");
@@ -92,10 +111,11 @@ private:
     }
 
     void AddRecover() {
-        CLI::App* const pApp = m_objApp.add_subcommand(
-            "recover",
-            "Give the camera with this MAC an address, though nothing else reaches it, and see where it comes\n"
-            "up. It is broadcast on every adapter; the camera's mask becomes 255.255.255.0");
+        CLI::App* const pApp = m_objApp.add_subcommand("recover",
+                                                       "Give the camera with this MAC an address, though nothing "
+                                                       "else reaches it, and see where it comes\n"
+                                                       "up. It is broadcast on every adapter; the camera's mask "
+                                                       "becomes 255.255.255.0");
         pApp->add_option("mac", m_objRecover.strMAC, "As on the camera's label, such as 02-5E-17-00-AD-EA")
             ->required()
             ->type_name("MAC");
@@ -108,9 +128,42 @@ private:
         Chooses(pApp, m_objRecover, RunRecover);
     }
 
+    void AddFeatures() {
+        CLI::App* const pApp = m_objApp.add_subcommand("features", "Show, get, set, save and load a camera's features");
+        FEATURES_OPTIONS& objOptions = m_objFeatures;
+        AddCamera(pApp, objOptions.objCamera);
+        pApp->add_flag("--all", objOptions.bAll, "Show those for gurus as well");
+        pApp->add_flag("--json", objOptions.bJson, "Write JSON: categories as objects of their features");
+        pApp->footer("Without a subcommand it shows all features by category.");
+        Chooses(pApp, objOptions, RunFeatures);
+
+        CLI::App* const pGet = pApp->add_subcommand("get", "Print the value of one feature");
+        pGet->add_option("name", objOptions.strName, "Of the feature")->required()->type_name("NAME");
+        CLI::App* const pSet = pApp->add_subcommand("set", "Set a feature and print what it is then");
+        pSet->add_option("name", objOptions.strName, "Of the feature")->required()->type_name("NAME");
+        pSet->add_option("value", objOptions.strValue, "That it gets; any for a command, which is executed")
+            ->required()
+            ->type_name("VALUE");
+        CLI::App* const pSave = pApp->add_subcommand("save", "Save the settings to a feature file");
+        pSave->add_option("file", objOptions.strFile, "To write, in place of one of that name")
+            ->required()
+            ->type_name("FILE");
+        CLI::App* const pLoad = pApp->add_subcommand("load", "Apply the settings in a feature file");
+        pLoad->add_option("file", objOptions.strFile, "That save has written, for a camera of the same model")
+            ->required()
+            ->type_name("FILE");
+        pApp->require_subcommand(0, 1);
+        // The callback of the last subcommand comes last, so that it decides.
+        Chooses(pGet, objOptions, RunFeatureGet);
+        Chooses(pSet, objOptions, RunFeatureSet);
+        Chooses(pSave, objOptions, RunFeatureSave);
+        Chooses(pLoad, objOptions, RunFeatureLoad);
+    }
+
     void AddDoctor() {
-        CLI::App* const pApp = m_objApp.add_subcommand(
-            "doctor", "Look at this machine for what keeps cameras from being seen; change nothing");
+        CLI::App* const pApp = m_objApp.add_subcommand("doctor",
+                                                       "Look at this machine for what keeps cameras from being "
+                                                       "seen; change nothing");
         pApp->add_flag("--json", m_objDoctor.bJson, "Write JSON: a list of findings");
         Chooses(pApp, m_objDoctor, RunDoctor);
     }
@@ -119,6 +172,7 @@ private:
     bool m_bVerbose = false;
     LIST_OPTIONS m_objList;
     RECOVER_OPTIONS m_objRecover;
+    FEATURES_OPTIONS m_objFeatures;
     DOCTOR_OPTIONS m_objDoctor;
     COMMAND m_fnCommand;
 };
