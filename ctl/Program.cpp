@@ -10,6 +10,7 @@
 #include "ctl/DoctorCommand.h"
 #include "ctl/ErrorText.h"
 #include "ctl/FeaturesCommand.h"
+#include "ctl/GrabCommand.h"
 #include "ctl/ListCommand.h"
 #include "ctl/RecoverCommand.h"
 #include "support/Log.h"
@@ -55,6 +56,7 @@ public:
         AddList();
         AddRecover();
         AddFeatures();
+        AddGrab();
         AddDoctor();
     }
     CGrammar(const CGrammar&) = delete;
@@ -160,6 +162,30 @@ private:
         Chooses(pLoad, objOptions, RunFeatureLoad);
     }
 
+    void AddGrab() {
+        CLI::App* const pApp = m_objApp.add_subcommand("grab", "Grab frames to files, with the camera's settings");
+        GRAB_OPTIONS& objOptions = m_objGrab;
+        AddCamera(pApp, objOptions.objCamera);
+        pApp->add_option("-n,--frames", objOptions.nFrames, "How many complete frames")
+            ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}))
+            ->type_name("N")
+            ->capture_default_str();
+        pApp->add_option("-o,--output", objOptions.strFolder, "The folder for the files; made if it isn't there")
+            ->type_name("DIR")
+            ->capture_default_str();
+        pApp->add_flag(
+            "--raw", [this](std::int64_t) { m_objGrab.eFile = FRAME_FILE::Raw; },
+            "Write the bytes as they came instead of PNG files");
+        AddMilliseconds(pApp, "--timeout", objOptions.nTimeout, "The longest wait for a complete frame");
+        pApp->add_flag("--json", objOptions.bJson, "Write the result as JSON");
+        pApp->footer(
+            "PNG takes Mono8 to Mono16, packed ones too, Bayer and RGB8. "
+            "Samples of 10 to 14 bits are shifted up to 16.\n"
+            "A Bayer mosaic is made colours of by averaging neighbours; "
+            "--raw keeps the mosaic.");
+        Chooses(pApp, objOptions, RunGrab);
+    }
+
     void AddDoctor() {
         CLI::App* const pApp = m_objApp.add_subcommand("doctor",
                                                        "Look at this machine for what keeps cameras from being "
@@ -173,6 +199,7 @@ private:
     LIST_OPTIONS m_objList;
     RECOVER_OPTIONS m_objRecover;
     FEATURES_OPTIONS m_objFeatures;
+    GRAB_OPTIONS m_objGrab;
     DOCTOR_OPTIONS m_objDoctor;
     COMMAND m_fnCommand;
 };
