@@ -6,6 +6,7 @@
 
 #include "ctl/Mosaic.h"
 #include "ctl/PixelFormats.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -117,7 +118,7 @@ std::string GetPixelFormatName(std::uint64_t nPixelFormat) {
     constexpr std::size_t kDigits = 8;
     std::array<char, 16> arrDigit{};
     const auto objResult = std::to_chars(arrDigit.data(), arrDigit.data() + arrDigit.size(), nPixelFormat, 16);
-    std::string strDigits(arrDigit.data(), objResult.ptr);
+    std::string strDigits = ToUpperAscii(std::string(arrDigit.data(), objResult.ptr));
     strDigits.insert(0, kDigits - std::min(kDigits, strDigits.size()), '0');
     return "0x" + strDigits;
 }

@@ -82,10 +82,13 @@ private:
     template <class TOptions>
     void Chooses(CLI::App* pApp, const TOptions& objOptions,
                  EXIT_CODE (*fnRun)(const TOptions&, const COMMAND_OUTPUT&)) {
+        // Those of nested subcommands are called before that of the command they stand in.
         pApp->callback([this, &objOptions, fnRun] {
-            m_fnCommand = [&objOptions, fnRun](const COMMAND_OUTPUT& objOutput) {
-                return fnRun(objOptions, objOutput);
-            };
+            if (!m_fnCommand) {
+                m_fnCommand = [&objOptions, fnRun](const COMMAND_OUTPUT& objOutput) {
+                    return fnRun(objOptions, objOutput);
+                };
+            }
         });
     }
 
@@ -155,7 +158,6 @@ private:
             ->required()
             ->type_name("FILE");
         pApp->require_subcommand(0, 1);
-        // The callback of the last subcommand comes last, so that it decides.
         Chooses(pGet, objOptions, RunFeatureGet);
         Chooses(pSet, objOptions, RunFeatureSet);
         Chooses(pSave, objOptions, RunFeatureSave);
