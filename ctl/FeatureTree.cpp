@@ -11,6 +11,7 @@
 #include "GenApi/Node.h"
 #include "GenApi/NodeCast.h"
 #include "GenApi/NodeMap.h"
+#include "GenApi/Register.h"
 #include "GenApi/String.h"
 #include "ctl/NumberText.h"
 #include "support/Text.h"
@@ -128,14 +129,25 @@ private:
             } else if (auto* pFloat = node_cast<IFloat>(&objNode)) {
                 objFeature.strUnit = pFloat->GetUnit().str();
             }
-            if (auto* pValue = dynamic_cast<IValue*>(&objNode); pValue != nullptr && objFeature.bReadable) {
-                objFeature.strValue = Shortened(pValue->ToString().str());
+            if (objFeature.bReadable) {
+                objFeature.strValue = ReadValue(objNode);
             }
         } catch (const std::exception&) {
             // A camera that refuses one of its features still has the others.
         }
         objFeature.strLimits = objFeature.bWritable ? DescribeLimits(objNode) : "";
         return objFeature;
+    }
+
+    /// A register larger than anyone reads on a screen is left where it is: over a network it takes seconds.
+    static std::optional<std::string> ReadValue(INode& objNode) {
+        auto* const pRegister = node_cast<IRegister>(&objNode);
+        if (objNode.GetPrincipalInterfaceType() == intfIRegister && pRegister != nullptr &&
+            pRegister->GetLength() > static_cast<std::int64_t>(kLongestValue)) {
+            return std::to_string(pRegister->GetLength()) + " bytes";
+        }
+        auto* const pValue = dynamic_cast<IValue*>(&objNode);
+        return pValue == nullptr ? std::nullopt : std::optional(Shortened(pValue->ToString().str()));
     }
 
     static std::string Shortened(const std::string& strText) {

@@ -57,6 +57,21 @@ GRAB_RESULT TakeFrames(CFrameStream& objStream, CFrameWriter& objWriter, const G
     return objResult;
 }
 
+/// Says so before anything is grabbed if the camera's pixel format can't be made a PNG file.
+void CheckPixelFormat(IFeatureControl& objFeatureControl) {
+    constexpr const char* kFeature = "PixelFormat";
+    if (!objFeatureControl.IsFeatureImplemented(kFeature)) {
+        return;  // the frames tell
+    }
+    const auto nPixelFormat = static_cast<std::uint64_t>(objFeatureControl.DoGetEnum(kFeature));
+    if (!IsConvertible(nPixelFormat)) {
+        throw CCommandError(EXIT_CODE::Failure, "frames with the pixel format " + GetPixelFormatName(nPixelFormat) +
+                                                    " can't be made PNG files. --raw writes frames of any format as "
+                                                    "they come; \"norvikctl features CAMERA set PixelFormat\" chooses "
+                                                    "another");
+    }
+}
+
 /// The setting that most often keeps frames from coming.
 std::string WhyNoFrames(IFeatureControl& objFeatureControl) {
     for (const auto& [pFeature, pValue, pWhy] :
@@ -100,6 +115,9 @@ EXIT_CODE RunGrab(const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutpu
     GRAB_RESULT objResult;
     {
         const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
+        if (objOptions.eFile == FRAME_FILE::Png) {
+            CheckPixelFormat(*objCamera.GetDevice()->GetRemoteFeatureControl());
+        }
         objOutput.objErr << "Grabbing from " << Printable(objCamera.GetCamera().strID) << ".\n";
         CFrameStream objStream(objCamera);
         objResult = TakeFrames(objStream, objWriter, objOptions, objOutput);

@@ -13,6 +13,7 @@
 #include "ctl/GrabCommand.h"
 #include "ctl/ListCommand.h"
 #include "ctl/RecoverCommand.h"
+#include "ctl/Table.h"
 #include "support/Log.h"
 
 namespace {
@@ -217,7 +218,8 @@ EXIT_CODE RunProgram(const std::vector<std::string>& vecArgument, const COMMAND_
         }
         return eExitCode;
     } catch (const std::exception& objException) {
-        objOutput.objErr << "norvikctl: " << ErrorText(objException) << '\n';
+        // Some of it may come from a camera.
+        objOutput.objErr << "norvikctl: " << PrintableLines(ErrorText(objException)) << '\n';
         return ExitCodeOf(objException);
     }
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <ostream>
 #include <span>
+#include <thread>
 #include <vector>
 
 #include <QByteArray>
@@ -129,8 +130,8 @@ EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, std::chrono::milli
     CCameraTree objTree;
     std::optional<CAMERA> objLast;  // where it was when it last answered
     do {
-        const auto nLeft = std::chrono::ceil<std::chrono::milliseconds>(nEnd - std::chrono::steady_clock::now());
-        objTree.Update(std::min(kLookTime, std::max(nLeft, std::chrono::milliseconds(1))));
+        const auto nEndOfLook = std::min(std::chrono::steady_clock::now() + kLookTime, nEnd);
+        objTree.Update(std::chrono::ceil<std::chrono::milliseconds>(nEndOfLook - std::chrono::steady_clock::now()));
         const std::optional<CAMERA> objFound = Find(objTree.GetCameras(), nMAC, nAddress);
         if (objFound && objFound->nAddress == nAddress) {
             objOutput.objOut << Printable(objFound->strID) << " is at " << IPToString(nAddress) << " on "
@@ -138,6 +139,7 @@ EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, std::chrono::milli
             return EXIT_CODE::Success;
         }
         objLast = objFound ? objFound : objLast;
+        std::this_thread::sleep_until(nEndOfLook);  // a producer without an adapter doesn't wait
     } while (std::chrono::steady_clock::now() < nEnd);
 
     if (objLast && objLast->nAddress) {

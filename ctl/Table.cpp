@@ -52,6 +52,15 @@ std::string Printable(std::string_view strText) {
     return strPrintable;
 }
 
+std::string PrintableLines(std::string_view strText) {
+    std::string strPrintable;
+    for (std::size_t nEnd = strText.find('\n'); nEnd != std::string_view::npos; nEnd = strText.find('\n')) {
+        strPrintable += Printable(strText.substr(0, nEnd)) + '\n';
+        strText.remove_prefix(nEnd + 1);
+    }
+    return strPrintable + Printable(strText);
+}
+
 void WriteTable(std::ostream& objOut, const std::vector<std::vector<std::string>>& vecRow) {
     std::vector<std::size_t> vecWidth;
     for (const auto& vecCell : vecRow) {

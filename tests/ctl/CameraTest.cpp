@@ -102,6 +102,7 @@ TEST(ParseAddress, TakesWhatIsOneToTheLetter) {
 
 TEST(Printable, LetsNothingDriveTheTerminal) {
     EXPECT_EQ(Printable("\x1B[2Jred\n\x7F"), "?[2Jred??");
+    EXPECT_EQ(PrintableLines("one:\n\x1B[2J\n"), "one:\n?[2J\n");
     EXPECT_EQ(Printable("Kamera \xC3\xBC"), "Kamera \xC3\xBC");
     EXPECT_EQ(Printable("\xC2\x9B"
                         "1m\xC3"),
