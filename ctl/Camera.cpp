@@ -19,6 +19,12 @@ bool IsInOtherSubnet(const CAMERA& objCamera) {
            ((*objCamera.nAddress ^ *objAdapter.nAddress) & *objAdapter.nMask) != 0;
 }
 
+/// Producers put an address or a description behind the name that the system has for an adapter.
+bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
+    return objAdapter.strID == strName || objAdapter.strName == strName ||
+           objAdapter.strName.starts_with(std::string(strName) + ' ');
+}
+
 std::string Describe(const std::vector<const CAMERA*>& vecCamera) {
     std::vector<std::vector<std::string>> vecRow;
     for (const CAMERA* pCamera : vecCamera) {
@@ -77,7 +83,7 @@ const CAMERA& SelectCamera(const std::vector<CAMERA>& vecCamera, std::string_vie
                            std::string_view strAdapter) {
     std::vector<const CAMERA*> vecThere;
     for (const CAMERA& objCamera : vecCamera) {
-        if (strAdapter.empty() || objCamera.objAdapter.strName == strAdapter) {
+        if (strAdapter.empty() || IsCalled(objCamera.objAdapter, strAdapter)) {
             vecThere.push_back(&objCamera);
         }
     }

@@ -13,6 +13,7 @@ class IDevice;
 /// A network adapter as a producer knows it. IPv4 addresses have their first octet highest, as has the MAC.
 struct ADAPTER {
     std::string strName;  ///< for people
+    std::string strID;    ///< the producer's
     std::optional<std::uint64_t> nMAC;
     std::optional<std::uint32_t> nAddress;
     std::optional<std::uint32_t> nMask;
@@ -40,6 +41,6 @@ std::string GetStateText(const CAMERA& objCamera);
 
 /// Finds the one camera that is meant by its ID, MAC, serial number, user-defined name, address, or by a part of its
 /// model, in this order: the first of them that fits any camera decides. Models are compared without regard to case.
-/// @param strAdapter  only cameras on the adapter of this name; empty for any
+/// @param strAdapter  only cameras on the adapter with this ID, this name or this first word of its name; empty for any
 /// @throws CCommandError  none or several fit; the text lists them, or else all there are
 const CAMERA& SelectCamera(const std::vector<CAMERA>& vecCamera, std::string_view strName, std::string_view strAdapter);

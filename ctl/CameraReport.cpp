@@ -23,7 +23,8 @@ nlohmann::ordered_json TextOrNull(const std::string& strText) {
 }
 
 nlohmann::ordered_json ToJson(const ADAPTER& objAdapter) {
-    return {{"name", objAdapter.strName},
+    return {{"id", objAdapter.strID},
+            {"name", objAdapter.strName},
             {"mac", TextOrNull(MACText(objAdapter.nMAC))},
             {"address", TextOrNull(AddressText(objAdapter.nAddress))},
             {"mask", TextOrNull(AddressText(objAdapter.nMask))}};

@@ -37,6 +37,7 @@ std::optional<std::uint64_t> MACOf(std::int64_t nValue, std::uint8_t nValid) {
 ADAPTER AdapterOf(const IInterface& objInterface) {
     const IF_MODULE_INFO objInformation = objInterface.GetInterfaceInformation();
     ADAPTER objAdapter;
+    objAdapter.strID = objInformation.ID;
     objAdapter.strName = objInformation.DisplayName.empty() ? objInformation.ID : objInformation.DisplayName;
     if (const auto* pGevInterface = dynamic_cast<const CGevInterface*>(&objInterface)) {
         const GEV_IF_INFO objGev = pGevInterface->GetGevIfInfo();

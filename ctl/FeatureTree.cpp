@@ -1,8 +1,10 @@
 #include "ctl/FeatureTree.h"
 
 #include <algorithm>
+#include <limits>
 #include <set>
 
+#include "GenApi/Boolean.h"
 #include "GenApi/Category.h"
 #include "GenApi/Enumeration.h"
 #include "GenApi/Float.h"
@@ -55,6 +57,10 @@ const char* KindOf(const INode& objNode) {
 }
 
 std::string LimitsOf(IInteger& objInteger) {
+    using LIMITS = std::numeric_limits<std::int64_t>;
+    if (objInteger.GetMin() == LIMITS::min() && objInteger.GetMax() == LIMITS::max()) {
+        return {};
+    }
     std::string strLimits = std::to_string(objInteger.GetMin()) + " to " + std::to_string(objInteger.GetMax());
     if (objInteger.GetIncMode() == fixedIncrement && objInteger.GetInc() != 1) {
         strLimits += " in steps of " + std::to_string(objInteger.GetInc());
@@ -170,6 +176,9 @@ std::string DescribeLimits(INode& objNode) {
         }
         if (auto* pFloat = node_cast<IFloat>(&objNode)) {
             return LimitsOf(*pFloat);
+        }
+        if (node_cast<IBoolean>(&objNode) != nullptr) {
+            return "0, 1";
         }
         if (auto* pString = node_cast<IString>(&objNode)) {
             return "up to " + std::to_string(pString->GetMaxLength()) + " bytes";

@@ -62,9 +62,12 @@ EXIT_CODE RunFeatureSet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT
         Set(objNode, objOptions.strValue);
     } catch (const std::exception& objException) {
         const std::string strLimits = DescribeLimits(objNode);
+        std::string strError = ErrorText(objException);
+        if (strError.find(objOptions.strName) == std::string::npos) {
+            strError.insert(0, objOptions.strName + ": ");
+        }
         throw CCommandError(ExitCodeOf(objException),
-                            Printable(objOptions.strName + ": " + ErrorText(objException) +
-                                      (strLimits.empty() ? "" : ". It may be set to " + strLimits)));
+                            strError + (strLimits.empty() ? "" : ". It may be set to " + strLimits));
     }
     const GenApi_3_0::EAccessMode eAccess = objNode.GetAccessMode();
     if (eAccess == GenApi_3_0::RO || eAccess == GenApi_3_0::RW) {

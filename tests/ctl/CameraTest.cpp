@@ -22,7 +22,7 @@ CAMERA Camera(const std::string& strID, const std::string& strModel, const std::
               const std::string& strName, std::uint64_t nMAC, std::uint32_t nAddress,
               const std::string& strAdapter = "eth1") {
     CAMERA objCamera;
-    objCamera.objAdapter = {strAdapter, {}, 0xC0A80105, 0xFFFFFF00};
+    objCamera.objAdapter = {strAdapter + " (192.168.1.5)", "0", {}, 0xC0A80105, 0xFFFFFF00};
     objCamera.strID = strID;
     objCamera.strModel = strModel;
     objCamera.strSerialNumber = strSerial;
