@@ -29,7 +29,7 @@ std::string Hex(std::uint64_t nValue) {
 }
 
 std::string MakeUrl(std::uint64_t nAddress, std::uint64_t nLength) {
-    return "Local:" + std::string(kArchiveName) + ";" + Hex(nAddress) + ";" + Hex(nLength) + "?SchemaVersion=1.1.0";
+    return "Local:" + std::string(kArchiveName) + ";" + Hex(nAddress) + ";" + Hex(nLength);
 }
 
 std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescription eHostile) {

@@ -64,7 +64,8 @@ PLATFORM = re.compile(
     r"|(sys|net|netinet|netpacket|arpa|linux|asm)/")
 # ctl/StandardOutput keeps what the library prints apart from what the program does, which takes descriptors.
 HIDES_PLATFORM = re.compile(
-    r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/\w*Socket\w*\.|ctl/StandardOutput\.|tests/|bench/")
+    r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/(\w+/)*\w*Socket\w*\.|"
+    r"producer/modules/LibraryPath\.|ctl/StandardOutput\.|tests/|bench/")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
 
