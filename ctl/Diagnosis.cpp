@@ -145,7 +145,7 @@ void DiagnoseFirewall(FINDINGS& vecFinding, const HOST_FIREWALL& objFirewall) {
                               "sudo nft insert rule " + strFilter + " iifname ADAPTER meta l4proto udp accept"});
     }
     if (objFirewall.vecFilter.empty()) {
-        vecFinding.push_back({SEVERITY::Good, "firewall", "no chain drops incoming packets", ""});
+        vecFinding.push_back({SEVERITY::Good, "firewall", "no chain drops incoming UDP", ""});
     }
 }
 

@@ -1,5 +1,4 @@
 #include <map>
-#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -35,6 +34,33 @@ bool Drops(const json& objStatement) {
     return false;
 }
 
+/// Whether a rule lets all UDP in, on some adapter or all: what doctor advises looks so.
+bool AcceptsUdp(const json& objStatements) {
+    bool bAccepts = false;
+    bool bUdp = false;
+    for (const json& objStatement : objStatements) {
+        if (!objStatement.is_object()) {
+            continue;
+        }
+        bAccepts = bAccepts || objStatement.contains("accept");
+        if (objStatement.contains("match") && objStatement["match"].is_object()) {
+            const json& objMatch = objStatement["match"];
+            const std::string strLeft = objMatch.contains("left") ? objMatch["left"].dump() : "";
+            if (strLeft.find("payload") != std::string::npos) {
+                return false;  // only for some ports or addresses
+            }
+            bUdp = bUdp || TextOf(objMatch, "right") == "udp";
+        }
+    }
+    return bAccepts && bUdp;
+}
+
+/// What is known of a chain that sees incoming packets.
+struct INPUT_CHAIN {
+    bool bDrops = false;
+    bool bAcceptsUdp = false;
+};
+
 }  // namespace
 
 std::optional<std::vector<std::string>> ReadInputFilters(const std::string& strRuleset) {
@@ -42,33 +68,31 @@ std::optional<std::vector<std::string>> ReadInputFilters(const std::string& strR
     if (!objDocument.is_object() || !objDocument.contains("nftables") || !objDocument["nftables"].is_array()) {
         return std::nullopt;
     }
-    std::map<std::string, bool> mapChain;  // those that see incoming packets, and whether they drop any
-    std::vector<std::string> vecDropping;  // chains with a rule that drops
+    std::map<std::string, INPUT_CHAIN> mapChain;
     for (const json& objEntry : objDocument["nftables"]) {
-        if (!objEntry.is_object()) {
+        if (!objEntry.is_object() || !objEntry.contains("chain") || !objEntry["chain"].is_object()) {
             continue;
         }
-        if (objEntry.contains("chain") && objEntry["chain"].is_object()) {
-            const json& objChain = objEntry["chain"];
-            const std::string strHook = TextOf(objChain, "hook");
-            if (strHook == "input" || strHook == "prerouting" || strHook == "ingress") {
-                mapChain[ChainOf(objChain, "name")] = TextOf(objChain, "policy") == "drop";
-            }
-        } else if (objEntry.contains("rule") && objEntry["rule"].is_object()) {
-            const json& objRule = objEntry["rule"];
-            if (objRule.contains("expr") && Drops(objRule["expr"])) {
-                vecDropping.push_back(ChainOf(objRule, "chain"));
-            }
+        const json& objChain = objEntry["chain"];
+        const std::string strHook = TextOf(objChain, "hook");
+        if (strHook == "input" || strHook == "prerouting" || strHook == "ingress") {
+            mapChain[ChainOf(objChain, "name")].bDrops = TextOf(objChain, "policy") == "drop";
         }
     }
-    for (const std::string& strChain : vecDropping) {
-        if (const auto itChain = mapChain.find(strChain); itChain != mapChain.end()) {
-            itChain->second = true;
+    for (const json& objEntry : objDocument["nftables"]) {
+        if (!objEntry.is_object() || !objEntry.contains("rule") || !objEntry["rule"].is_object()) {
+            continue;
+        }
+        const json& objRule = objEntry["rule"];
+        const auto itChain = mapChain.find(ChainOf(objRule, "chain"));
+        if (itChain != mapChain.end() && objRule.contains("expr") && objRule["expr"].is_array()) {
+            itChain->second.bDrops = itChain->second.bDrops || Drops(objRule["expr"]);
+            itChain->second.bAcceptsUdp = itChain->second.bAcceptsUdp || AcceptsUdp(objRule["expr"]);
         }
     }
     std::vector<std::string> vecFilter;
-    for (const auto& [strChain, bDrops] : mapChain) {
-        if (bDrops) {
+    for (const auto& [strChain, objChain] : mapChain) {
+        if (objChain.bDrops && !objChain.bAcceptsUdp) {
             vecFilter.push_back(strChain);
         }
     }

@@ -96,7 +96,14 @@ TEST(ReadInputFilters, NamesChainsThatDropWhatComesIn) {
         {"rule": {"family": "ip", "table": "t", "chain": "INPUT", "expr": [{"counter": {}}, {"reject": null}]}},
         {"chain": {"family": "ip", "table": "t", "name": "OUTPUT", "hook": "output", "policy": "drop"}},
         {"chain": {"family": "ip6", "table": "t", "name": "INPUT", "hook": "input", "policy": "accept"}},
-        {"rule": {"family": "ip6", "table": "t", "chain": "INPUT", "expr": [{"accept": null}]}}, 7]})";
+        {"rule": {"family": "ip6", "table": "t", "chain": "INPUT", "expr": [{"accept": null}]}},
+        {"chain": {"family": "inet", "table": "mended", "name": "in", "hook": "input", "policy": "drop"}},
+        {"rule": {"family": "inet", "table": "mended", "chain": "in", "expr": [
+            {"match": {"op": "==", "left": {"meta": {"key": "iifname"}}, "right": "eth1"}},
+            {"match": {"op": "==", "left": {"meta": {"key": "l4proto"}}, "right": "udp"}}, {"accept": null}]}},
+        {"rule": {"family": "inet", "table": "fw", "chain": "in", "expr": [
+            {"match": {"op": "==", "left": {"payload": {"protocol": "udp", "field": "dport"}}, "right": 68}},
+            {"match": {"op": "==", "left": {"meta": {"key": "l4proto"}}, "right": "udp"}}, {"accept": null}]}}, 7]})";
     ASSERT_TRUE(ReadInputFilters(strRuleset).has_value());
     EXPECT_THAT(*ReadInputFilters(strRuleset), ElementsAre("inet fw in", "ip t INPUT"));
     for (const char* pText : {"", "[]", "{\"nftables\": 1}", "Operation not permitted"}) {
