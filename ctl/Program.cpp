@@ -51,7 +51,7 @@ using COMMAND = std::function<EXIT_CODE(const COMMAND_OUTPUT&)>;
 class CGrammar {
 public:
     CGrammar() : m_objApp(kDescription, "norvikctl") {
-        m_objApp.footer(kFooter);
+        m_objApp.set_version_flag("--version", "norvikctl " NORVIK_VERSION, "Print the version and end");
         m_objApp.require_subcommand(1);
         m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
         AddList();
@@ -59,14 +59,14 @@ public:
         AddFeatures();
         AddGrab();
         AddDoctor();
+        m_objApp.footer(kFooter);  // last, or every command would have it too
     }
     CGrammar(const CGrammar&) = delete;
     CGrammar& operator=(const CGrammar&) = delete;
 
     /// Parses, then runs the command that was named.
     EXIT_CODE Run(std::vector<std::string> vecArgument, const COMMAND_OUTPUT& objOutput) {
-        std::reverse(vecArgument.begin(),
-                     vecArgument.end());  // as the parser wants them
+        std::reverse(vecArgument.begin(), vecArgument.end());  // as the parser wants them
         try {
             m_objApp.parse(std::move(vecArgument));
         } catch (const CLI::ParseError& objError) {
@@ -117,11 +117,8 @@ private:
     }
 
     void AddRecover() {
-        CLI::App* const pApp = m_objApp.add_subcommand("recover",
-                                                       "Give the camera with this MAC an address, though nothing "
-                                                       "else reaches it, and see where it comes\n"
-                                                       "up. It is broadcast on every adapter; the camera's mask "
-                                                       "becomes 255.255.255.0");
+        CLI::App* const pApp = m_objApp.add_subcommand(
+            "recover", "Give a camera that nothing reaches an address, by its MAC, and see where it comes up");
         pApp->add_option("mac", m_objRecover.strMAC, "As on the camera's label, such as 02-5E-17-00-AD-EA")
             ->required()
             ->type_name("MAC");
@@ -131,6 +128,10 @@ private:
         pApp->add_flag("--dry-run", m_objRecover.bDryRun, "Show the packets and send nothing");
         AddMilliseconds(pApp, "--wait", m_objRecover.nWait,
                         "How long to look for the camera afterwards; 0 for not at all");
+        pApp->footer(
+            "It is broadcast on every adapter: a vendor command, which stores the address in cameras that know it, "
+            "then a\n"
+            "restart of their IP configuration. The camera's mask becomes 255.255.255.0.");
         Chooses(pApp, m_objRecover, RunRecover);
     }
 
@@ -140,21 +141,20 @@ private:
         AddCamera(pApp, objOptions.objCamera);
         pApp->add_flag("--all", objOptions.bAll, "Show those for gurus as well");
         pApp->add_flag("--json", objOptions.bJson, "Write JSON: categories as objects of their features");
-        pApp->footer("Without a subcommand it shows all features by category.");
         Chooses(pApp, objOptions, RunFeatures);
 
-        CLI::App* const pGet = pApp->add_subcommand("get", "Print the value of one feature");
+        CLI::App* const pGet = pApp->add_subcommand("get", "get NAME: print the value of one feature");
         pGet->add_option("name", objOptions.strName, "Of the feature")->required()->type_name("NAME");
-        CLI::App* const pSet = pApp->add_subcommand("set", "Set a feature and print what it is then");
+        CLI::App* const pSet = pApp->add_subcommand("set", "set NAME VALUE: set a feature and print what it is then");
         pSet->add_option("name", objOptions.strName, "Of the feature")->required()->type_name("NAME");
         pSet->add_option("value", objOptions.strValue, "That it gets; any for a command, which is executed")
             ->required()
             ->type_name("VALUE");
-        CLI::App* const pSave = pApp->add_subcommand("save", "Save the settings to a feature file");
+        CLI::App* const pSave = pApp->add_subcommand("save", "save FILE: save the settings to a feature file");
         pSave->add_option("file", objOptions.strFile, "To write, in place of one of that name")
             ->required()
             ->type_name("FILE");
-        CLI::App* const pLoad = pApp->add_subcommand("load", "Apply the settings in a feature file");
+        CLI::App* const pLoad = pApp->add_subcommand("load", "load FILE: apply the settings in a feature file");
         pLoad->add_option("file", objOptions.strFile, "That save has written, for a camera of the same model")
             ->required()
             ->type_name("FILE");
@@ -163,6 +163,7 @@ private:
         Chooses(pSet, objOptions, RunFeatureSet);
         Chooses(pSave, objOptions, RunFeatureSave);
         Chooses(pLoad, objOptions, RunFeatureLoad);
+        pApp->footer("Without a subcommand it shows all features by category.");
     }
 
     void AddGrab() {
@@ -170,7 +171,7 @@ private:
         GRAB_OPTIONS& objOptions = m_objGrab;
         AddCamera(pApp, objOptions.objCamera);
         pApp->add_option("-n,--frames", objOptions.nFrames, "How many complete frames")
-            ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}))
+            ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}).description(""))
             ->type_name("N")
             ->capture_default_str();
         pApp->add_option("-o,--output", objOptions.strFolder, "The folder for the files; made if it isn't there")
@@ -182,17 +183,15 @@ private:
         AddMilliseconds(pApp, "--timeout", objOptions.nTimeout, "The longest wait for a complete frame");
         pApp->add_flag("--json", objOptions.bJson, "Write the result as JSON");
         pApp->footer(
-            "PNG takes Mono8 to Mono16, packed ones too, Bayer and RGB8. "
-            "Samples of 10 to 14 bits are shifted up to 16.\n"
-            "A Bayer mosaic is made colours of by averaging neighbours; "
-            "--raw keeps the mosaic.");
+            "PNG takes Mono8 to Mono16, packed ones too, Bayer, RGB8 and BGR8. Samples of 10 to 14 bits are shifted up "
+            "to\n"
+            "16. A Bayer mosaic is made colours of by averaging neighbours; --raw keeps the mosaic.");
         Chooses(pApp, objOptions, RunGrab);
     }
 
     void AddDoctor() {
-        CLI::App* const pApp = m_objApp.add_subcommand("doctor",
-                                                       "Look at this machine for what keeps cameras from being "
-                                                       "seen; change nothing");
+        CLI::App* const pApp = m_objApp.add_subcommand(
+            "doctor", "Look at this machine for what keeps cameras from being seen; change nothing");
         pApp->add_flag("--json", m_objDoctor.bJson, "Write JSON: a list of findings");
         Chooses(pApp, m_objDoctor, RunDoctor);
     }
