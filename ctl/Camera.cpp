@@ -33,7 +33,9 @@ std::string Describe(const std::vector<const CAMERA*>& vecCamera) {
     }
     std::ostringstream objText;
     WriteTable(objText, vecRow);
-    return objText.str();
+    std::string strText = objText.str();
+    strText.pop_back();  // the last line's end
+    return strText;
 }
 
 using MATCH = std::function<bool(const CAMERA&)>;

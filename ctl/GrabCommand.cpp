@@ -1,6 +1,7 @@
 #include "ctl/GrabCommand.h"
 
 #include <algorithm>
+#include <optional>
 #include <ostream>
 
 #include "GenTL/GenTL.h"
@@ -111,7 +112,7 @@ void Report(const GRAB_RESULT& objResult, const GRAB_OPTIONS& objOptions, const 
 }  // namespace
 
 EXIT_CODE RunGrab(const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    CFrameWriter objWriter(objOptions.strFolder, objOptions.eFile);
+    std::optional<CFrameWriter> objWriter;  // goes on writing when the camera is closed
     GRAB_RESULT objResult;
     {
         const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
@@ -119,13 +120,14 @@ EXIT_CODE RunGrab(const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutpu
             CheckPixelFormat(*objCamera.GetDevice()->GetRemoteFeatureControl());
         }
         objOutput.objErr << "Grabbing from " << Printable(objCamera.GetCamera().strID) << ".\n";
+        objWriter.emplace(objOptions.strFolder, objOptions.eFile);
         CFrameStream objStream(objCamera);
-        objResult = TakeFrames(objStream, objWriter, objOptions, objOutput);
+        objResult = TakeFrames(objStream, *objWriter, objOptions, objOutput);
         if (!objResult.strEnd.empty() && objResult.objStatistics.GetComplete() < objOptions.nFrames) {
             objResult.strEnd += WhyNoFrames(*objCamera.GetDevice()->GetRemoteFeatureControl());
         }
     }
-    objWriter.Finish();
+    objWriter->Finish();
     Report(objResult, objOptions, objOutput);
     const CFrameStatistics& objStatistics = objResult.objStatistics;
     const bool bWhole = objStatistics.GetComplete() == objOptions.nFrames && objStatistics.GetLost() == 0 &&
