@@ -17,6 +17,7 @@
 #include "GenApi/String.h"
 #include "ctl/NumberText.h"
 #include "support/Text.h"
+#include "support/ZrException.h"
 
 namespace {
 
@@ -138,6 +139,10 @@ private:
             if (objFeature.bReadable) {
                 objFeature.strValue = ReadValue(objNode);
             }
+        } catch (const CTimeoutError&) {
+            throw;  // a camera that has gone answers none of the others either, and each takes its time
+        } catch (const CDeviceOfflineError&) {
+            throw;
         } catch (const std::exception&) {
             // A camera that refuses one of its features still has the others.
         }

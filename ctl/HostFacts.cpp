@@ -55,7 +55,8 @@ HOST_ADAPTER ReadAdapter(const QNetworkInterface& objInterface) {
 
 HOST_FIREWALL ReadFirewall() {
     // A user who may not see the rules gets an error and no text.
-    const std::optional<std::string> strRuleset = RunHostCommand("PATH=\"$PATH:/usr/sbin:/sbin\" nft --json list ruleset 2>/dev/null");
+    const std::optional<std::string> strRuleset =
+        RunHostCommand("PATH=\"$PATH:/usr/sbin:/sbin\" nft --json list ruleset 2>/dev/null");
     const auto vecFilter = strRuleset ? ReadInputFilters(*strRuleset) : std::nullopt;
     return {vecFilter.has_value(), vecFilter.value_or(std::vector<std::string>())};
 }
