@@ -8,17 +8,13 @@
 #include "ctl/ErrorText.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/Table.h"
-#include "support/ZrException.h"
 
 namespace {
 
-std::string WhatToTry(const CAMERA& objCamera, const std::exception& objException) {
-    if (GetStateText(objCamera) == "other subnet") {
-        return ". Its address isn't in the subnet of " + objCamera.objAdapter.strName +
-               ": give it one with \"norvikctl recover\"";
-    }
-    return dynamic_cast<const CInvalidAccessError*>(&objException) != nullptr
-               ? ". Only one program may control a camera: close the others"
+std::string WhatToTry(const CAMERA& objCamera) {
+    return GetStateText(objCamera) == "other subnet"
+               ? ". Its address isn't in the subnet of " + objCamera.objAdapter.strName +
+                     ": give it one with \"norvikctl recover\""
                : "";
 }
 
@@ -30,10 +26,9 @@ COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccess
     try {
         GetDevice()->DoOpenDevice(nAccessMode);
     } catch (const std::exception& objException) {
-        throw CCommandError(
-            ExitCodeOf(objException),
-            Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
-                      ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera, objException)));
+        throw CCommandError(ExitCodeOf(objException),
+                            Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
+                                      ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera)));
     }
 }
 
