@@ -1,10 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
+#include "producer/wire/AdapterSocket.h"
 #include "tests/network/NetworkNamespace.h"
 
 /// A test on a machine of its own: the test's thread is near, and what it is cabled to is far.
@@ -19,9 +22,30 @@ protected:
         m_pNear->Enter();
     }
 
-    /// A cable between the adapter strName here and far-strName there.
-    void Plug(const std::string& strName, const std::string& strAddress, const std::string& strFarAddress) {
+    /// A cable between the adapter strName here and far-strName there. The kernel sends nothing over it before it has
+    /// noticed the link, for which it takes up to a second.
+    void PlugOnly(const std::string& strName, const std::string& strAddress, const std::string& strFarAddress) {
         Connect(*m_pNear, strName, strAddress, *m_pFar, "far-" + strName, strFarAddress);
+    }
+
+    void AwaitLink(const std::string& strName) {
+        for (int i = 0; i < 1000 && !(HasLink(*m_pNear, strName) && HasLink(*m_pFar, "far-" + strName)); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
+
+    void Plug(const std::string& strName, const std::string& strAddress, const std::string& strFarAddress) {
+        PlugOnly(strName, strAddress, strFarAddress);
+        AwaitLink(strName);
+    }
+
+    static bool HasLink(const CNetworkNamespace& objNamespace, const std::string& strName) {
+        bool bLink = false;
+        objNamespace.Do([&] {
+            const auto objAdapter = producer::FindAdapter(strName);
+            bLink = objAdapter && objAdapter->HasLink;
+        });
+        return bLink;
     }
 
     std::unique_ptr<CNetworkNamespace> m_pNear;

@@ -149,17 +149,17 @@ TEST_F(ControlChannel, CameraThatAnswersBadlyCostsBoundedTimeAndAClearError) {
     } arrCases[] = {
         {"busy",
          [](auto& objSelf, auto& objHeader, auto) { return objSelf.Refuse(objHeader, gev::EGvcpStatus::Busy), true; },
-         GC_ERR_BUSY, 100ms},
-        {"silent", [](auto&, auto&, auto) { return true; }, GC_ERR_TIMEOUT, 350ms},
+         GC_ERR_BUSY, 300ms},
+        {"silent", [](auto&, auto&, auto) { return true; }, GC_ERR_TIMEOUT, 600ms},
         {"endless patience", [&](auto& objSelf, auto& objHeader, auto) { return pend(objSelf, objHeader), true; },
-         GC_ERR_TIMEOUT, 600ms},
+         GC_ERR_TIMEOUT, 900ms},
         {"patience, then the answer",
          [&](auto& objSelf, auto& objHeader, auto) {
              pend(objSelf, objHeader);
              std::this_thread::sleep_for(200ms);
              return false;
          },
-         GC_ERR_SUCCESS, 500ms},
+         GC_ERR_SUCCESS, 800ms},
         {"another's answers",
          [&](auto& objSelf, auto& objHeader, auto) {
              const std::uint32_t nValue = 1;
@@ -169,14 +169,14 @@ TEST_F(ControlChannel, CameraThatAnswersBadlyCostsBoundedTimeAndAClearError) {
              }
              return true;
          },
-         GC_ERR_TIMEOUT, 350ms},
+         GC_ERR_TIMEOUT, 600ms},
         {"wrong length",
          [&](auto& objSelf, auto& objHeader, auto) {
              const std::uint32_t arrValues[2]{};
              return objSelf.Answer(gev::EncodeReadRegAck(arrBuffer, objHeader.RequestID, arrValues)), true;
          },
-         GC_ERR_IO, 100ms},
-        {"the first answer lost", [&](auto&, auto&, auto) { return nAsked++ == 0; }, GC_ERR_SUCCESS, 200ms},
+         GC_ERR_IO, 300ms},
+        {"the first answer lost", [&](auto&, auto&, auto) { return nAsked++ == 0; }, GC_ERR_SUCCESS, 500ms},
     };
     for (const auto& objCase : arrCases) {
         m_pCamera->SetScript(onlyManufacturers(objCase.What));
@@ -202,7 +202,7 @@ TEST_F(ControlChannel, SilentCameraIsLostWithinTheHeartbeatTimeoutAndClosesAtOnc
         }));
     }
     m_pCamera->SetSilent(true);
-    EXPECT_EQ(AwaitLoss(700ms), CONTROL_LOSS::NoAnswer);  // 600, and what a busy machine takes
+    EXPECT_EQ(AwaitLoss(900ms), CONTROL_LOSS::NoAnswer);  // 600, and what a busy machine takes
     for (auto& objReader : vecReaders) {
         EXPECT_EQ(objReader.get(), GC_ERR_ZR_DEVICE_OFFLINE);
     }
@@ -216,14 +216,14 @@ TEST_F(ControlChannel, ControlThatTheCameraDropsOrGivesToAnotherIsLost) {
     {
         const auto pChannel = Open();
         m_pCamera->SetRegister(bootstrap::kControlChannelPrivilege, 0);
-        EXPECT_EQ(AwaitLoss(500ms), CONTROL_LOSS::Dropped);
+        EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::Dropped);
     }
     m_nLosses = 0;
     m_objLoss = {};
     TurnOn();
     const auto pChannel = Open();
     m_pCamera->SetRegister(bootstrap::kPrimaryApplicationPort, 1);
-    EXPECT_EQ(AwaitLoss(500ms), CONTROL_LOSS::Taken);
+    EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::Taken);
     EXPECT_EQ(CodeOf([&] { pChannel->DoReadRegister(0xA000); }), GC_ERR_ZR_DEVICE_OFFLINE);
 }
 
@@ -257,7 +257,7 @@ TEST_F(ControlChannel, HeartbeatFollowsAWriteToItsRegister) {
     pChannel->DoWrite(bootstrap::kHeartbeatTimeout.Address + 2, vecLow);
     EXPECT_EQ(pChannel->GetHeartbeatTimeout(), 500ms);  // less counts as this
     m_pCamera->SetSilent(true);
-    EXPECT_EQ(AwaitLoss(600ms), CONTROL_LOSS::NoAnswer);
+    EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::NoAnswer);
 }
 
 }  // namespace
