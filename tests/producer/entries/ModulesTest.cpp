@@ -166,7 +166,7 @@ TEST(DeviceEntry, IsNamedWithWhatItsUserMustKnow) {
     EXPECT_EQ(MakeDeviceEntry(objDevice, true).DisplayName, strName);
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " in use elsewhere");
     objDevice.SharesAddress = true;
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " shares its address with another camera");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " shared address");
     objDevice.IsOutsideSubnet = true;
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " wrong subnet");
 }
