@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <exception>
 #include <limits>
 #include <memory>
 
@@ -50,9 +49,8 @@ public:
         }
         try {
             SetTLParamsLocked(m_pFeatureControl, 0);
-        } catch (const std::exception& objException) {
-            __LogFailure(objException, __LINE__,
-                         "CDataStream::CStreamTLParamsLockedAgency::~CStreamTLParamsLockedAgency");
+        } catch (...) {
+            __LogCurrentException(__LINE__, "CDataStream::CStreamTLParamsLockedAgency::~CStreamTLParamsLockedAgency");
         }
     }
 
@@ -198,8 +196,8 @@ void CDataStream::__StopTLAcquisition() {
         CGenTLErrorCodeVerifier::LogIfFailed(nResult, m_pLib, kFile, __LINE__, kFunction);
         __RevokeBuffers();
         SetTLParamsLocked(GetFeatureControl(), 0);
-    } catch (const std::exception& objException) {
-        __LogFailure(objException, __LINE__, kFunction);
+    } catch (...) {
+        __LogCurrentException(__LINE__, kFunction);
     }
     m_bAcquisition = false;
 }
@@ -309,7 +307,7 @@ void CDataStream::__FreeBuffers() noexcept {
         while (!m_vecBuffer.empty()) {
             m_vecBuffer.pop_back();
         }
-    } catch (const std::exception& objException) {
-        __LogFailure(objException, __LINE__, "CDataStream::__FreeBuffers");
+    } catch (...) {
+        __LogCurrentException(__LINE__, "CDataStream::__FreeBuffers");
     }
 }

@@ -81,6 +81,19 @@ TEST_F(RemoteDeviceEvent, ReachesTheNodeMapAndItsCallbacks) {
     EXPECT_THAT(objLog.Take(), IsEmpty());
 }
 
+TEST_F(RemoteDeviceEvent, CallbackCantCloseTheDevice) {
+    m_pDevice->StartRemoteDeviceEvent();
+    int nRefused = 0;
+    m_fnChanged = [&] {
+        EXPECT_THROW(m_pDevice->DoCloseDevice(), CInvalidCallError);
+        ++nRefused;
+    };
+    Send(1);  // and the callback asks while the device is being closed
+    m_pDevice->DoCloseDevice();
+    EXPECT_EQ(nRefused, 1);
+    ExpectStopped();
+}
+
 TEST_F(RemoteDeviceEvent, OneThatIsBadDoesntEndTheThread) {
     Camera().DeclareEventSizes(64, 8);
     m_pDevice->StartRemoteDeviceEvent();
