@@ -4,7 +4,8 @@
 # Debian packages, by what they are for.
 PACKAGES_BUILD="g++ cmake ninja-build qt6-base-dev libboost-dev libboost-filesystem-dev libpugixml-dev zlib1g-dev libcli11-dev"
 PACKAGES_RUN="fonts-wqy-microhei"
-PACKAGES_TEST="locales libgtest-dev libgmock-dev libbenchmark-dev iproute2 tshark clang-format python3 git"
+PACKAGES_TEST="locales libgtest-dev libgmock-dev libbenchmark-dev iproute2 tshark clang-format python3 git xvfb xdotool"
+PACKAGES_DEMO="iproute2 util-linux xvfb xdotool python3"
 PACKAGES_FUZZ="clang libclang-rt-dev"
 
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }

@@ -104,9 +104,10 @@ private:
     void TakePrivilege() {
         const std::uint32_t nRegister = bootstrap::kControlChannelPrivilege.Address;
         try {
-            if (m_eAccess == CONTROL_ACCESS::ReadOnly) {
-                m_objDialogue.DoReadRegister(nRegister);
-            } else {
+            // The read comes first for every access: a camera on another subnet hears us, but we don't hear it. It
+            // would be under our control until its heartbeat runs out, and refuse to be given an address meanwhile.
+            m_objDialogue.DoReadRegister(nRegister);
+            if (m_eAccess != CONTROL_ACCESS::ReadOnly) {
                 m_objDialogue.DoWriteRegister(nRegister, GetPrivilege(m_eAccess));
             }
         } catch (const CProducerError& objError) {

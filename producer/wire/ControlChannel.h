@@ -61,7 +61,7 @@ public:
     /// the privilege. Waits for nothing and no lock; what can't be sent is lost, as on the wire.
     void DoSendUnanswered(std::span<const std::byte> objDatagram) noexcept;
 
-    /// @return the camera's heartbeat time-out as last read or written, at least 500 ms.
+    /// @return the camera's heartbeat time-out as last read or written, at least 500 ms and at most a minute.
     [[nodiscard]] std::chrono::milliseconds GetHeartbeatTimeout() const noexcept;
     /// Writes it to the camera, which may round it, and follows it. A write to its register by DoWrite has the same
     /// effect.

@@ -10,7 +10,6 @@
 #include "producer/wire/BroadcastLine.h"
 #include "producer/wire/DiscoveryAnswers.h"
 #include "producer/wire/HearingAdvice.h"
-#include "producer/wire/WakeSocket.h"
 
 namespace producer {
 
@@ -135,27 +134,26 @@ bool IsUnchanged(const ADAPTER& objBefore) {
     return objNow && objNow->Index == objBefore.Index && objNow->HasLink == objBefore.HasLink;
 }
 
-/// Lets Stop reach the update under way.
-class CWakeRegistration {
+}  // namespace
+
+/// Lets Stop reach the update under way, and this one alone.
+class CDiscovery::CRunning {
 public:
-    CWakeRegistration(std::mutex& mtxStop, CWakeSocket*& pPlace, CWakeSocket& objWake)
-        : m_mtxStop(mtxStop), m_pPlace(pPlace) {
-        const std::lock_guard objLock(m_mtxStop);
-        m_pPlace = &objWake;
+    explicit CRunning(CDiscovery& objDiscovery) : m_objDiscovery(objDiscovery) {
+        const std::lock_guard objLock(m_objDiscovery.m_mtxStop);
+        m_objDiscovery.m_objWake.Reset();
+        m_objDiscovery.m_bRunning = true;
     }
-    ~CWakeRegistration() {
-        const std::lock_guard objLock(m_mtxStop);
-        m_pPlace = nullptr;
+    ~CRunning() {
+        const std::lock_guard objLock(m_objDiscovery.m_mtxStop);
+        m_objDiscovery.m_bRunning = false;
     }
-    CWakeRegistration(const CWakeRegistration&) = delete;
-    CWakeRegistration& operator=(const CWakeRegistration&) = delete;
+    CRunning(const CRunning&) = delete;
+    CRunning& operator=(const CRunning&) = delete;
 
 private:
-    std::mutex& m_mtxStop;
-    CWakeSocket*& m_pPlace;
+    CDiscovery& m_objDiscovery;
 };
-
-}  // namespace
 
 CDiscovery::CDiscovery(std::string strAdapter) : m_strAdapter(std::move(strAdapter)) {}
 
@@ -163,31 +161,31 @@ CDiscovery::~CDiscovery() = default;
 
 DISCOVERY_RESULT CDiscovery::DoUpdate(DISCOVERY_MODE eMode, milliseconds objTimeout) {
     const std::lock_guard objLock(m_mtxUpdate);
-    CWakeSocket objWake;
-    const CWakeRegistration objRegistration(m_mtxStop, m_pWake, objWake);
+    const CRunning objRunning(*this);
 
     DISCOVERY_RESULT objResult;
-    objResult.Adapter = FindAdapter(m_strAdapter);
-    const WINDOW objWindow = MakeWindow(objResult.Adapter, objTimeout);
-    bool bHeardAll = objWindow.MayBeComplete;
+    WINDOW objWindow = MakeWindow(std::nullopt, objTimeout);
+    bool bHeardAll = false;
     try {
+        objResult.Adapter = FindAdapter(m_strAdapter);
+        objWindow = MakeWindow(objResult.Adapter, objTimeout);
+        bHeardAll = objWindow.MayBeComplete;
         if (objResult.Adapter) {
             CDiscoveryRun objRun(*objResult.Adapter, eMode == DISCOVERY_MODE::DirectedSubnet);
-            const bool bWhole = objRun.Run(objWindow, objWake) || Clock::now() >= objWindow.GetCompletion();
+            const bool bWhole = objRun.Run(objWindow, m_objWake) || Clock::now() >= objWindow.GetCompletion();
             objRun.FillIn(objResult);
             bHeardAll = bHeardAll && bWhole && objRun.HasSent() && IsUnchanged(*objResult.Adapter);
+        } else {
+            objResult.Advice = m_strAdapter + " is gone or not up: plug it in, or set it up.";
         }
     } catch (const CProducerError& objError) {
-        if (objError.GetCode() != GC_ERR_NOT_AVAILABLE) {
-            throw;
-        }
-        bHeardAll = false;  // the adapter went while the sockets were made
+        bHeardAll = false;  // the adapter went while the sockets were made, or there are no sockets left
         objResult.Advice = objError.what();
     }
     // An adapter that is gone or fails at once takes its time all the same: the first update that ends ends the
     // others'.
     if (!objResult.Adapter || !bHeardAll) {
-        const bool bStopped = WaitReadable({objWake.GetDescriptor()}, objWindow.GetEnd());
+        const bool bStopped = WaitReadable({m_objWake.GetDescriptor()}, objWindow.GetEnd());
         bHeardAll = bHeardAll && (!bStopped || Clock::now() >= objWindow.GetCompletion());
     }
     objResult.End = bHeardAll ? DISCOVERY_END::Complete : DISCOVERY_END::CutShort;
@@ -196,8 +194,8 @@ DISCOVERY_RESULT CDiscovery::DoUpdate(DISCOVERY_MODE eMode, milliseconds objTime
 
 void CDiscovery::Stop() noexcept {
     const std::lock_guard objLock(m_mtxStop);
-    if (m_pWake != nullptr) {
-        m_pWake->Signal();
+    if (m_bRunning) {
+        m_objWake.Signal();
     }
 }
 

@@ -10,10 +10,9 @@
 
 #include "producer/wire/Adapter.h"
 #include "producer/wire/DiscoveredDevice.h"
+#include "producer/wire/WakeSocket.h"
 
 namespace producer {
-
-class CWakeSocket;
 
 enum class DISCOVERY_MODE {
     Limited,         ///< to 255.255.255.255
@@ -52,6 +51,7 @@ inline constexpr std::chrono::milliseconds kLongestDiscovery{1000};
 class CDiscovery {
 public:
     /// @param strAdapter  the name of the adapter, which needn't exist and is looked up anew by every update
+    /// @throws CProducerError  GC_ERR_RESOURCE_EXHAUSTED, when the process has no descriptor left
     explicit CDiscovery(std::string strAdapter);
     ~CDiscovery();
     CDiscovery(const CDiscovery&) = delete;
@@ -61,7 +61,6 @@ public:
     /// A second caller waits until the first is done.
     /// @param objTimeout  at most kLongestDiscovery is used. With 0 it takes what comes within some milliseconds and
     ///                    is cut short, but on an adapter without an address, where the few milliseconds count as all
-    /// @throws CProducerError  GC_ERR_IO or GC_ERR_RESOURCE_EXHAUSTED, when the process has no socket left to listen on
     DISCOVERY_RESULT DoUpdate(DISCOVERY_MODE eMode, std::chrono::milliseconds objTimeout);
 
     /// Ends an update that is under way within 10 ms. It counts as complete all the same when the last of its three
@@ -71,9 +70,12 @@ public:
 private:
     const std::string m_strAdapter;
 
-    std::mutex m_mtxUpdate;          // held for a whole update; taken before m_mtxStop
-    std::mutex m_mtxStop;            // guards the one below
-    CWakeSocket* m_pWake = nullptr;  // of the update under way
+    class CRunning;
+
+    CWakeSocket m_objWake;   // wakes the update under way
+    std::mutex m_mtxUpdate;  // held for a whole update; taken before m_mtxStop
+    std::mutex m_mtxStop;    // guards the one below
+    bool m_bRunning = false;
 };
 
 /// Brings a list up to date with the result of an update: a complete one replaces it, one that was cut short changes

@@ -148,9 +148,11 @@ bool CHeartbeat::__IsApplicationAnother() {
 
 void CHeartbeat::__Tell(CONTROL_LOSS eLoss) {
     std::string strText = "camera " + IPToString(m_objDialogue.GetCamera()) + " on " + m_objDialogue.GetAdapterName();
+    const auto nSilenceMs =
+        std::chrono::duration_cast<milliseconds>(Clock::now() - m_objDialogue.GetLastSign()).count();
     switch (eLoss) {
         case CONTROL_LOSS::NoAnswer:
-            strText += " has not answered for " + std::to_string(GetTimeout().count()) +
+            strText += " has not answered for " + std::to_string(nSilenceMs) +
                        " ms: check its power and the cable, then open it again";
             break;
         case CONTROL_LOSS::Dropped:

@@ -16,4 +16,9 @@ void CWakeSocket::Signal() noexcept {
     eventfd_write(m_objDescriptor.Get(), 1);  // fails only when it is readable already
 }
 
+void CWakeSocket::Reset() noexcept {
+    eventfd_t nSignals = 0;
+    eventfd_read(m_objDescriptor.Get(), &nSignals);  // fails only when there is none
+}
+
 }  // namespace producer

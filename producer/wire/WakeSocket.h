@@ -13,6 +13,9 @@ public:
     /// From now on the descriptor is readable.
     void Signal() noexcept;
 
+    /// From now on it isn't, until the next signal.
+    void Reset() noexcept;
+
     [[nodiscard]] int GetDescriptor() const noexcept { return m_objDescriptor.Get(); }
 
 private:

@@ -149,17 +149,17 @@ TEST_F(ControlChannel, CameraThatAnswersBadlyCostsBoundedTimeAndAClearError) {
     } arrCases[] = {
         {"busy",
          [](auto& objSelf, auto& objHeader, auto) { return objSelf.Refuse(objHeader, gev::EGvcpStatus::Busy), true; },
-         GC_ERR_BUSY, 100ms},
-        {"silent", [](auto&, auto&, auto) { return true; }, GC_ERR_TIMEOUT, 350ms},
+         GC_ERR_BUSY, 300ms},
+        {"silent", [](auto&, auto&, auto) { return true; }, GC_ERR_TIMEOUT, 600ms},
         {"endless patience", [&](auto& objSelf, auto& objHeader, auto) { return pend(objSelf, objHeader), true; },
-         GC_ERR_TIMEOUT, 600ms},
+         GC_ERR_TIMEOUT, 900ms},
         {"patience, then the answer",
          [&](auto& objSelf, auto& objHeader, auto) {
              pend(objSelf, objHeader);
              std::this_thread::sleep_for(200ms);
              return false;
          },
-         GC_ERR_SUCCESS, 500ms},
+         GC_ERR_SUCCESS, 800ms},
         {"another's answers",
          [&](auto& objSelf, auto& objHeader, auto) {
              const std::uint32_t nValue = 1;
@@ -169,14 +169,14 @@ TEST_F(ControlChannel, CameraThatAnswersBadlyCostsBoundedTimeAndAClearError) {
              }
              return true;
          },
-         GC_ERR_TIMEOUT, 350ms},
+         GC_ERR_TIMEOUT, 600ms},
         {"wrong length",
          [&](auto& objSelf, auto& objHeader, auto) {
              const std::uint32_t arrValues[2]{};
              return objSelf.Answer(gev::EncodeReadRegAck(arrBuffer, objHeader.RequestID, arrValues)), true;
          },
-         GC_ERR_IO, 100ms},
-        {"the first answer lost", [&](auto&, auto&, auto) { return nAsked++ == 0; }, GC_ERR_SUCCESS, 200ms},
+         GC_ERR_IO, 300ms},
+        {"the first answer lost", [&](auto&, auto&, auto) { return nAsked++ == 0; }, GC_ERR_SUCCESS, 500ms},
     };
     for (const auto& objCase : arrCases) {
         m_pCamera->SetScript(onlyManufacturers(objCase.What));

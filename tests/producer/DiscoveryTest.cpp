@@ -90,7 +90,7 @@ TEST_F(Discovery, FindsCamerasOfAnySubnetAndAsksWhoControlsThem) {
                     {1, DEVICE_ACCESS_STATUS_NOACCESS, DISCOVERY_MODE::Limited}};
     for (const auto& objCase : arrCases) {
         objCamera.SetRegister(gev::bootstrap::kControlChannelPrivilege, objCase.Privilege);
-        const auto objResult = CDiscovery("eth0").DoUpdate(objCase.Mode, 100ms);
+        const auto objResult = CDiscovery("eth0").DoUpdate(objCase.Mode, 300ms);
         ASSERT_EQ(objResult.Devices.size(), 2U);
         EXPECT_EQ(objResult.End, DISCOVERY_END::Complete);
         EXPECT_TRUE(objResult.Devices[0].IsOutsideSubnet);
@@ -105,17 +105,17 @@ TEST_F(Discovery, StrictReversePathFilterHidesNoCameraFromAPacketSocketAndIsTold
     m_pNear->Run("echo 1 > /proc/sys/net/ipv4/conf/eth0/rp_filter");
     CScriptedCamera objCamera(*m_pFar, "far-eth0", {MakeRecord(kMac, MakeIPv4(172, 16, 0, 2))});
     CDiscovery objDiscovery("eth0");
-    EXPECT_EQ(objDiscovery.DoUpdate(DISCOVERY_MODE::Limited, 100ms).Devices.size(), 1U);
+    EXPECT_EQ(objDiscovery.DoUpdate(DISCOVERY_MODE::Limited, 300ms).Devices.size(), 1U);
 
     std::thread([&] {
         DropPacketSockets();
-        const auto objResult = objDiscovery.DoUpdate(DISCOVERY_MODE::Limited, 100ms);
+        const auto objResult = objDiscovery.DoUpdate(DISCOVERY_MODE::Limited, 300ms);
         EXPECT_THAT(objResult.Devices, IsEmpty());
         EXPECT_THAT(objResult.Advice, HasSubstr("net.ipv4.conf.eth0.rp_filter"));
         m_pNear->Run(
             "echo 0 > /proc/sys/net/ipv4/conf/eth0/rp_filter; "
             "echo 0 > /proc/sys/net/ipv4/conf/all/rp_filter");
-        EXPECT_EQ(objDiscovery.DoUpdate(DISCOVERY_MODE::Limited, 100ms).Devices.size(), 1U);
+        EXPECT_EQ(objDiscovery.DoUpdate(DISCOVERY_MODE::Limited, 300ms).Devices.size(), 1U);
     }).join();
 }
 
@@ -125,7 +125,11 @@ TEST_F(Discovery, ListensOnAdaptersWithoutAddressAndWithoutTime) {
     CScriptedCamera objNear(*m_pFar, "far-eth0", {MakeRecord(kMac, MakeIPv4(10, 1, 0, 2))});
     CScriptedCamera objBare(*m_pFar, "far-bare", {MakeRecord(kMac, MakeIPv4(172, 16, 0, 2))});
     EXPECT_EQ(CDiscovery("eth0").DoUpdate(DISCOVERY_MODE::Limited, 0ms).End, DISCOVERY_END::CutShort);
-    const auto objResult = CDiscovery("bare").DoUpdate(DISCOVERY_MODE::DirectedSubnet, 0ms);
+    CDiscovery objDiscovery("bare");
+    auto objResult = objDiscovery.DoUpdate(DISCOVERY_MODE::DirectedSubnet, 0ms);
+    for (int i = 0; i < 50 && objResult.Devices.empty(); ++i) {  // a busy machine is too slow for it at times
+        objResult = objDiscovery.DoUpdate(DISCOVERY_MODE::DirectedSubnet, 0ms);
+    }
     EXPECT_EQ(objResult.End, DISCOVERY_END::Complete);
     EXPECT_EQ(objResult.Devices.size(), 1U);
     EXPECT_THAT(objResult.Advice, HasSubstr("no IPv4 address"));
@@ -173,6 +177,7 @@ TEST_F(Discovery, AdapterThatIsGoneOrGoesTakesItsTimeAndNoList) {
         EXPECT_GE(Clock::now() - objStart, 400ms);
         EXPECT_EQ(objResult.End, bGone ? DISCOVERY_END::Complete : DISCOVERY_END::CutShort);
         EXPECT_EQ(objResult.Adapter.has_value(), !bGone);
+        EXPECT_EQ(objResult.Advice.empty(), !bGone);
     }
 }
 
@@ -192,7 +197,7 @@ TEST_F(Discovery, FloodAndForeignAnswersAreCountedAndEndNothing) {
     });
     const auto objStart = Clock::now();
     const auto objResult = CDiscovery("eth0").DoUpdate(DISCOVERY_MODE::Limited, 200ms);
-    EXPECT_LT(Clock::now() - objStart, 400ms);
+    EXPECT_LT(Clock::now() - objStart, 600ms);
     EXPECT_GT(objResult.RefusedAnswers, 100U);
     EXPECT_GT(objResult.Devices.size(), 100U);
     EXPECT_EQ(objResult.Devices.front().Mac, kMac);
@@ -207,11 +212,14 @@ TEST_F(Discovery, TenAdaptersTakeNoLongerThanOne) {
         const std::string strNet = "10." + std::to_string(i + 1) + ".0.";
         const std::uint32_t nNet = MakeIPv4(10, static_cast<std::uint8_t>(i + 1), 0, 0);
         const auto nFirst = kMac + static_cast<std::uint64_t>(16 * i);
-        Plug(strName, strNet + "1/24", strNet + "2/24");
+        PlugOnly(strName, strNet + "1/24", strNet + "2/24");
         vecCameras.push_back(std::make_unique<CScriptedCamera>(
             *m_pFar, "far-" + strName,
             std::vector{MakeRecord(nFirst, nNet + 2), MakeRecord(nFirst + 1, nNet + 3), MakeRecord(nFirst + 2, 99)}));
         vecDiscoveries.push_back(std::make_unique<CDiscovery>(strName));
+    }
+    for (int i = 0; i < kAdapters; ++i) {
+        AwaitLink("eth" + std::to_string(i));
     }
     const auto objStart = Clock::now();
     std::vector<std::future<DISCOVERY_RESULT>> vecUpdates;
@@ -228,7 +236,7 @@ TEST_F(Discovery, TenAdaptersTakeNoLongerThanOne) {
         EXPECT_EQ(objResult.Devices.size(), 3U);
         EXPECT_EQ(objResult.End, DISCOVERY_END::Complete);
     }
-    EXPECT_LT(Clock::now() - objStart, 550ms);
+    EXPECT_LT(Clock::now() - objStart, 700ms);  // one after the other they would take 5 s
 }
 
 }  // namespace

@@ -1,0 +1,243 @@
+// The whole story on one cable: a camera that nothing reaches is listed, given an address by its MAC, listed on it and
+// opened; and every datagram of that, read by a protocol analyser.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+#include <QUdpSocket>
+#include <gtest/gtest.h>
+
+#include "TLClass/TLClassFeature/FeatureControl.h"
+#include "TLClass/TLClassXML/XMLAnalyzer.h"
+#include "app/RecoveryBroadcast.h"
+#include "app/RecoveryPackets.h"
+#include "camera/FeatureTable.h"
+#include "gev/Address.h"
+#include "gev/GvcpHeader.h"
+#include "tests/camera/RunningCamera.h"
+#include "tests/network/PacketCapture.h"
+#include "tests/producer/entries/ProducerTest.h"
+
+namespace {
+
+constexpr std::uint64_t kWindowMs = 200;
+constexpr std::uint32_t kNewAddress = gev::MakeIPv4(10, 1, 0, 77);
+
+/// A camera at the far end of eth0, and the producer that looks for it.
+class CameraStory : public ProducerTest {
+protected:
+    void PlugIn(const std::string& strAddress) {
+        camera::CAMERA_CONFIGURATION objConfiguration;
+        objConfiguration.Interface = "far0";
+        objConfiguration.Persistent = camera::ParseIPSetting(strAddress);
+        m_pCamera = std::make_unique<CRunningCamera>(*m_objFar, objConfiguration);
+        m_hInterface = OpenInterface(OpenSystem());
+    }
+
+    void TearDown() override {
+        ProducerTest::TearDown();
+        m_pCamera.reset();
+    }
+
+    std::string GetMAC() { return std::string(gev::FormatMAC(m_pCamera->Get().GetMAC()).GetText()); }
+
+    /// Updates the list, and gives what it shows of the only camera.
+    std::string ListedName() {
+        bool8_t bChanged = 0;
+        EXPECT_EQ(Lib().IFUpdateDeviceList(m_hInterface, &bChanged, kWindowMs), GC_ERR_SUCCESS) << LastError();
+        std::uint32_t nCount = 0;
+        EXPECT_EQ(Lib().IFGetNumDevices(m_hInterface, &nCount), GC_ERR_SUCCESS) << LastError();
+        EXPECT_EQ(nCount, 1U);
+        char szName[256] = {};
+        std::size_t nSize = sizeof szName;
+        INFO_DATATYPE nType = 0;
+        EXPECT_EQ(Lib().IFGetDeviceInfo(m_hInterface, DeviceId(m_hInterface).c_str(), DEVICE_INFO_DISPLAYNAME, &nType,
+                                        szName, &nSize),
+                  GC_ERR_SUCCESS)
+            << LastError();
+        return szName;
+    }
+
+    void Recover(const std::string& strAddress) {
+        QUdpSocket objSocket;
+        SendRecoveryPackets(
+            objSocket,
+            FillRecoveryPackets(QString::fromStdString(GetMAC()), QString::fromStdString(strAddress)).value());
+    }
+
+    void WaitForAddress(std::uint32_t nAddress) {
+        const auto objEnd = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (m_pCamera->Get().GetAddress() != nAddress && std::chrono::steady_clock::now() < objEnd) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        ASSERT_EQ(m_pCamera->Get().GetAddress(), nAddress);
+    }
+
+    GC_ERROR OpenDevice() {
+        return Lib().IFOpenDevice(m_hInterface, DeviceId(m_hInterface).c_str(), DEVICE_ACCESS_CONTROL, &m_hDevice);
+    }
+
+    /// Does something with the features of the opened camera.
+    void WithFeatures(const std::function<void(IFeatureControl&)>& funBody) {
+        PORT_HANDLE hPort = nullptr;
+        ASSERT_EQ(Lib().DevGetPort(m_hDevice, &hPort), GC_ERR_SUCCESS) << LastError();
+        CXMLAnalyzer objAnalyzer(&Lib());
+        objAnalyzer.LoadXMLFromPortHandle(hPort);
+        CFeatureControl objFeatures(objAnalyzer.GetNodeMapRef());
+        funBody(objFeatures);
+    }
+
+    std::unique_ptr<CRunningCamera> m_pCamera;
+    IF_HANDLE m_hInterface = nullptr;
+    DEV_HANDLE m_hDevice = nullptr;
+};
+
+/// Both directions of one cable.
+class CWire {
+public:
+    CWire(const CNetworkNamespace& objMachine, const CNetworkNamespace& objFar)
+        : m_objMachine(objMachine), m_objFar(objFar), m_objOut(objFar, "far0"), m_objIn(objMachine, "eth0") {}
+
+    /// Everything so far, in the order of time.
+    std::vector<CAPTURED_DATAGRAM> TakeAll() {
+        SendMark(m_objMachine, "eth0", "that was all");
+        SendMark(m_objFar, "far0", "that was all");
+        auto vecAll = m_objOut.TakeUntil("that was all");
+        const auto vecAnswers = m_objIn.TakeUntil("that was all");
+        vecAll.insert(vecAll.end(), vecAnswers.begin(), vecAnswers.end());
+        std::ranges::sort(vecAll, {}, &CAPTURED_DATAGRAM::Time);
+        return vecAll;
+    }
+
+private:
+    const CNetworkNamespace& m_objMachine;
+    const CNetworkNamespace& m_objFar;
+    CPacketCapture m_objOut;
+    CPacketCapture m_objIn;
+};
+
+/// What a protocol analyser says of the datagrams, a line each: protocols, command or acknowledge, complaint.
+std::vector<std::string> Analyse(const std::vector<CAPTURED_DATAGRAM>& vecDatagrams) {
+    const auto objFile = std::filesystem::temp_directory_path() / ("story-" + std::to_string(getpid()) + ".pcap");
+    WriteCaptureFile(objFile, vecDatagrams);
+    // An empty home: the analyser is to read by its own rules and not by its user's.
+    const std::string strCommand = "HOME=/nonexistent XDG_CONFIG_HOME= tshark -r " + objFile.string() +
+                                   " -T fields -E separator=/s -e _ws.col.Protocol -e gvcp.cmd.command -e gvcp.ack"
+                                   " -e _ws.malformed -e _ws.expert.message 2>/dev/null";
+    std::vector<std::string> vecLines;
+    FILE* const pOutput = popen(strCommand.c_str(), "r");
+    for (char szLine[512]; std::fgets(szLine, sizeof szLine, pOutput) != nullptr;) {
+        vecLines.emplace_back(szLine);
+    }
+    pclose(pOutput);
+    std::filesystem::remove(objFile);
+    return vecLines;
+}
+
+TEST_F(CameraStory, LostCameraIsListedRecoveredListedAnewAndOpened) {
+    PlugIn("10.99.0.5/24");
+    EXPECT_TRUE(ListedName().starts_with("Virtual GigE(10.99.0.5[" + GetMAC() + "])"));
+    const std::string strId = DeviceId(m_hInterface);
+    // It hears us, and we don't hear it: an attempt must not leave it under a control that keeps the recovery out.
+    EXPECT_EQ(OpenDevice(), GC_ERR_TIMEOUT) << LastError();
+
+    Recover("10.1.0.77");
+    ASSERT_NO_FATAL_FAILURE(WaitForAddress(kNewAddress));
+    EXPECT_EQ(ListedName(), "Virtual GigE(10.1.0.77[" + GetMAC() + "])");
+    EXPECT_EQ(DeviceId(m_hInterface), strId);
+    ASSERT_EQ(OpenDevice(), GC_ERR_SUCCESS) << LastError();
+    WithFeatures([](IFeatureControl& objFeatures) {
+        EXPECT_EQ(objFeatures.DoGetInt("GevCurrentIPAddress"), kNewAddress);
+        EXPECT_EQ(objFeatures.DoGetInt("GevPersistentIPAddress"), kNewAddress) << "it keeps it when it is switched off";
+        EXPECT_EQ(objFeatures.DoGetInt("GevCurrentSubnetMask"), gev::MakeIPv4(255, 255, 255, 0));
+    });
+}
+
+TEST_F(CameraStory, ProtocolAnalyserUnderstandsEveryDatagramOfIt) {
+    if (std::system("command -v tshark >/dev/null") != 0) {
+        GTEST_SKIP() << "no protocol analyser is installed (package tshark)";
+    }
+    CWire objWire(*m_objMachine, *m_objFar);
+    PlugIn("10.99.0.5/24");
+    ListedName();
+    Recover("10.1.0.77");
+    ASSERT_NO_FATAL_FAILURE(WaitForAddress(kNewAddress));
+    ListedName();
+    ASSERT_EQ(OpenDevice(), GC_ERR_SUCCESS) << LastError();
+    WithFeatures([](IFeatureControl& objFeatures) {
+        objFeatures.DoSetString("DeviceUserID", "left camera");
+        objFeatures.DoSetInt("Width", 640);
+    });
+    ASSERT_EQ(Lib().DevClose(m_hDevice), GC_ERR_SUCCESS) << LastError();
+
+    const auto vecDatagrams = objWire.TakeAll();
+    const auto vecLines = Analyse(vecDatagrams);
+    EXPECT_EQ(vecLines.size(), vecDatagrams.size());
+    // The vendor command is GVCP to the analyser, its acknowledge isn't. No line may end in a complaint.
+    EXPECT_EQ(std::set(vecLines.begin(), vecLines.end()),
+              (std::set<std::string>{"GVCP 0x0002   \n", "GVCP  0x0003  \n", "GVCP 0x0004   \n", "GVCP 0x0080   \n",
+                                     "GVCP  0x0081  \n", "GVCP 0x0082   \n", "GVCP  0x0083  \n", "GVCP 0x0084   \n",
+                                     "GVCP  0x0085  \n", "GVCP 0x0086   \n", "GVCP  0x0087  \n", "GVCP 0x9000   \n",
+                                     "UDP    \n"}));
+}
+
+/// Reads a feature and, where it may, writes the same value back.
+void ReadAndWriteBack(IFeatureControl& objFeatures, const camera::FEATURE& objFeature) {
+    const std::string strName(objFeature.Name);
+    const bool bWrite = objFeatures.IsFeatureWritable(strName);
+    switch (objFeature.Kind) {
+        case camera::EKind::Integer: {
+            const auto nValue = objFeatures.DoGetInt(strName);
+            return bWrite ? objFeatures.DoSetInt(strName, nValue) : void();
+        }
+        case camera::EKind::Float: {
+            const auto fValue = objFeatures.DoGetFloat(strName);
+            return bWrite ? objFeatures.DoSetFloat(strName, fValue) : void();
+        }
+        case camera::EKind::Enumeration: {
+            const auto nValue = objFeatures.DoGetEnum(strName);
+            return bWrite ? objFeatures.DoSetEnum(strName, nValue) : void();
+        }
+        case camera::EKind::Boolean: {
+            const auto bValue = objFeatures.DoGetBool(strName);
+            return bWrite ? objFeatures.DoSetBool(strName, bValue) : void();
+        }
+        case camera::EKind::Text: {
+            const auto strValue = objFeatures.DoGetString(strName);
+            return bWrite ? objFeatures.DoSetString(strName, strValue) : void();
+        }
+        case camera::EKind::Command:
+            return;
+    }
+}
+
+TEST_F(CameraStory, EveryFeatureIsReadAndWrittenOverTheNetwork) {
+    PlugIn("10.1.0.2/24");
+    ListedName();
+    ASSERT_EQ(OpenDevice(), GC_ERR_SUCCESS) << LastError();
+    WithFeatures([](IFeatureControl& objFeatures) {
+        objFeatures.DoSetBool("ChunkModeActive", true);  // some are there only with it
+        for (const camera::FEATURE& objFeature : camera::ListFeatures()) {
+            EXPECT_NO_THROW(ReadAndWriteBack(objFeatures, objFeature)) << objFeature.Name;
+        }
+        objFeatures.DoSetEnum("UserSetSelector", 1);
+        for (const char* pCommand : {"UserSetSave", "UserSetLoad", "GevTimestampControlLatch", "AcquisitionStop"}) {
+            EXPECT_NO_THROW(objFeatures.DoSendCommand(pCommand)) << pCommand;
+        }
+        EXPECT_GT(objFeatures.DoGetInt("GevTimestampValue"), 0);
+        EXPECT_EQ(objFeatures.DoGetString("DeviceModelName"), "Virtual GigE");
+    });
+}
+
+}  // namespace
