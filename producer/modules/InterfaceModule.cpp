@@ -129,7 +129,7 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
     const std::string strMac = MacText(objEntry.Device.Mac);
     try {
         return m_objDevices.Open(strMac, [&] {
-            return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess,
+            return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess, m_objClosing.get_token(),
                                                    [this, strMac] { m_objDevices.Forget(strMac); });
         });
     } catch (const CProducerError& objError) {
@@ -177,8 +177,10 @@ void CInterfaceModule::EndUpdates() noexcept {
 }
 
 void CInterfaceModule::DoClose() noexcept {
+    m_objClosing.request_stop();
     EndUpdates();
     m_objDevices.CloseAll();
+    m_objDevices.AwaitOpeners();  // they were just told to give up
     m_funClosed();
 }
 

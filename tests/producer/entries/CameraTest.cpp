@@ -231,6 +231,23 @@ TEST_F(ProducerCamera, ClosesWithAllAboveItAtOnceFromSeveralThreads) {
     }
 }
 
+TEST_F(ProducerCamera, ThatIsBeingOpenedIsGivenUpByAClose) {
+    camera::FAULTS objFaults;
+    objFaults.PendingForever = true;
+    Plug("10.1.0.2/24", objFaults);
+    ASSERT_EQ(Update(), 1u);
+    const std::string strId = DeviceId(m_hInterface);
+    auto objOpen = std::async(std::launch::async, [&] {
+        DEV_HANDLE hDevice = nullptr;
+        return Lib().IFOpenDevice(m_hInterface, strId.c_str(), DEVICE_ACCESS_CONTROL, &hDevice);
+    });
+    EXPECT_EQ(objOpen.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+    const auto objStart = std::chrono::steady_clock::now();
+    EXPECT_EQ(Lib().IFClose(m_hInterface), GC_ERR_SUCCESS);
+    EXPECT_EQ(objOpen.get(), GC_ERR_INVALID_HANDLE);
+    EXPECT_LT(std::chrono::steady_clock::now() - objStart, std::chrono::seconds(2));
+}
+
 TEST_F(ProducerCamera, OfAnotherSubnetIsListedAndGetsAnAddress) {
     m_objMachine->Run("sysctl -qw net.ipv4.conf.all.rp_filter=0 net.ipv4.conf.eth0.rp_filter=0");
     Plug("172.16.9.9/24");
