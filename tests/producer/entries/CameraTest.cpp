@@ -125,6 +125,8 @@ TEST_F(ProducerCamera, OpensOnceByIdOrAddressWithNodeMapsOfAllItsModules) {
     const std::string strId = DeviceId(m_hInterface);
     hDevice = Open(strId);
     EXPECT_EQ(Info(strId, DEVICE_INFO_ACCESS_STATUS), std::to_string(DEVICE_ACCESS_STATUS_OPEN_READWRITE));
+    Update();
+    EXPECT_TRUE(Info(strId, DEVICE_INFO_DISPLAYNAME).ends_with("])")) << "our own control is no remark";
     for (const char* pszAgain : {strId.c_str(), "IP::10.1.0.2"}) {
         DEV_HANDLE hSecond = nullptr;
         EXPECT_EQ(Lib().IFOpenDevice(m_hInterface, pszAgain, DEVICE_ACCESS_READONLY, &hSecond), GC_ERR_RESOURCE_IN_USE);
