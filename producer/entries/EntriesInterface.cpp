@@ -71,8 +71,9 @@ GC_ERROR IFOpenDevice(IF_HANDLE hInterface, const char* pszDeviceId, DEVICE_ACCE
     });
 }
 
-// nValue: the bits of the configuration to switch on (persistent 1, DHCP 2, link-local 4). The texts: address, mask,
-// gateway and user-defined name that the camera is to keep; an empty one leaves what it has.
+// nValue: the bits of the configuration to switch on (persistent 1, DHCP 2, link-local 4), the others are switched off;
+// 0 leaves them as they are. The texts: address, mask, gateway and user-defined name that the camera is to keep; an
+// empty one leaves what it has.
 GC_ERROR IFIpConfiguration(IF_HANDLE hInterface, const char* pszDeviceId, uint32_t nValue, const char* pszText1,
                            const char* pszText2, const char* pszText3, const char* pszText4) {
     return RunInitialisedEntry("IFIpConfiguration", [&] {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <condition_variable>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -49,6 +50,7 @@ public:
         if (const auto itChild = m_mapChild.find(strKey); itChild != m_mapChild.end()) {
             pChild = std::move(itChild->second);
             m_mapChild.erase(itChild);
+            m_objForgotten.notify_all();
         }
     }
 
@@ -64,6 +66,12 @@ public:
         while (const std::shared_ptr<TChild> pChild = TakeOne()) {
             pChild->Close();
         }
+    }
+
+    /// Waits, after CloseAll, until nobody is opening a child any more.
+    void AwaitOpeners() noexcept {
+        std::unique_lock objLock(m_mtxChildren);
+        m_objForgotten.wait(objLock, [this] { return m_mapChild.empty(); });
     }
 
 private:
@@ -94,6 +102,7 @@ private:
     mutable std::mutex m_mtxChildren;  // guards the two below; taken before the handle table's lock
     std::map<std::string, std::shared_ptr<TChild>> m_mapChild;  // null while one is being opened
     bool m_bClosed = false;
+    std::condition_variable m_objForgotten;
 };
 
 }  // namespace producer

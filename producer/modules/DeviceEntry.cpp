@@ -14,7 +14,7 @@ namespace {
 
 /// What a user must know before trying to open it, the gravest first; empty when there is nothing. A window's list cuts
 /// off what is long.
-std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bOpenHere) {
+std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHere) {
     if (objDevice.IsOutsideSubnet) {
         return " wrong subnet";
     }
@@ -24,8 +24,8 @@ std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bOpenHere) {
     if (objDevice.SharesMac) {
         return " shared MAC";
     }
-    if (!bOpenHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
-                       objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
+    if (!bControlledHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
+                             objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
         return " in use elsewhere";
     }
     return {};
@@ -33,12 +33,12 @@ std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bOpenHere) {
 
 }  // namespace
 
-DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bOpenHere) {
+DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bControlledHere) {
     const std::string strMac = MacText(objDevice.Mac);
     DEVICE_ENTRY objEntry;
     objEntry.Id = objDevice.Model + '(' + strMac + ')';
     objEntry.DisplayName = objDevice.Model + '(' + AddressText(objDevice.Address) + '[' + strMac + "])";
-    objEntry.DisplayName += RemarkOn(objDevice, bOpenHere);
+    objEntry.DisplayName += RemarkOn(objDevice, bControlledHere);
     objEntry.Device = std::move(objDevice);
     return objEntry;
 }

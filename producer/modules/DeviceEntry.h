@@ -17,8 +17,8 @@ struct DEVICE_ENTRY {
     DISCOVERED_DEVICE Device;
 };
 
-/// @param bOpenHere  whether this process has the camera open, which then isn't told as another's
-DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bOpenHere);
+/// @param bControlledHere  whether this process controls the camera, which then isn't told as another's
+DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bControlledHere);
 
 /// @param nAccessStatus  as it is now, which the entry doesn't know of a camera that is open here
 /// @throws CProducerError  GC_ERR_NOT_AVAILABLE for a command that isn't known

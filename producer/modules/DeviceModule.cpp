@@ -48,14 +48,14 @@ CONTROL_ACCESS ControlAccessOf(DEVICE_ACCESS_FLAGS nFlags) {
 }
 
 CDeviceModule::CDeviceModule(const ADAPTER& objAdapter, const DEVICE_ENTRY& objEntry, CONTROL_ACCESS eAccess,
-                             std::function<void()> funClosed)
+                             const std::stop_token& objGiveUp, std::function<void()> funClosed)
     : CModule("TLDevice", objEntry.Id,
               {"NorvikDevice", "One open camera, as the producer sees it", "DevicePort",
                "6B1E3A52-0C3D-4E61-9A57-2F4D0B8C7E13"}),
       m_objEntry(objEntry),
       m_strStreamId(MacText(objEntry.Device.Mac) + "-Stream0"),
       m_funClosed(std::move(funClosed)),
-      m_pRemotePort(std::make_shared<CRemotePort>(objAdapter, objEntry, eAccess)) {
+      m_pRemotePort(std::make_shared<CRemotePort>(objAdapter, objEntry, eAccess, objGiveUp)) {
     GetEvents().Offer(EVENT_REMOTE_DEVICE, kRemoteEventSizeMax, kRemoteEventsKept);
     AddDeviceFeatures();
     AddLinkFeatures();

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <stop_token>
 #include <string>
 
 #include "producer/modules/Children.h"
@@ -23,10 +24,11 @@ CONTROL_ACCESS ControlAccessOf(DEVICE_ACCESS_FLAGS nFlags);
 class CDeviceModule : public CModule {
 public:
     /// Opens the camera's control channel.
+    /// @param objGiveUp  ends the attempt
     /// @param funClosed  called last in the close
     /// @throws CProducerError  as CControlChannel
     CDeviceModule(const ADAPTER& objAdapter, const DEVICE_ENTRY& objEntry, CONTROL_ACCESS eAccess,
-                  std::function<void()> funClosed);
+                  const std::stop_token& objGiveUp, std::function<void()> funClosed);
 
     /// @throws CProducerError  GC_ERR_NOT_AVAILABLE for a command that isn't known
     CInfoValue GetInfo(DEVICE_INFO_CMD nCommand) const;

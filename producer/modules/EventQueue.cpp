@@ -83,13 +83,14 @@ void CEventQueue::GetData(void* pBuffer, std::size_t* pSize, std::uint64_t nTime
 void CEventQueue::HandOut(void* pBuffer, std::size_t* pSize) {
     const std::size_t nSize = m_vecSize[m_nFirst];
     if (nSize != 0) {
+        if (pBuffer == nullptr || *pSize < nSize) {
+            m_objSignal.notify_one();  // the event stays, and somebody else may have brought a buffer for it
+        }
         if (pBuffer == nullptr) {
             *pSize = nSize;
             return;
         }
         if (*pSize < nSize) {
-            // Somebody else may have brought a larger buffer.
-            m_objSignal.notify_one();
             throw CProducerError(GC_ERR_BUFFER_TOO_SMALL, "the buffer has " + std::to_string(*pSize) +
                                                               " bytes, the event " + std::to_string(nSize));
         }

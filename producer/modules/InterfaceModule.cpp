@@ -96,12 +96,15 @@ bool CInterfaceModule::UpdateDevices(std::uint64_t nTimeoutMs) {
     return bChanged;
 }
 
-/// Makes the list anew even if the cameras are the same: who has one open shows in its name.
+/// Makes the list anew even if the cameras are the same: whether this process controls one shows in its name.
 void CInterfaceModule::TakeResult(DISCOVERY_RESULT objResult) {
     auto pList = std::make_shared<DEVICE_LIST>();
     pList->reserve(m_vecDiscovered.size());
     for (const DISCOVERED_DEVICE& objDevice : m_vecDiscovered) {
-        pList->push_back(MakeDeviceEntry(objDevice, m_objDevices.Find(MacText(objDevice.Mac)) != nullptr));
+        // Who only reads here tells nothing of who controls it.
+        const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MacText(objDevice.Mac));
+        const bool bControlledHere = pOpen && pOpen->GetAccessStatus() == DEVICE_ACCESS_STATUS_OPEN_READWRITE;
+        pList->push_back(MakeDeviceEntry(objDevice, bControlledHere));
     }
     const std::lock_guard objLock(m_mtxState);
     m_pList = std::move(pList);
@@ -129,7 +132,7 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
     const std::string strMac = MacText(objEntry.Device.Mac);
     try {
         return m_objDevices.Open(strMac, [&] {
-            return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess,
+            return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess, m_objClosing.get_token(),
                                                    [this, strMac] { m_objDevices.Forget(strMac); });
         });
     } catch (const CProducerError& objError) {
@@ -177,8 +180,10 @@ void CInterfaceModule::EndUpdates() noexcept {
 }
 
 void CInterfaceModule::DoClose() noexcept {
+    m_objClosing.request_stop();
     EndUpdates();
     m_objDevices.CloseAll();
+    m_objDevices.AwaitOpeners();  // they were just told to give up
     m_funClosed();
 }
 

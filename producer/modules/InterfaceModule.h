@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,7 @@ private:
     const std::string m_strAdapter;
     const std::function<void()> m_funClosed;
     CDiscovery m_objDiscovery;
+    std::stop_source m_objClosing;          // ends the attempts to open a camera
     CChildren<CDeviceModule> m_objDevices;  // by MAC, so that a camera is open once whatever ID it was opened by
 
     std::mutex m_mtxUpdate;                          // held for a whole update; taken before m_mtxState; guards:

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::uint64_t kFirstRegister = 0x1000;
 constexpr std::uint64_t kDescription = 0x100000;  // beyond the registers of any table
+constexpr std::size_t kRegisterUnit = 4;          // bytes
 
 std::string Hexadecimal(std::uint64_t nValue) {
     char szText[16];
@@ -111,6 +112,9 @@ void CRegisterMap::Finish() {
     }
     m_nDescriptionAddress = kDescription;
     m_strDescription = CDescriptionWriter(m_objHeader, m_deqFeature).Write();
+    // Consumers that read ports in whole registers read it so too.
+    const std::size_t nWhole = (m_strDescription.size() + kRegisterUnit - 1) / kRegisterUnit * kRegisterUnit;
+    m_strDescription.resize(nWhole, '\n');
 }
 
 CRegisterMap::REGISTERS::const_iterator CRegisterMap::FindRegister(std::uint64_t nAddress) const {

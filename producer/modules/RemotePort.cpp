@@ -11,9 +11,11 @@
 
 namespace producer {
 
-CRemotePort::CRemotePort(const ADAPTER& objAdapter, const DEVICE_ENTRY& objEntry, CONTROL_ACCESS eAccess)
-    : m_objChannel(objAdapter, objEntry.Device.Address, eAccess, CONTROL_SETTINGS{},
-                   [this](CONTROL_LOSS, const std::string&) { GetEvents().PostOnce(EVENT_ZR_DEVICE_OFFLINE); }) {
+CRemotePort::CRemotePort(const ADAPTER& objAdapter, const DEVICE_ENTRY& objEntry, CONTROL_ACCESS eAccess,
+                         const std::stop_token& objGiveUp)
+    : m_objChannel(
+          objAdapter, objEntry.Device.Address, eAccess, CONTROL_SETTINGS{},
+          [this](CONTROL_LOSS, const std::string&) { GetEvents().PostOnce(EVENT_ZR_DEVICE_OFFLINE); }, objGiveUp) {
     GetEvents().Offer(EVENT_ZR_DEVICE_OFFLINE, 0, 1);
     if (m_objChannel.IsLost()) {
         GetEvents().PostOnce(EVENT_ZR_DEVICE_OFFLINE);  // so early that the event wasn't offered yet

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,10 @@ namespace producer {
 class CRemotePort : public CPort {
 public:
     /// Opens the control channel.
+    /// @param objGiveUp  ends the attempt
     /// @throws CProducerError  as CControlChannel
-    CRemotePort(const ADAPTER& objAdapter, const DEVICE_ENTRY& objEntry, CONTROL_ACCESS eAccess);
+    CRemotePort(const ADAPTER& objAdapter, const DEVICE_ENTRY& objEntry, CONTROL_ACCESS eAccess,
+                const std::stop_token& objGiveUp);
 
     void* Publish(const std::shared_ptr<CRemotePort>& pThis);
     void* GetHandle() const { return m_hPort; }

@@ -12,7 +12,7 @@ namespace producer {
 namespace {
 
 constexpr std::int32_t kGenTLMajor = 1;
-constexpr std::int32_t kGenTLMinor = 5;
+constexpr std::int32_t kGenTLMinor = 3;  // whose entries are the exported ones; 1.4 and 1.5 have more
 constexpr std::int32_t kGevMajor = 2;
 constexpr std::int32_t kGevMinor = 0;
 constexpr const char* kModel = "ZrGVTL";

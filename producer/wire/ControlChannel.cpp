@@ -21,7 +21,8 @@ namespace {
 namespace bootstrap = gev::bootstrap;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kReleaseTimeout{100};  // for one of two attempts to give the privilege back
+constexpr milliseconds kReleaseTimeout{100};    // for one of two attempts to give the privilege back
+constexpr milliseconds kLongestOpening{5'000};  // for all its questions, however much patience the camera asks for
 
 std::uint32_t GetPrivilege(CONTROL_ACCESS eAccess) {
     return eAccess == CONTROL_ACCESS::Exclusive ? bootstrap::kPrivilegeExclusive : bootstrap::kPrivilegeControl;
@@ -55,14 +56,19 @@ std::optional<PRIMARY_APPLICATION> ReadApplication(CControlDialogue& objDialogue
 class CControlChannel::CImpl {
 public:
     CImpl(const ADAPTER& objAdapter, std::uint32_t nAddress, CONTROL_ACCESS eAccess,
-          const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss)
+          const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss, const std::stop_token& objGiveUp)
         : m_objAdapter(objAdapter), m_eAccess(eAccess), m_objDialogue(objAdapter, nAddress, objSettings) {
+        const std::stop_callback objEnd(objGiveUp, [this] {
+            m_objDialogue.End(GC_ERR_INVALID_HANDLE, "the module above was closed while the device was being opened");
+        });
+        m_objDialogue.SetDeadline(Clock::now() + kLongestOpening);
         m_nLocalAddress = m_objDialogue.GetSocket().GetLocalAddress();
         TakePrivilege();
         try {
             const auto nCapability = ReadIfThere(m_objDialogue, bootstrap::kGvcpCapability).value_or(0);
             m_objMemory.emplace(m_objDialogue, (nCapability & bootstrap::kGvcpCapabilityWriteMem) != 0);
             m_objHeartbeat.emplace(m_objDialogue, eAccess, ReadHeartbeatTimeout(), FindOurselves(), std::move(funLoss));
+            m_objDialogue.SetDeadline(Clock::time_point::max());
         } catch (...) {
             ReleasePrivilege();
             throw;
@@ -103,16 +109,21 @@ public:
 private:
     void TakePrivilege() {
         const std::uint32_t nRegister = bootstrap::kControlChannelPrivilege.Address;
+        bool bAsked = false;
         try {
             // The read comes first for every access: a camera on another subnet hears us, but we don't hear it. It
             // would be under our control until its heartbeat runs out, and refuse to be given an address meanwhile.
             m_objDialogue.DoReadRegister(nRegister);
-            if (m_eAccess != CONTROL_ACCESS::ReadOnly) {
+            bAsked = m_eAccess != CONTROL_ACCESS::ReadOnly;
+            if (bAsked) {
                 m_objDialogue.DoWriteRegister(nRegister, GetPrivilege(m_eAccess));
             }
         } catch (const CProducerError& objError) {
             if (objError.GetCode() == GC_ERR_ACCESS_DENIED) {
                 ThrowDenied(m_objDialogue);
+            }
+            if (bAsked) {
+                ReleasePrivilege();  // the camera may have given it, and the answer is what was lost
             }
             throw;
         }
@@ -142,8 +153,9 @@ private:
 };
 
 CControlChannel::CControlChannel(const ADAPTER& objAdapter, std::uint32_t nAddress, CONTROL_ACCESS eAccess,
-                                 const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss)
-    : m_pImpl(std::make_unique<CImpl>(objAdapter, nAddress, eAccess, objSettings, std::move(funLoss))) {}
+                                 const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss,
+                                 const std::stop_token& objGiveUp)
+    : m_pImpl(std::make_unique<CImpl>(objAdapter, nAddress, eAccess, objSettings, std::move(funLoss), objGiveUp)) {}
 
 CControlChannel::~CControlChannel() {
     m_pImpl->Close();

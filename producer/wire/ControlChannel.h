@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <stop_token>
 #include <string>
 
 #include "GenTL/GenTL.h"
@@ -27,12 +28,16 @@ class CControlChannel {
 public:
     /// Opens: takes the privilege, reads the heartbeat time-out from the camera and starts the heartbeat.
     /// @param objAdapter  where the camera is; every packet leaves by it, whatever the routes say
+    /// Takes at most some five seconds, however the camera answers.
     /// @param nAddress    of the camera, first octet highest
+    /// @param objGiveUp   ends the attempt within some 10 ms, and 200 ms more to give the privilege back; no concern of
+    ///                    a channel that is open
     /// @throws CProducerError  GC_ERR_ACCESS_DENIED when another application controls the camera; GC_ERR_TIMEOUT when
-    ///                         it doesn't answer; GC_ERR_NOT_AVAILABLE when the adapter is gone or has no way to it;
-    ///                         GC_ERR_RESOURCE_EXHAUSTED
+    ///                         it doesn't answer; GC_ERR_INVALID_HANDLE when it was given up; GC_ERR_NOT_AVAILABLE when
+    ///                         the adapter is gone or has no way to it; GC_ERR_RESOURCE_EXHAUSTED
     CControlChannel(const ADAPTER& objAdapter, std::uint32_t nAddress, CONTROL_ACCESS eAccess,
-                    const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss);
+                    const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss,
+                    const std::stop_token& objGiveUp = {});
     /// As Close.
     ~CControlChannel();
     CControlChannel(const CControlChannel&) = delete;

@@ -299,7 +299,12 @@ ASKING CControlDialogue::GetAsking() const noexcept {
     objAsking.AnswerTimeout = milliseconds(m_nAnswerTimeoutMs.load(std::memory_order_relaxed));
     objAsking.Repeats = m_nRepeats.load(std::memory_order_relaxed);
     objAsking.LongestPending = milliseconds(m_nLongestPendingMs.load(std::memory_order_relaxed));
+    objAsking.Deadline = Clock::time_point(Clock::duration(m_nDeadline.load(std::memory_order_relaxed)));
     return objAsking;
+}
+
+void CControlDialogue::SetDeadline(Clock::time_point objDeadline) noexcept {
+    m_nDeadline.store(objDeadline.time_since_epoch().count(), std::memory_order_relaxed);
 }
 
 CONTROL_SETTINGS CControlDialogue::GetSettings() const noexcept {

@@ -58,6 +58,9 @@ public:
     /// @param arrAnswer    where the answer is put
     OUTCOME Ask(std::span<std::byte> objQuestion, const ASKING& objAsking, gev::GvcpBuffer& arrAnswer);
 
+    /// From now on questions that are asked as the settings say end by then too.
+    void SetDeadline(Clock::time_point objDeadline) noexcept;
+
     /// The four questions, asked as the settings say.
     /// @throws CProducerError  as CControlChannel tells
     std::uint32_t DoReadRegister(std::uint32_t nAddress);
@@ -116,6 +119,7 @@ private:
     std::atomic<std::int64_t> m_nAnswerTimeoutMs;
     std::atomic<std::uint32_t> m_nRepeats;
     std::atomic<std::int64_t> m_nLongestPendingMs;
+    std::atomic<Clock::rep> m_nDeadline{Clock::time_point::max().time_since_epoch().count()};
 
     std::atomic<std::uint64_t> m_nCommandCount{0};
     std::atomic<std::uint64_t> m_nRepeatCount{0};

@@ -173,12 +173,9 @@ void WriteAndCheck(CControlChannel& objChannel, const bootstrap::REGISTER& objRe
     }
 }
 
+/// @param strName  that fits
 void WriteUserName(CControlChannel& objChannel, const std::string& strName) {
     constexpr std::size_t kSize = bootstrap::kUserDefinedName.Size;
-    if (strName.size() > kSize) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER,
-                             "the name \"" + strName + "\" is longer than " + std::to_string(kSize) + " bytes");
-    }
     std::array<std::byte, kSize> arrName{};
     std::array<std::byte, kSize> arrRead{};
     std::transform(strName.begin(), strName.end(), arrName.begin(), [](char n) { return static_cast<std::byte>(n); });
@@ -196,6 +193,12 @@ void CheckConfiguration(CControlChannel& objChannel, const IP_CONFIGURATION& obj
         throw CProducerError(GC_ERR_INVALID_PARAMETER, FormatHex(objConfiguration.Configuration) +
                                                            " is no IP configuration: add up 1 persistent, "
                                                            "2 DHCP, 4 link-local");
+    }
+    constexpr std::size_t kLongestName = bootstrap::kUserDefinedName.Size;
+    if (objConfiguration.UserName && objConfiguration.UserName->size() > kLongestName) {
+        throw CProducerError(GC_ERR_INVALID_PARAMETER, "the name \"" + *objConfiguration.UserName +
+                                                           "\" is longer than " + std::to_string(kLongestName) +
+                                                           " bytes");
     }
     const std::uint32_t nSupported = objChannel.DoReadRegister(bootstrap::kSupportedIPConfiguration.Address);
     if ((objConfiguration.Configuration & ~nSupported) != 0) {
@@ -296,8 +299,10 @@ void DoConfigureIp(CControlChannel& objChannel, const IP_CONFIGURATION& objConfi
     }
     // Last, so that a camera never starts with a persistent address that was only half written. The link-local bit
     // stays set in cameras that can't do without.
-    WriteAndCheck(objChannel, bootstrap::kCurrentIPConfiguration, objConfiguration.Configuration,
-                  kIpConfigurations & ~bootstrap::kIPConfigurationLinkLocal);
+    if (objConfiguration.Configuration != 0) {
+        WriteAndCheck(objChannel, bootstrap::kCurrentIPConfiguration, objConfiguration.Configuration,
+                      kIpConfigurations & ~bootstrap::kIPConfigurationLinkLocal);
+    }
 }
 
 DISCOVERY_REPLY DoAskDevice(const std::string& strAdapter, std::uint32_t nAddress) {

@@ -15,6 +15,11 @@ namespace producer {
 namespace {
 
 constexpr int kReceiveBuffer = 1 << 20;  // answers of a thousand cameras at once
+constexpr int kSendBuffer = 4 << 20;     // questions to as many that the kernel still looks for by ARP
+
+/// Nobody waits for a full queue: questions to hosts that aren't there would fill it for seconds. What doesn't fit is
+/// lost, as on the wire, and asked again.
+constexpr int kSendFlags = MSG_NOSIGNAL | MSG_DONTWAIT;
 
 sockaddr_in MakeAddress(std::uint32_t nAddress, std::uint16_t nPort) {
     sockaddr_in objAddress{};
@@ -71,8 +76,12 @@ CUdpSocket::CUdpSocket(const ADAPTER& objAdapter)
         SetOption(nSocket, IPPROTO_IP, IP_PKTINFO, 1) != 0 || SetOption(nSocket, SOL_SOCKET, SO_BROADCAST, 1) != 0) {
         ThrowSocketError(errno, "set up a UDP socket for " + m_strAdapter);
     }
+    // Without the right to more, the kernel grants what it may.
     if (SetOption(nSocket, SOL_SOCKET, SO_RCVBUFFORCE, kReceiveBuffer) != 0) {
-        SetOption(nSocket, SOL_SOCKET, SO_RCVBUF, kReceiveBuffer);  // the kernel grants what it may
+        SetOption(nSocket, SOL_SOCKET, SO_RCVBUF, kReceiveBuffer);
+    }
+    if (SetOption(nSocket, SOL_SOCKET, SO_SNDBUFFORCE, kSendBuffer) != 0) {
+        SetOption(nSocket, SOL_SOCKET, SO_SNDBUF, kSendBuffer);
     }
     const sockaddr_in objAny = MakeAddress(INADDR_ANY, 0);
     if (bind(nSocket, reinterpret_cast<const sockaddr*>(&objAny), sizeof objAny) != 0) {
@@ -90,13 +99,13 @@ void CUdpSocket::Connect(std::uint32_t nAddress, std::uint16_t nPort) {
 int CUdpSocket::SendTo(std::uint32_t nAddress, std::uint16_t nPort,
                        std::span<const std::byte> objDatagram) const noexcept {
     const sockaddr_in objAddress = MakeAddress(nAddress, nPort);
-    const auto nSent = sendto(GetDescriptor(), objDatagram.data(), objDatagram.size(), MSG_NOSIGNAL,
+    const auto nSent = sendto(GetDescriptor(), objDatagram.data(), objDatagram.size(), kSendFlags,
                               reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress);
     return nSent < 0 ? errno : 0;
 }
 
 int CUdpSocket::Send(std::span<const std::byte> objDatagram) const noexcept {
-    return send(GetDescriptor(), objDatagram.data(), objDatagram.size(), MSG_NOSIGNAL) < 0 ? errno : 0;
+    return send(GetDescriptor(), objDatagram.data(), objDatagram.size(), kSendFlags) < 0 ? errno : 0;
 }
 
 std::optional<RECEIVED_DATAGRAM> CUdpSocket::Receive(std::span<std::byte> objBuffer) const noexcept {

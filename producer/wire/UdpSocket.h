@@ -34,7 +34,7 @@ public:
     /// @throws CProducerError  as ThrowSocketError
     void Connect(std::uint32_t nAddress, std::uint16_t nPort);
 
-    /// @return 0, or the errno.
+    /// Never waits. @return 0, or the errno: EAGAIN where the kernel has no room for it.
     int SendTo(std::uint32_t nAddress, std::uint16_t nPort, std::span<const std::byte> objDatagram) const noexcept;
     /// To whom it is connected.
     int Send(std::span<const std::byte> objDatagram) const noexcept;

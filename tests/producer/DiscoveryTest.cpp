@@ -203,6 +203,19 @@ TEST_F(Discovery, FloodAndForeignAnswersAreCountedAndEndNothing) {
     EXPECT_EQ(objResult.Devices.front().Mac, kMac);
 }
 
+TEST_F(Discovery, CamerasThatNobodyReachesHoldUpNothing) {
+    Plug("eth0", "10.1.0.1/16", "10.1.0.2/16");
+    std::vector<gev::DISCOVERY_RECORD> vecRecords{MakeRecord(kMac, MakeIPv4(10, 1, 0, 2))};
+    for (std::uint32_t i = 1; i <= 1000; ++i) {  // each is asked who controls it, and no host has its address
+        vecRecords.push_back(MakeRecord(kMac + i, MakeIPv4(10, 1, 1, 0) + i));
+    }
+    const CScriptedCamera objCamera(*m_pFar, "far-eth0", vecRecords);
+    const auto objStart = Clock::now();
+    const auto objResult = CDiscovery("eth0").DoUpdate(DISCOVERY_MODE::Limited, 500ms);
+    EXPECT_LT(Clock::now() - objStart, 3s);
+    EXPECT_EQ(objResult.Devices.front().AccessStatus, DEVICE_ACCESS_STATUS_READWRITE);
+}
+
 TEST_F(Discovery, TenAdaptersTakeNoLongerThanOne) {
     constexpr int kAdapters = 10;
     std::vector<std::unique_ptr<CScriptedCamera>> vecCameras;

@@ -110,7 +110,7 @@ TEST_F(IpOperations, FailuresTellWhatWasSentAndWhatCameBack) {
 TEST_F(IpOperations, ConfigurationIsKeptByTheCamera) {
     DoForceIp("eth0", m_nMac, {kInside, kMask, 0});
     DoConfigureIp("eth0", m_nMac,
-                  {gev::bootstrap::kIPConfigurationPersistent, MakeIPv4(10, 1, 0, 8), kMask, {}, "bench"});
+                  {gev::bootstrap::kIPConfigurationPersistent, MakeIPv4(10, 1, 0, 8), kMask, {}, "first"});
     EXPECT_THAT(FailureOf([&] {
                     DoConfigureIp("eth0", m_nMac, {2, {}, {}, {}, {}});
                 }),
@@ -119,6 +119,11 @@ TEST_F(IpOperations, ConfigurationIsKeptByTheCamera) {
                     DoConfigureIp("eth0", m_nMac, {0, MakeIPv4(127, 1, 0, 8), {}, {}, {}});
                 }),
                 HasSubstr(std::to_string(GC_ERR_INVALID_PARAMETER)));
+    EXPECT_THAT(FailureOf([&] {
+                    DoConfigureIp("eth0", m_nMac, {4, MakeIPv4(10, 1, 0, 9), {}, {}, std::string(17, 'n')});
+                }),
+                HasSubstr("longer than 16 bytes"));
+    DoConfigureIp("eth0", m_nMac, {0, {}, {}, {}, "bench"});
     const auto arrReply = DoAskDevice("eth0", kInside);
     EXPECT_EQ(std::to_integer<int>(arrReply[16]), DEVICE_ACCESS_STATUS_READWRITE);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(arrReply.data() + 240)), "bench");

@@ -125,6 +125,8 @@ TEST_F(ProducerCamera, OpensOnceByIdOrAddressWithNodeMapsOfAllItsModules) {
     const std::string strId = DeviceId(m_hInterface);
     hDevice = Open(strId);
     EXPECT_EQ(Info(strId, DEVICE_INFO_ACCESS_STATUS), std::to_string(DEVICE_ACCESS_STATUS_OPEN_READWRITE));
+    Update();
+    EXPECT_TRUE(Info(strId, DEVICE_INFO_DISPLAYNAME).ends_with("])")) << "our own control is no remark";
     for (const char* pszAgain : {strId.c_str(), "IP::10.1.0.2"}) {
         DEV_HANDLE hSecond = nullptr;
         EXPECT_EQ(Lib().IFOpenDevice(m_hInterface, pszAgain, DEVICE_ACCESS_READONLY, &hSecond), GC_ERR_RESOURCE_IN_USE);
@@ -229,6 +231,23 @@ TEST_F(ProducerCamera, ClosesWithAllAboveItAtOnceFromSeveralThreads) {
         m_hTL = OpenSystem();
         m_hInterface = OpenInterface(m_hTL);
     }
+}
+
+TEST_F(ProducerCamera, ThatIsBeingOpenedIsGivenUpByAClose) {
+    camera::FAULTS objFaults;
+    objFaults.PendingForever = true;
+    Plug("10.1.0.2/24", objFaults);
+    ASSERT_EQ(Update(), 1u);
+    const std::string strId = DeviceId(m_hInterface);
+    auto objOpen = std::async(std::launch::async, [&] {
+        DEV_HANDLE hDevice = nullptr;
+        return Lib().IFOpenDevice(m_hInterface, strId.c_str(), DEVICE_ACCESS_CONTROL, &hDevice);
+    });
+    EXPECT_EQ(objOpen.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+    const auto objStart = std::chrono::steady_clock::now();
+    EXPECT_EQ(Lib().IFClose(m_hInterface), GC_ERR_SUCCESS);
+    EXPECT_EQ(objOpen.get(), GC_ERR_INVALID_HANDLE);
+    EXPECT_LT(std::chrono::steady_clock::now() - objStart, std::chrono::seconds(2));
 }
 
 TEST_F(ProducerCamera, OfAnotherSubnetIsListedAndGetsAnAddress) {

@@ -84,6 +84,7 @@ TEST(RegisterMap, ReadsAnyPieceAndWritesWholeRegistersOnly) {
     const std::uint64_t nXml = objMap.GetDescriptionAddress();
     EXPECT_EQ(funRead(nXml, objMap.GetDescription().size()), objMap.GetDescription());
     EXPECT_EQ(CodeOf([&] { funRead(nXml, objMap.GetDescription().size() + 1); }), GC_ERR_INVALID_ADDRESS);
+    EXPECT_EQ(objMap.GetDescription().size() % 4, 0u) << "so that whole registers end with it";
     EXPECT_EQ(CodeOf([&] { funRead(0x1008 + 512, 1); }), GC_ERR_INVALID_ADDRESS);
     EXPECT_EQ(CodeOf([&] { funRead(~std::uint64_t{0}, 2); }), GC_ERR_INVALID_ADDRESS);
 
