@@ -1,6 +1,9 @@
 #include "tests/network/SwitchedNetwork.h"
 
+#include <chrono>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -80,5 +83,15 @@ void CSwitchedNetwork::SwitchOn(int nCamera) {
         m_funConfigure(nCamera, objConfiguration);
     }
     const auto nIndex = static_cast<std::size_t>(nCamera);
-    m_vecCameras.at(nIndex) = std::make_unique<CRunningCamera>(*m_vecPlaces.at(nIndex), std::move(objConfiguration));
+    for (int i = 0; m_vecCameras.at(nIndex) == nullptr; ++i) {
+        try {
+            m_vecCameras[nIndex] = std::make_unique<CRunningCamera>(*m_vecPlaces.at(nIndex), objConfiguration);
+        } catch (const std::system_error& objError) {
+            // A command that another thread is starting holds the last camera's socket until it runs.
+            if (objError.code() != std::errc::address_in_use || i == 500) {
+                throw;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    }
 }
