@@ -23,7 +23,7 @@ TRAILER_LAYOUT GetLayout(EPayloadType nType) {
         return {0, 4, 0, 8};
     }
     if (nType == EPayloadType::ExtendedChunkData) {
-        return {12, 4, 8, 16};
+        return {8, 4, 12, 16};
     }
     if (HasChunksBehind(nType)) {
         return IsImage(nType) ? TRAILER_LAYOUT{4, 8, 12, 16} : TRAILER_LAYOUT{0, 4, 8, 12};
