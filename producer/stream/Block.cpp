@@ -11,7 +11,9 @@ namespace {
 constexpr std::size_t kBitsPerWord = 64;
 constexpr std::uint32_t kMostPackets = std::numeric_limits<std::uint32_t>::max() - 2;
 
-std::uint64_t BitOf(std::uint32_t nPacketID) { return std::uint64_t{1} << nPacketID % kBitsPerWord; }
+std::uint64_t BitOf(std::uint32_t nPacketID) {
+    return std::uint64_t{1} << nPacketID % kBitsPerWord;
+}
 
 /// Payload packets that so many bytes take, at most what leaves room for a leader and a trailer.
 std::uint32_t CountPackets(std::uint64_t nBytes, std::size_t nPayload) {
@@ -21,7 +23,9 @@ std::uint32_t CountPackets(std::uint64_t nBytes, std::size_t nPayload) {
 
 }  // namespace
 
-CBlock::CBlock() { m_vecGap.reserve(kMostGaps); }
+CBlock::CBlock() {
+    m_vecGap.reserve(kMostGaps);
+}
 
 void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload,
                    StreamClock::time_point objNow) {
@@ -52,7 +56,9 @@ void CBlock::SetMemory(const BLOCK_MEMORY& objMemory) {
 }
 
 /// How many packets before the trailer are waited for: those beyond the memory aren't.
-std::uint32_t CBlock::GetTracked(std::uint32_t nTrailerID) const { return std::min(nTrailerID, m_nBits); }
+std::uint32_t CBlock::GetTracked(std::uint32_t nTrailerID) const {
+    return std::min(nTrailerID, m_nBits);
+}
 
 bool CBlock::IsSettled(std::uint32_t nPacketID) const {
     if (m_bTrailerSettled && nPacketID >= m_nTrailerID) {
@@ -61,8 +67,10 @@ bool CBlock::IsSettled(std::uint32_t nPacketID) const {
     if (nPacketID < m_nBits) {
         return (m_vecSettled[nPacketID / kBitsPerWord] & BitOf(nPacketID)) != 0;
     }
-    // Beyond the memory only the trailer is of use.
-    return nPacketID != GetTrailerID(0) && m_bLeader;
+    // Beyond the memory only the trailer is of use: the packet that the leader tells, or any behind the last.
+    const std::uint32_t nTrailerID = GetTrailerID(0);
+    return nTrailerID > m_nNextID || (nTrailerID == m_nNextID && nPacketID > nTrailerID) ? nPacketID != nTrailerID
+                                                                                         : nPacketID < m_nNextID;
 }
 
 bool CBlock::SettlePacket(std::uint32_t nPacketID) {
@@ -230,8 +238,8 @@ std::uint32_t CBlock::GetTrailerID(std::uint32_t nPredicted) const {
 }
 
 FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {
-    FINISHED_BLOCK objResult{m_objMemory, m_nBlockID,   m_bLeader, m_bTrailer, m_objLeader,
-                             m_objTrailer, m_nFilled, GetMeantSize()};
+    FINISHED_BLOCK objResult{m_objMemory, m_nBlockID,   m_bLeader, m_bTrailer,
+                             m_objLeader, m_objTrailer, m_nFilled, GetMeantSize()};
     // An expectation is worth something only while nothing that came contradicts it.
     const std::uint32_t nTrailerID = std::max(GetTrailerID(nPredictedTrailerID), m_nNextID);
     const std::uint64_t nCame = m_nSettled - m_nUnavailable;
@@ -239,8 +247,7 @@ FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {
     objResult.PacketsMissing = (nMeant > nCame ? nMeant - nCame : 0) + (m_bTrailer ? 0 : 1);
     objResult.IsLargerThanMemory = m_bLarger;
     objResult.DataSize = std::max(objResult.DataSize, m_nBytes);
-    objResult.IsIncomplete =
-        objResult.PacketsMissing != 0 || m_bFlawed || m_bLarger || m_nBytes < objResult.DataSize;
+    objResult.IsIncomplete = objResult.PacketsMissing != 0 || m_bFlawed || m_bLarger || m_nBytes < objResult.DataSize;
     return objResult;
 }
 

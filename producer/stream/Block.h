@@ -28,9 +28,9 @@ struct FINISHED_BLOCK {
     bool HasTrailer = false;
     gev::GVSP_LEADER Leader;
     gev::GVSP_TRAILER Trailer;
-    std::uint64_t Filled = 0;         ///< bytes up to the end of the last one that was written
-    std::uint64_t DataSize = 0;       ///< bytes that the camera meant to send, as far as that is known
-    std::uint64_t PacketsMissing = 0; ///< leader and trailer count too
+    std::uint64_t Filled = 0;          ///< bytes up to the end of the last one that was written
+    std::uint64_t DataSize = 0;        ///< bytes that the camera meant to send, as far as that is known
+    std::uint64_t PacketsMissing = 0;  ///< leader and trailer count too
     bool IsIncomplete = false;
     bool IsLargerThanMemory = false;  ///< what didn't fit was left out
 };
@@ -42,8 +42,8 @@ enum class PACKET_EFFECT { Placed, Duplicate, Refused };
 struct PACKET_GAP {
     std::uint32_t First = 0;
     std::uint32_t Last = 0;
-    std::uint64_t Noticed = 0;     ///< number of the stream's packet that showed the gap
-    StreamClock::time_point Due;   ///< when it is asked for, or asked for again
+    std::uint64_t Noticed = 0;    ///< number of the stream's packet that showed the gap
+    StreamClock::time_point Due;  ///< when it is asked for, or asked for again
     std::uint32_t Asks = 0;
 };
 

@@ -41,7 +41,6 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
         ++m_objStatistics.PacketsRefused;
         return;
     }
-    ++m_nClock;
     CBlock* const pBlock = m_pCurrent != nullptr && m_pCurrent->GetBlockID() == objHeader.BlockID &&
                                    m_bExtendedIDs == objHeader.ExtendedIDs
                                ? m_pCurrent
@@ -53,6 +52,7 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
     const PACKET_EFFECT eEffect = Place(*pBlock, objHeader, arrBody, objNow);
     Count(eEffect, objHeader);
     if (eEffect == PACKET_EFFECT::Placed) {
+        ++m_nClock;
         pBlock->m_objLastArrival = objNow;
         pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent());
         if (pBlock->IsSettled()) {
@@ -298,8 +298,7 @@ void CReassembly::NoticeTail(CBlock& objBlock, TimePoint objNow) {
         return;
     }
     const bool bWhole = bOvertaken || objBlock.m_bTailProbed;
-    const std::uint32_t nLast =
-        bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
+    const std::uint32_t nLast = bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
     objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objNow + m_objSettings.ReorderTime : objNow);
 }
 

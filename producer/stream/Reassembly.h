@@ -54,10 +54,10 @@ struct REASSEMBLY_SETTINGS {
 /// written, each byte at the place that its packet's ID gives it.
 class CReassembly {
 public:
-    static constexpr std::size_t kMostBlocks = 32;         ///< under way; the oldest makes room for a further one
-    static constexpr std::uint64_t kRemembered = 64;       ///< blocks behind the newest that late packets are known by
-    static constexpr std::uint64_t kLargestLeap = 4'096;   ///< of block IDs; beyond it the camera has begun anew
-    static constexpr std::uint32_t kMostRequests = 64;     ///< resend requests at one time
+    static constexpr std::size_t kMostBlocks = 32;        ///< under way; the oldest makes room for a further one
+    static constexpr std::uint64_t kRemembered = 64;      ///< blocks behind the newest that late packets are known by
+    static constexpr std::uint64_t kLargestLeap = 4'096;  ///< of block IDs; beyond it the camera has begun anew
+    static constexpr std::uint32_t kMostRequests = 64;    ///< resend requests at one time
 
     using TimePoint = StreamClock::time_point;
 
@@ -110,7 +110,9 @@ private:
 
     void DeliverDone();
     void DeliverOldest(bool bDeliver);
-    void Remember(const REMEMBERED& objRemembered) { m_arrRemembered[objRemembered.Serial % kRemembered] = objRemembered; }
+    void Remember(const REMEMBERED& objRemembered) {
+        m_arrRemembered[objRemembered.Serial % kRemembered] = objRemembered;
+    }
     [[nodiscard]] const REMEMBERED* FindRemembered(std::uint64_t nSerial) const;
 
     IBlockSink& m_objSink;
@@ -119,14 +121,14 @@ private:
 
     std::vector<std::unique_ptr<CBlock>> m_vecBlock;  // kMostBlocks of them; the first m_nUnderWay in their order
     std::size_t m_nUnderWay = 0;
-    CBlock* m_pCurrent = nullptr;  // the block of the last packet, if it is still under way
+    CBlock* m_pCurrent = nullptr;                           // the block of the last packet, if it is still under way
     std::array<REMEMBERED, kRemembered> m_arrRemembered{};  // by serial
 
     bool m_bStarted = false;
     bool m_bExtendedIDs = false;
     std::uint64_t m_nNewestID = 0;
     std::uint64_t m_nNewestSerial = 0;
-    std::uint64_t m_nClock = 0;               // packets of the stream so far
+    std::uint64_t m_nClock = 0;               // packets that found their place so far
     std::uint32_t m_nPredictedTrailerID = 0;  // of the last block that was complete
     std::size_t m_nPayload = 0;               // bytes of a full payload packet, as the last complete block had it
 };
