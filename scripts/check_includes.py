@@ -29,7 +29,7 @@ MAY_INCLUDE = {
     "app/Recovery": {"support", "<qt-network>"},
     "gev": set(),
     "producer": {"GenTL", "gev", "support"},
-    "camera": {"gev", "support"},
+    "camera": {"gev", "support", "<zlib>", "<cli11>"},
     "ctl": {"TLClass", "support", "app/Recovery", "<boost>", "<qt-network>"},
     "examples": {"TLClass", "support", "<boost>"},
     "tests": {"*"},
@@ -47,6 +47,7 @@ LIBRARIES = {
     "<boost>": re.compile(r"boost/"),
     "<pugixml>": re.compile(r"pugixml\.hpp"),
     "<zlib>": re.compile(r"zlib\.h"),
+    "<cli11>": re.compile(r"CLI/"),
     "<qt-network>": re.compile(r"Q(ByteArray|CoreApplication|HostAddress|Network\w+|String\w*|Thread|UdpSocket)$"),
     "<qt>": re.compile(r"Q\w+$|Qt\w*/"),
 }
@@ -55,7 +56,7 @@ LIBRARIES = {
 PLATFORM = re.compile(
     r"(pthread|sched|dlfcn|unistd|fcntl|poll|signal|ifaddrs|semaphore|spawn|termios|windows)\.h"
     r"|(sys|net|netinet|netpacket|arpa|linux|asm)/")
-HIDES_PLATFORM = re.compile(r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/(\w+/)*\w*Socket\w*\.|tests/|bench/")
+HIDES_PLATFORM = re.compile(r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/(\w+/)*\w*Socket\w*\.|producer/modules/LibraryPath\.|tests/|bench/")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
 

@@ -1,47 +1,17 @@
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 
 #include "GenTL/GenTL.h"
 #include "producer/wire/Adapter.h"
+#include "producer/wire/ControlSettings.h"
 
 namespace producer {
-
-enum class CONTROL_ACCESS {
-    ReadOnly,   ///< asks for no privilege: reads only, beside another application's control
-    Control,    ///< reads and writes; others may read
-    Exclusive,  ///< reads and writes; others may do neither
-};
-
-/// Why a channel was lost.
-enum class CONTROL_LOSS {
-    NoAnswer,  ///< the camera was silent for longer than the heartbeat allows
-    Dropped,   ///< the camera answers, but has taken the control back
-    Taken,     ///< the camera answers, and another application controls it
-};
-
-/// How long a channel waits; each may be changed while it is open.
-struct CONTROL_SETTINGS {
-    std::chrono::milliseconds AnswerTimeout{300};      ///< for one answer, before the question is repeated
-    std::uint32_t Repeats = 3;                         ///< of a question after the first time
-    std::chrono::milliseconds LongestPending{20'000};  ///< in all, for a camera that keeps asking for patience
-};
-
-/// What has gone over a channel since it was opened.
-struct CONTROL_STATISTICS {
-    std::uint64_t Commands = 0;  ///< questions asked, repeats not counted
-    std::uint64_t Repeats = 0;
-    std::uint64_t Timeouts = 0;        ///< questions that stayed without an answer
-    std::uint64_t PendingAnswers = 0;  ///< requests for patience
-    std::uint64_t RefusedPackets = 0;  ///< malformed, or answers to another question
-};
 
 /// The control channel of one camera: registers and memory, and the heartbeat that keeps the privilege.
 ///
@@ -55,10 +25,6 @@ struct CONTROL_STATISTICS {
 /// and GC_ERR_IO as the camera refuses.
 class CControlChannel {
 public:
-    /// Told once when the channel is lost, on the heartbeat's thread, without a lock held. It may use the channel, but
-    /// not close or destroy it, which wait for that thread. The text is for the user.
-    using LossCallback = std::function<void(CONTROL_LOSS eLoss, const std::string& strText)>;
-
     /// Opens: takes the privilege, reads the heartbeat time-out from the camera and starts the heartbeat.
     /// @param objAdapter  where the camera is; every packet leaves by it, whatever the routes say
     /// @param nAddress    of the camera, first octet highest
@@ -66,7 +32,7 @@ public:
     ///                         it doesn't answer; GC_ERR_NOT_AVAILABLE when the adapter is gone or has no way to it;
     ///                         GC_ERR_RESOURCE_EXHAUSTED
     CControlChannel(const ADAPTER& objAdapter, std::uint32_t nAddress, CONTROL_ACCESS eAccess,
-                    const CONTROL_SETTINGS& objSettings, LossCallback funLoss);
+                    const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss);
     /// As Close.
     ~CControlChannel();
     CControlChannel(const CControlChannel&) = delete;

@@ -33,7 +33,7 @@ struct IP_SETTINGS {
 
 /// What is to be kept by the camera. Nothing stays as it is for what isn't set.
 struct IP_CONFIGURATION {
-    std::uint32_t Configuration = 0;  ///< the bits to switch on: persistent 1, DHCP 2, link-local 4
+    std::uint32_t Configuration = 0;  ///< persistent 1, DHCP 2, link-local 4, added up; 0 leaves them as they are
     std::optional<std::uint32_t> Address;
     std::optional<std::uint32_t> Mask;
     std::optional<std::uint32_t> Gateway;

@@ -1,0 +1,377 @@
+#include "camera/Device.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <string>
+#include <utility>
+
+#include "gev/GvcpHeader.h"
+#include "gev/GvcpMemory.h"
+#include "gev/PixelFormat.h"
+
+namespace camera {
+namespace {
+
+namespace boot = gev::bootstrap;
+using gev::EGvcpStatus;
+
+constexpr std::uint32_t kWord = 4;
+constexpr std::uint32_t kStandardVersion = 0x00020000;  // 2.0
+constexpr std::uint32_t kTicksPerSecond = 1'000'000'000;
+
+// From the manufacturer's name to the user's: all texts that a discovery shows.
+constexpr boot::REGISTER kNames{boot::kManufacturerName.Address,
+                                boot::kUserDefinedName.GetEnd() - boot::kManufacturerName.Address};
+
+template <class Function>
+void ForEachSaved(Function funFeature) {
+    for (const FEATURE& objFeature : ListFeatures()) {
+        if (objFeature.Saved) {
+            funFeature(objFeature.Address, objFeature.GetEnd() - objFeature.Address);
+        }
+    }
+}
+
+}  // namespace
+
+CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
+                 TIME tNow)
+    : m_tClockStart(tNow) {
+    ListPlaces();
+    SetRights();
+    SetDefaults();
+    SetIdentity(objConfiguration, objMAC, nLinkSpeed);
+    for (std::uint32_t nSet = 0; nSet < address::kUserSetCount; ++nSet) {
+        SaveUserSet(nSet);
+    }
+}
+
+void CDevice::ListPlaces() {
+    const auto addressOf = [](std::string_view strName) { return strName.empty() ? 0 : FindFeature(strName).Address; };
+    for (const FEATURE& objFeature : ListFeatures()) {
+        if (objFeature.IsBit()) {
+            continue;
+        }
+        m_vecPlace.push_back({&objFeature, addressOf(objFeature.MaxOf), addressOf(objFeature.MaxLess)});
+    }
+    std::ranges::sort(m_vecPlace, {}, [](const FEATURE_PLACE& objPlace) { return objPlace.Feature->Address; });
+}
+
+void CDevice::SetRights() {
+    for (const FEATURE& objFeature : ListFeatures()) {
+        const std::uint32_t nRead = objFeature.Access == EAccess::WriteOnly ? 0 : CRegisterSpace::kReadable;
+        const std::uint32_t nWrite = objFeature.Access == EAccess::ReadOnly ? 0 : CRegisterSpace::kWritable;
+        m_objRegisters.Allow(objFeature.Address, objFeature.GetEnd() - objFeature.Address, nRead | nWrite);
+    }
+    // A discovery tells these as they stand, so they can be read in one block, the reserved ones between included.
+    m_objRegisters.Allow(0, boot::kUserDefinedName.GetEnd(), CRegisterSpace::kReadable);
+    for (const boot::REGISTER objRegister :
+         {boot::kFirstURL, boot::kSecondURL, boot::kNetworkInterfaceCount, boot::kMessageChannelCount,
+          boot::kStreamChannelCount, boot::kGvcpCapability, boot::kTimestampTickFrequencyHigh,
+          boot::kTimestampTickFrequencyLow, boot::kPrimaryApplicationPort, boot::kPrimaryApplicationIP,
+          boot::kMessageChannelSourcePort, boot::kStreamChannelCapability, boot::kGvspConfiguration,
+          boot::kGvcpConfiguration, boot::kStreamChannelConfiguration}) {
+        m_objRegisters.Allow(objRegister.Address, objRegister.Size, CRegisterSpace::kReadable);
+    }
+    for (const boot::REGISTER objRegister :
+         {boot::kGvcpConfiguration, boot::kGvspConfiguration, boot::kStreamChannelConfiguration}) {
+        m_objRegisters.Allow(objRegister.Address, objRegister.Size, CRegisterSpace::kWritable);
+    }
+}
+
+void CDevice::SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC,
+                          std::uint32_t nLinkSpeed) {
+    CRegisterSpace& objMemory = m_objRegisters;
+    objMemory.Set(boot::kVersion, kStandardVersion);
+    objMemory.Set(boot::kDeviceMode, boot::kDeviceModeBigEndian | boot::kDeviceModeUTF8);
+    objMemory.Set(boot::kMACHigh, objMAC.GetHigh());
+    objMemory.Set(boot::kMACLow, objMAC.GetLow());
+    objMemory.Set(boot::kSupportedIPConfiguration, boot::kIPConfigurationPersistent | boot::kIPConfigurationLinkLocal);
+    objMemory.SetText(boot::kManufacturerName, "Norvik");
+    objMemory.SetText(boot::kModelName, objConfiguration.Model);
+    objMemory.SetText(boot::kDeviceVersion, "1.0");
+    objMemory.SetText(boot::kManufacturerInformation, "A camera in software");
+    std::string strSerial = objConfiguration.Serial;
+    if (strSerial.empty()) {
+        const auto strMAC = gev::FormatMAC(objMAC);
+        std::ranges::copy_if(strMAC.GetText(), std::back_inserter(strSerial), [](char nChar) { return nChar != '-'; });
+    }
+    objMemory.SetText(boot::kSerialNumber, strSerial);
+    objMemory.SetText(boot::kUserDefinedName, objConfiguration.UserName);
+    objMemory.SetText({address::kDeviceFirmwareVersion, 16}, "1.0.0");
+    objMemory.Set(boot::kNetworkInterfaceCount, 1);
+    objMemory.Set(boot::kLinkSpeed, nLinkSpeed);
+    objMemory.Set(boot::kMessageChannelCount, 1);
+    objMemory.Set(boot::kStreamChannelCount, 1);
+    objMemory.Set(boot::kGvcpCapability, boot::kGvcpCapabilityUserDefinedName | boot::kGvcpCapabilitySerialNumber |
+                                             boot::kGvcpCapabilityHeartbeatDisable | boot::kGvcpCapabilityPendingAck |
+                                             boot::kGvcpCapabilityWriteMem | boot::kGvcpCapabilityConcatenation);
+    objMemory.Set(boot::kTimestampTickFrequencyLow, kTicksPerSecond);
+    objMemory.Set(boot::kPendingTimeout, static_cast<std::uint32_t>(objConfiguration.SlowCommand.count()));
+}
+
+void CDevice::SetDefaults() {
+    for (const FEATURE& objFeature : ListFeatures()) {
+        if (objFeature.IsBit()) {
+            continue;
+        }
+        if (objFeature.Kind == EKind::Float) {
+            m_objRegisters.SetFloat(objFeature.Address, static_cast<float>(objFeature.Default));
+        } else if (objFeature.Kind != EKind::Text && objFeature.Kind != EKind::Command && objFeature.Length == kWord) {
+            for (std::uint32_t i = 0; i < objFeature.SelectorCount; ++i) {
+                m_objRegisters.Set(objFeature.Address + kWord * i, static_cast<std::uint32_t>(objFeature.Default));
+            }
+        }
+    }
+    for (std::uint32_t i = 0; i < address::kLUTCount; ++i) {
+        m_objRegisters.Set(address::kLUTValue + kWord * i, i);
+    }
+    UpdatePayloadSize();
+}
+
+const CDevice::FEATURE_PLACE* CDevice::FindPlace(std::uint32_t nAddress) const {
+    const auto itNext = std::ranges::upper_bound(
+        m_vecPlace, nAddress, {}, [](const FEATURE_PLACE& objPlace) { return objPlace.Feature->Address; });
+    if (itNext == m_vecPlace.begin()) {
+        return nullptr;
+    }
+    const FEATURE_PLACE& objPlace = *std::prev(itNext);
+    return nAddress < objPlace.Feature->GetEnd() ? &objPlace : nullptr;
+}
+
+EGvcpStatus CDevice::CheckValue(const FEATURE_PLACE& objPlace, std::uint32_t nAddress) const {
+    const FEATURE& objFeature = *objPlace.Feature;
+    const std::uint32_t nRaw = m_objRegisters.Get(nAddress);
+    const std::uint32_t nValue = objFeature.LowHalf ? nRaw & 0xFFFF : nRaw;
+    bool bGood = true;
+    switch (objFeature.Kind) {
+        case EKind::Integer: {
+            double nMax = objPlace.MaxOf != 0 ? m_objRegisters.Get(objPlace.MaxOf) : objFeature.Max;
+            nMax -= objPlace.MaxLess != 0 ? m_objRegisters.Get(objPlace.MaxLess) : 0;
+            bGood =
+                nValue >= objFeature.Min && nValue <= nMax && std::fmod(nValue - objFeature.Min, objFeature.Step) == 0;
+            break;
+        }
+        case EKind::Float: {
+            const auto nFloat = static_cast<double>(m_objRegisters.GetFloat(nAddress));
+            // The limits as a register of 4 bytes has them. A comparison with what is no number fails.
+            bGood = nFloat >= static_cast<double>(static_cast<float>(objFeature.Min)) &&
+                    nFloat <= static_cast<double>(static_cast<float>(objFeature.Max));
+            break;
+        }
+        case EKind::Enumeration:
+            bGood = std::ranges::find(objFeature.Entries, nValue, &ENTRY::Value) != objFeature.Entries.end();
+            break;
+        case EKind::Boolean:
+            bGood = nValue <= 1;
+            break;
+        case EKind::Command:
+        case EKind::Text:
+            break;
+    }
+    return bGood ? EGvcpStatus::Success : EGvcpStatus::InvalidParameter;
+}
+
+EGvcpStatus CDevice::CheckCommand(std::uint32_t nAddress) const {
+    const bool bDefaultSet = m_objRegisters.Get(address::kUserSetSelector) == 0;
+    const bool bRefused =
+        (nAddress == address::kUserSetSave && bDefaultSet) || (nAddress == address::kUserSetLoad && m_bAcquiring);
+    return bRefused ? EGvcpStatus::AccessDenied : EGvcpStatus::Success;
+}
+
+EGvcpStatus CDevice::CheckValues(std::uint32_t nAddress, std::size_t nLength) const {
+    for (std::uint32_t i = nAddress; i < nAddress + nLength; i += kWord) {
+        const FEATURE_PLACE* const pPlace = FindPlace(i);
+        EGvcpStatus nStatus = pPlace != nullptr ? CheckValue(*pPlace, i) : EGvcpStatus::Success;
+        if (nStatus == EGvcpStatus::Success) {
+            nStatus = CheckCommand(i);
+        }
+        if (nStatus != EGvcpStatus::Success) {
+            return nStatus;
+        }
+    }
+    return EGvcpStatus::Success;
+}
+
+bool CDevice::IsLocked(std::uint32_t nAddress, std::size_t nLength) const {
+    for (std::uint32_t i = nAddress; m_bAcquiring && i < nAddress + nLength; i += kWord) {
+        if (const FEATURE_PLACE* const pPlace = FindPlace(i); pPlace != nullptr && pPlace->Feature->Locked) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool CDevice::IsSlow(std::uint32_t nAddress, std::size_t nLength) const {
+    for (std::uint32_t i = nAddress; i < nAddress + nLength; i += kWord) {
+        if (const FEATURE_PLACE* const pPlace = FindPlace(i); pPlace != nullptr && pPlace->Feature->Slow) {
+            return true;
+        }
+    }
+    return false;
+}
+
+EGvcpStatus CDevice::Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow) {
+    const EGvcpStatus nAllowed = m_objRegisters.CheckWrite(nAddress, arrData.size());
+    if (nAllowed != EGvcpStatus::Success) {
+        return nAllowed;
+    }
+    if (arrData.size() > gev::kLongestMemoryBlock) {
+        return EGvcpStatus::InvalidParameter;
+    }
+    if (IsLocked(nAddress, arrData.size())) {
+        return EGvcpStatus::AccessDenied;
+    }
+    // Limits hang on each other, so all values are set before they are looked at.
+    const auto arrPlace = m_objRegisters.Change(nAddress, arrData.size());
+    std::array<std::byte, gev::kLongestMemoryBlock> arrOld;
+    std::ranges::copy(arrPlace, arrOld.begin());
+    std::ranges::copy(arrData, arrPlace.begin());
+    const EGvcpStatus nGood = CheckValues(nAddress, arrData.size());
+    if (nGood != EGvcpStatus::Success) {
+        std::copy_n(arrOld.begin(), arrPlace.size(), arrPlace.begin());
+        return nGood;
+    }
+    for (std::uint32_t i = nAddress; i < nAddress + arrData.size(); i += kWord) {
+        Follow(i, tNow);
+    }
+    return EGvcpStatus::Success;
+}
+
+void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {
+    const std::uint32_t nValue = m_objRegisters.Get(nAddress);
+    switch (nAddress) {
+        case boot::kTimestampControl.Address:
+            ControlTimestamp(nValue, tNow);
+            break;
+        case boot::kCurrentIPConfiguration.Address:
+            // Link-local can't be switched off, and what isn't supported can't be switched on.
+            m_objRegisters.Set(nAddress, (nValue & boot::kIPConfigurationPersistent) | boot::kIPConfigurationLinkLocal);
+            break;
+        case boot::kGvcpConfiguration.Address:
+            m_objRegisters.Set(nAddress, nValue & (boot::kGvcpConfigurationHeartbeatDisable |
+                                                   boot::kGvcpConfigurationPendingAckEnable));
+            break;
+        case boot::kHeartbeatTimeout.Address:
+            m_objRegisters.Set(nAddress, std::max(nValue, boot::kHeartbeatTimeoutLeastMs));
+            break;
+        case boot::kStreamChannelPacketSize.Address:
+            // A test packet is fired once, so the bit never reads as set.
+            m_objRegisters.Set(nAddress, nValue & ~boot::kPacketSizeFireTestPacket);
+            break;
+        case address::kAcquisitionStart:
+            m_bAcquiring = true;
+            break;
+        case address::kAcquisitionStop:
+            m_bAcquiring = false;
+            break;
+        case address::kUserSetSave:
+            SaveUserSet(m_objRegisters.Get(address::kUserSetSelector));
+            break;
+        case address::kUserSetLoad:
+            LoadUserSet(m_objRegisters.Get(address::kUserSetSelector));
+            break;
+        case address::kDeviceReset:
+            m_bResetWish = true;
+            break;
+        default:
+            break;
+    }
+    UpdatePayloadSize();
+}
+
+void CDevice::ControlTimestamp(std::uint32_t nControl, TIME tNow) {
+    if ((nControl & boot::kTimestampControlLatch) != 0) {
+        const std::uint64_t nTicks = GetTimestamp(tNow);
+        m_objRegisters.Set(boot::kTimestampValueHigh, static_cast<std::uint32_t>(nTicks >> 32));
+        m_objRegisters.Set(boot::kTimestampValueLow, static_cast<std::uint32_t>(nTicks));
+    }
+    if ((nControl & boot::kTimestampControlReset) != 0) {
+        m_tClockStart = tNow;
+    }
+}
+
+void CDevice::UpdatePayloadSize() {
+    const CRegisterSpace& objMemory = m_objRegisters;
+    const auto nFormat = static_cast<gev::EPixelFormat>(objMemory.Get(address::kPixelFormat));
+    std::uint32_t nSize =
+        objMemory.Get(address::kWidth) * objMemory.Get(address::kHeight) * gev::GetBitsPerPixel(nFormat) / 8;
+    if (objMemory.Get(address::kChunkModeActive) != 0) {
+        nSize += kChunkTail;
+        for (std::uint32_t i = 0; i < kChunks.size(); ++i) {
+            nSize += objMemory.Get(address::kChunkEnable + kWord * i) != 0 ? kChunks[i].Length + kChunkTail : 0;
+        }
+    }
+    m_objRegisters.Set(address::kPayloadSize, nSize);
+}
+
+void CDevice::SaveUserSet(std::uint32_t nSet) {
+    std::vector<std::byte> vecSet;
+    ForEachSaved([&](std::uint32_t nAddress, std::uint32_t nLength) {
+        const auto arrValue = m_objRegisters.View(nAddress, nLength);
+        vecSet.insert(vecSet.end(), arrValue.begin(), arrValue.end());
+    });
+    m_arrUserSet.at(nSet) = std::move(vecSet);
+}
+
+void CDevice::LoadUserSet(std::uint32_t nSet) {
+    std::span<const std::byte> arrLeft = m_arrUserSet.at(nSet);
+    ForEachSaved([&](std::uint32_t nAddress, std::uint32_t nLength) {
+        std::ranges::copy(arrLeft.first(nLength), m_objRegisters.Change(nAddress, nLength).begin());
+        arrLeft = arrLeft.subspan(nLength);
+    });
+    UpdatePayloadSize();
+}
+
+void CDevice::CloseChannels() {
+    m_bAcquiring = false;
+    for (const boot::REGISTER objRegister : {boot::kStreamChannelPort, boot::kStreamChannelDestination,
+                                             boot::kMessageChannelPort, boot::kMessageChannelDestination}) {
+        m_objRegisters.Set(objRegister, 0);
+    }
+}
+
+bool CDevice::TakeResetWish() {
+    return std::exchange(m_bResetWish, false);
+}
+
+void CDevice::Reset(TIME tNow) {
+    CloseChannels();
+    LoadUserSet(m_objRegisters.Get(address::kUserSetDefault));
+    m_objRegisters.Set(boot::kGvcpConfiguration, 0);
+    m_objRegisters.Set(boot::kGvspConfiguration, 0);
+    m_objRegisters.Set(boot::kHeartbeatTimeout, boot::kHeartbeatTimeoutDefaultMs);
+    m_tClockStart = tNow;
+}
+
+CHANNEL CDevice::GetStreamChannel() const {
+    return {m_objRegisters.Get(boot::kStreamChannelDestination),
+            static_cast<std::uint16_t>(m_objRegisters.Get(boot::kStreamChannelPort) & boot::kChannelPortMask)};
+}
+
+CHANNEL CDevice::GetMessageChannel() const {
+    return {m_objRegisters.Get(boot::kMessageChannelDestination),
+            static_cast<std::uint16_t>(m_objRegisters.Get(boot::kMessageChannelPort) & boot::kChannelPortMask)};
+}
+
+std::uint64_t CDevice::GetTimestamp(TIME tNow) const {
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(tNow - m_tClockStart).count());
+}
+
+void CDevice::SetNamesWithoutEnd(bool bWithoutEnd) {
+    const auto arrNames = m_objRegisters.Change(kNames.Address, kNames.Size);
+    if (bWithoutEnd && m_vecNames.empty()) {
+        m_vecNames.assign(arrNames.begin(), arrNames.end());
+        constexpr std::array kNoText = {std::byte{0xFF}, std::byte{0x1B}, std::byte{0xC3}, std::byte{0x28}};
+        for (std::size_t i = 0; i < arrNames.size(); ++i) {
+            arrNames[i] = kNoText[i % kNoText.size()];
+        }
+    } else if (!bWithoutEnd && !m_vecNames.empty()) {
+        std::ranges::copy(m_vecNames, arrNames.begin());
+        m_vecNames.clear();
+    }
+}
+
+}  // namespace camera

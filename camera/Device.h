@@ -1,0 +1,103 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "camera/CameraConfiguration.h"
+#include "camera/FeatureAddress.h"
+#include "camera/FeatureTable.h"
+#include "camera/RegisterSpace.h"
+#include "gev/Address.h"
+#include "gev/GvcpStatus.h"
+
+namespace camera {
+
+using TIME = std::chrono::steady_clock::time_point;
+
+/// Where images or events go: one channel's registers.
+struct CHANNEL {
+    std::uint32_t Address = 0;  ///< of the host
+    std::uint16_t Port = 0;     ///< of the host; 0 says that the channel is closed
+};
+
+/// What stands behind an image when chunks are on, by the index of ChunkSelector.
+struct CHUNK {
+    std::uint32_t ID;
+    std::uint32_t Length;
+};
+inline constexpr std::uint32_t kImageChunkID = 0x00000001;
+inline constexpr std::array<CHUNK, address::kChunkCount> kChunks = {{{0x1001, 8}, {0x1002, 8}, {0x1003, 4}}};
+inline constexpr std::uint32_t kChunkTail = 8;  ///< ID and length, behind the data of each chunk
+
+/// A camera behind its registers: what is asked of them, and what happens when they are written. It knows no network
+/// and no right of any application. Not for two threads at once.
+class CDevice {
+public:
+    CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed, TIME tNow);
+
+    [[nodiscard]] CRegisterSpace& Registers() { return m_objRegisters; }
+    [[nodiscard]] const CRegisterSpace& Registers() const { return m_objRegisters; }
+
+    /// Writes a block: all of it, or nothing and the reason why.
+    /// @param arrData  a multiple of 4 bytes, at most 536
+    /// @return as CRegisterSpace::CheckWrite; InvalidParameter for a value that a feature can't have, AccessDenied for
+    ///         one that can't be changed now
+    gev::EGvcpStatus Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow);
+
+    /// Whether writing there takes its time.
+    [[nodiscard]] bool IsSlow(std::uint32_t nAddress, std::size_t nLength) const;
+
+    /// Closes the stream and message channels, and ends an acquisition.
+    void CloseChannels();
+
+    /// Whether DeviceReset was written since the last call.
+    [[nodiscard]] bool TakeResetWish();
+    /// What a start does to registers: all as in the user set that UserSetDefault names, channels closed.
+    void Reset(TIME tNow);
+
+    [[nodiscard]] bool IsAcquiring() const { return m_bAcquiring; }
+    [[nodiscard]] CHANNEL GetStreamChannel() const;
+    [[nodiscard]] CHANNEL GetMessageChannel() const;
+    /// Ticks of the camera's clock, which are nanoseconds since its start or its last reset.
+    [[nodiscard]] std::uint64_t GetTimestamp(TIME tNow) const;
+
+    /// Full and unterminated texts in place of the right ones, or the right ones back.
+    void SetNamesWithoutEnd(bool bWithoutEnd);
+
+private:
+    /// A feature with what its limits hang on, looked up once.
+    struct FEATURE_PLACE {
+        const FEATURE* Feature;
+        std::uint32_t MaxOf;    // address, 0 for none
+        std::uint32_t MaxLess;  // the same
+    };
+
+    void ListPlaces();
+    void SetRights();
+    void SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed);
+    void SetDefaults();
+    [[nodiscard]] const FEATURE_PLACE* FindPlace(std::uint32_t nAddress) const;
+    [[nodiscard]] gev::EGvcpStatus CheckValue(const FEATURE_PLACE& objPlace, std::uint32_t nAddress) const;
+    [[nodiscard]] gev::EGvcpStatus CheckValues(std::uint32_t nAddress, std::size_t nLength) const;
+    [[nodiscard]] bool IsLocked(std::uint32_t nAddress, std::size_t nLength) const;
+    [[nodiscard]] gev::EGvcpStatus CheckCommand(std::uint32_t nAddress) const;
+    void Follow(std::uint32_t nAddress, TIME tNow);
+    void ControlTimestamp(std::uint32_t nControl, TIME tNow);
+    void UpdatePayloadSize();
+    void SaveUserSet(std::uint32_t nSet);
+    void LoadUserSet(std::uint32_t nSet);
+
+    CRegisterSpace m_objRegisters;
+    std::vector<FEATURE_PLACE> m_vecPlace;                                    // by address
+    std::array<std::vector<std::byte>, address::kUserSetCount> m_arrUserSet;  // the saved features one behind the other
+    std::vector<std::byte> m_vecNames;  // the right texts, while they are replaced
+    TIME m_tClockStart;
+    bool m_bAcquiring = false;
+    bool m_bResetWish = false;
+};
+
+}  // namespace camera

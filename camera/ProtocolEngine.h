@@ -1,0 +1,118 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "camera/Answering.h"
+#include "camera/CameraConfiguration.h"
+#include "camera/ControlChannel.h"
+#include "camera/Device.h"
+#include "camera/IPConfiguration.h"
+#include "gev/Address.h"
+#include "gev/GvcpHeader.h"
+#include "gev/GvcpStatus.h"
+
+namespace camera {
+
+/// A whole camera without sockets: datagrams and the time go in, datagrams and changes of its address come out.
+///
+/// Calls allocate nothing unless a log is kept. Not for two threads at once.
+class CProtocolEngine {
+public:
+    /// @param objAdapter, objOutlet  must outlive this
+    CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
+                    IAdapter& objAdapter, IOutlet& objOutlet, TIME tNow);
+    CProtocolEngine(const CProtocolEngine&) = delete;
+    CProtocolEngine& operator=(const CProtocolEngine&) = delete;
+
+    /// @param nDestination  address that the datagram was sent to
+    void Receive(const ENDPOINT& objFrom, std::uint32_t nDestination, std::span<const std::byte> arrDatagram,
+                 TIME tNow);
+
+    /// Does what is due.
+    void Advance(TIME tNow);
+    /// When Advance has something to do next.
+    [[nodiscard]] std::optional<TIME> NextTime() const;
+
+    void SetFaults(const FAULTS& objFaults, TIME tNow);
+
+    [[nodiscard]] const CIPConfiguration& GetIPConfiguration() const { return m_objIP; }
+    [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
+
+private:
+    /// A command as its handler gets it.
+    struct REQUEST {
+        const ENDPOINT& From;
+        const gev::GVCP_COMMAND_HEADER& Header;
+        std::span<const std::byte> Payload;
+        std::span<const std::byte> Datagram;
+        TIME Now;
+    };
+    /// A write that takes its time: the command is carried out at the end.
+    struct SLOW_WORK {
+        ENDPOINT From;
+        std::uint16_t RequestID;
+        std::size_t Length;
+        gev::GvcpBuffer Command;
+        std::optional<TIME> Done;     // nothing: never
+        std::optional<TIME> Pending;  // when the next PENDING_ACK goes out; nothing: none does
+    };
+    /// The write that was answered last, for a repeat of it.
+    struct LAST_WRITE {
+        ENDPOINT From;
+        std::size_t CommandLength = 0;  // 0: there is none
+        gev::GvcpBuffer Command;
+        std::size_t AnswerLength = 0;
+        gev::GvcpBuffer Answer;
+    };
+
+    [[nodiscard]] bool HasVanished(TIME tNow) const;
+    [[nodiscard]] bool IsHeard(gev::EGvcpCommand nCommand, std::uint32_t nDestination, TIME tNow);
+    gev::EGvcpStatus Dispatch(const REQUEST& objRequest);
+    gev::EGvcpStatus Discover(const REQUEST& objRequest);
+    gev::EGvcpStatus ForceIP(const REQUEST& objRequest);
+    gev::EGvcpStatus ForceIPEx(const REQUEST& objRequest);
+    gev::EGvcpStatus ReadRegisters(const REQUEST& objRequest);
+    gev::EGvcpStatus ReadMemory(const REQUEST& objRequest);
+    gev::EGvcpStatus Write(const REQUEST& objRequest);
+    gev::EGvcpStatus WriteRegisters(const REQUEST& objRequest, std::span<std::byte>& arrAnswer);
+    gev::EGvcpStatus WriteMemory(const REQUEST& objRequest, std::span<std::byte>& arrAnswer);
+    gev::EGvcpStatus WriteBlock(const REQUEST& objRequest, std::uint32_t nAddress, std::span<const std::byte> arrData);
+    gev::EGvcpStatus Refuse(const REQUEST& objRequest, gev::EGvcpStatus nStatus);
+    void Acknowledge(const REQUEST& objRequest, std::span<const std::byte> arrAnswer,
+                     std::chrono::milliseconds nDelay = {});
+
+    [[nodiscard]] bool IsSlow(const REQUEST& objRequest) const;
+    void BeginSlowWork(const REQUEST& objRequest, std::optional<std::chrono::milliseconds> nDuration, bool bPending);
+    void AdvanceSlowWork(TIME tNow);
+    [[nodiscard]] bool AnswerRepeat(const REQUEST& objRequest);
+    void RememberWrite(const REQUEST& objRequest, std::span<const std::byte> arrAnswer);
+    void LoseControl();
+    void ResetIfWished(TIME tNow);
+
+    void Log(std::string_view strLine) const;
+    void LogRequest(const REQUEST& objRequest, gev::EGvcpStatus nStatus) const;
+
+    std::string m_strModel;
+    std::function<void(std::string_view)> m_funLog;
+    std::chrono::milliseconds m_nSlowCommand;
+    gev::CMACAddress m_objMAC;
+    CDevice m_objDevice;
+    CControlChannel m_objControl;
+    CIPConfiguration m_objIP;
+    CAnswering m_objAnswering;
+    FAULTS m_objFaults;
+    TIME m_tFaultsSet{};
+    std::uint32_t m_nCommands = 0;  // since the faults were set
+    std::optional<SLOW_WORK> m_objSlowWork;
+    LAST_WRITE m_objLastWrite;
+    gev::GvcpBuffer m_arrAnswer{};  // being built
+};
+
+}  // namespace camera

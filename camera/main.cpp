@@ -1,0 +1,155 @@
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "camera/CameraConfiguration.h"
+#include "camera/VirtualCamera.h"
+#include "gev/Address.h"
+
+namespace {
+
+std::atomic<camera::CVirtualCamera*> g_pCamera = nullptr;  // for the signal handler
+
+void OnSignal(int /*nSignal*/) {
+    if (camera::CVirtualCamera* const pCamera = g_pCamera; pCamera != nullptr) {
+        pCamera->Stop();
+    }
+}
+
+struct ARGUMENTS {
+    camera::CAMERA_CONFIGURATION Configuration;
+    std::string IP;
+    std::string Persistent;
+    std::uint32_t ReconfigurationMs = 0;
+    std::vector<std::string> Faults;
+    bool Verbose = false;
+};
+
+std::string MakeFooter() {
+    std::string strFooter = "Faults:\n";
+    for (const camera::FAULT_HELP& objHelp : camera::ListFaults()) {
+        std::string strForm(objHelp.Form);
+        strForm.resize(26, ' ');
+        strFooter.append("  ").append(strForm).append(objHelp.Text).append("\n");
+    }
+    return strFooter +
+           "\nThe camera takes over the adapter: its MAC is the adapter's, and the adapter gets the camera's address.\n"
+           "So give it one of its own, in a network namespace. As root, for example:\n"
+           "  ip netns add camera\n"
+           "  ip link add eth-cam type veth peer name eth0 netns camera\n"
+           "  ip address add 10.0.0.1/24 dev eth-cam && ip link set eth-cam up\n"
+           "  ip netns exec camera virtual-camera --interface eth0 --persistent 10.0.0.2/24\n";
+}
+
+void DescribeArguments(CLI::App& objApp, ARGUMENTS& objArguments) {
+    camera::CAMERA_CONFIGURATION& objConfiguration = objArguments.Configuration;
+    objArguments.ReconfigurationMs = static_cast<std::uint32_t>(objConfiguration.Reconfiguration.count());
+    objApp.add_option("--interface", objConfiguration.Interface, "Adapter that the camera owns")
+        ->required()
+        ->type_name("IF");
+    objApp
+        .add_option("--ip", objArguments.IP,
+                    "Address at the start, until the IP configuration starts again; none: no address at all")
+        ->type_name("A.B.C.D/N");
+    objApp
+        .add_option("--persistent", objArguments.Persistent,
+                    "Address of the persistent configuration. Without it the camera takes a link-local one")
+        ->type_name("A.B.C.D/N");
+    objApp.add_option("--model", objConfiguration.Model, "Name of the model")->type_name("TEXT")->capture_default_str();
+    objApp.add_option("--serial", objConfiguration.Serial, "Serial number; without it the MAC's digits")
+        ->type_name("TEXT");
+    objApp.add_option("--name", objConfiguration.UserName, "User-defined name")->type_name("TEXT");
+    objApp
+        .add_option("--reconfiguration", objArguments.ReconfigurationMs,
+                    "How long nothing reaches the camera when its IP configuration starts again")
+        ->type_name("MS")
+        ->check(CLI::Range(0, 600000))
+        ->capture_default_str();
+    objApp.add_option("--fault", objArguments.Faults, "What the camera does wrong; may be given several times")
+        ->type_name("NAME[=VALUE]")
+        ->allow_extra_args(false);
+    objApp.add_flag("--verbose", objArguments.Verbose, "Tell each request and its outcome");
+}
+
+/// @throws std::invalid_argument  with a text for the user
+void TakeArguments(ARGUMENTS& objArguments) {
+    camera::CAMERA_CONFIGURATION& objConfiguration = objArguments.Configuration;
+    if (objArguments.IP == "none") {
+        objConfiguration.IP = camera::IP_SETTING{};
+    } else if (!objArguments.IP.empty()) {
+        objConfiguration.IP = camera::ParseIPSetting(objArguments.IP);
+    }
+    if (!objArguments.Persistent.empty()) {
+        objConfiguration.Persistent = camera::ParseIPSetting(objArguments.Persistent);
+    }
+    objConfiguration.Reconfiguration = std::chrono::milliseconds(objArguments.ReconfigurationMs);
+    for (const std::string& strFault : objArguments.Faults) {
+        camera::SetFault(objConfiguration.Faults, strFault);
+    }
+    if (objArguments.Verbose) {
+        objConfiguration.Log = [](std::string_view strLine) {
+            std::printf("%.*s\n", static_cast<int>(strLine.size()), strLine.data());
+            std::fflush(stdout);
+        };
+    }
+}
+
+void RunCamera(const camera::CAMERA_CONFIGURATION& objConfiguration) {
+    camera::CVirtualCamera objCamera(objConfiguration);
+    g_pCamera = &objCamera;
+    std::signal(SIGINT, OnSignal);
+    std::signal(SIGTERM, OnSignal);
+    const std::string strMAC(gev::FormatMAC(objCamera.GetMAC()).GetText());
+    const std::string strAddress(gev::FormatIPv4(objCamera.GetAddress()).GetText());
+    std::printf("ready: %s on %s, address %s\n", strMAC.c_str(), objConfiguration.Interface.c_str(),
+                strAddress.c_str());
+    std::fflush(stdout);
+    objCamera.Run();
+    std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGTERM, SIG_DFL);
+    g_pCamera = nullptr;
+}
+
+std::string Advise(const std::system_error& objError) {
+    if (objError.code() == std::errc::operation_not_permitted || objError.code() == std::errc::permission_denied) {
+        return ". The camera changes its adapter's address, which needs root: run it in a network namespace, as "
+               "--help shows";
+    }
+    if (objError.code() == std::errc::no_such_device) {
+        return ". 'ip link' lists the adapters of this network namespace";
+    }
+    if (objError.code() == std::errc::address_in_use) {
+        return ". Another camera or program has it on this adapter";
+    }
+    return "";
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    ARGUMENTS objArguments;
+    CLI::App objApp("A GigE Vision camera in software, on a network adapter of its own.", "virtual-camera");
+    DescribeArguments(objApp, objArguments);
+    objApp.footer(MakeFooter());
+    CLI11_PARSE(objApp, argc, argv);
+    try {
+        TakeArguments(objArguments);
+        RunCamera(objArguments.Configuration);
+    } catch (const std::system_error& objError) {
+        std::fprintf(stderr, "virtual-camera: %s%s\n", objError.what(), Advise(objError).c_str());
+        return 1;
+    } catch (const std::exception& objError) {
+        std::fprintf(stderr, "virtual-camera: %s\n", objError.what());
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,215 @@
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <system_error>
+#include <vector>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "gev/BigEndian.h"
+#include "gev/GvcpDiscovery.h"
+#include "gev/GvcpForceIP.h"
+#include "gev/GvcpRegister.h"
+#include "tests/camera/RunningCamera.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using gev::EGvcpStatus;
+
+constexpr std::uint32_t kEverybody = 0xFFFFFFFF;
+
+/// A host's socket on its only adapter, which asks one thing at a time.
+class CHost {
+public:
+    explicit CHost(const CNetworkNamespace& objMachine) {
+        objMachine.Do([this] { m_nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0); });
+        const int nOn = 1;
+        const timeval objPatience{0, 300'000};
+        setsockopt(m_nSocket, SOL_SOCKET, SO_BROADCAST, &nOn, sizeof nOn);
+        setsockopt(m_nSocket, SOL_SOCKET, SO_RCVTIMEO, &objPatience, sizeof objPatience);
+        setsockopt(m_nSocket, SOL_SOCKET, SO_BINDTODEVICE, "host0", 5);
+    }
+    ~CHost() { close(m_nSocket); }
+    CHost(const CHost&) = delete;
+    CHost& operator=(const CHost&) = delete;
+
+    struct ANSWER {
+        gev::GVCP_ACKNOWLEDGE_HEADER Header;
+        std::uint32_t From;
+        std::vector<std::byte> Payload;
+    };
+
+    void Send(std::uint32_t nTo, std::span<const std::byte> arrDatagram) {
+        sockaddr_in objTo{};
+        objTo.sin_family = AF_INET;
+        objTo.sin_port = htons(gev::kGvcpPort);
+        objTo.sin_addr.s_addr = htonl(nTo);
+        sendto(m_nSocket, arrDatagram.data(), arrDatagram.size(), 0, reinterpret_cast<const sockaddr*>(&objTo),
+               sizeof objTo);
+    }
+
+    /// Asks until there is an answer, at most 20 times, each with a wait of 300 ms.
+    std::optional<ANSWER> Ask(std::uint32_t nTo, std::span<const std::byte> arrDatagram, int nTries = 20) {
+        for (int i = 0; i < nTries; ++i) {
+            Send(nTo, arrDatagram);
+            sockaddr_in objFrom{};
+            socklen_t nLength = sizeof objFrom;
+            gev::GvcpBuffer arrBuffer;
+            const ssize_t nReceived = recvfrom(m_nSocket, arrBuffer.data(), arrBuffer.size(), 0,
+                                               reinterpret_cast<sockaddr*>(&objFrom), &nLength);
+            ANSWER objAnswer;
+            std::span<const std::byte> arrPayload;
+            if (nReceived > 0 && gev::DecodeAcknowledge(std::span(arrBuffer).first(static_cast<std::size_t>(nReceived)),
+                                                        objAnswer.Header, arrPayload) == EGvcpStatus::Success) {
+                objAnswer.From = ntohl(objFrom.sin_addr.s_addr);
+                objAnswer.Payload.assign(arrPayload.begin(), arrPayload.end());
+                return objAnswer;
+            }
+        }
+        return std::nullopt;
+    }
+    std::optional<ANSWER> Discover(bool bBroadcast = true, int nTries = 20) {
+        return Ask(kEverybody,
+                   gev::EncodeCommand(m_arrBuffer, gev::EGvcpCommand::Discovery,
+                                      static_cast<std::uint8_t>(bBroadcast ? 0x11 : 0x01), 1),
+                   nTries);
+    }
+    /// The status, or nothing when there was no answer.
+    std::optional<EGvcpStatus> Write(std::uint32_t nTo, std::uint32_t nAddress, std::uint32_t nValue) {
+        const std::array arrWrite = {gev::REGISTER_WRITE{nAddress, nValue}};
+        const auto objAnswer = Ask(nTo, gev::EncodeWriteReg(m_arrBuffer, NextID(), arrWrite), 3);
+        return objAnswer ? std::optional(objAnswer->Header.Status) : std::nullopt;
+    }
+    std::optional<std::uint32_t> Read(std::uint32_t nTo, std::uint32_t nAddress) {
+        const std::array arrAddress = {nAddress};
+        const auto objAnswer = Ask(nTo, gev::EncodeReadReg(m_arrBuffer, NextID(), arrAddress), 3);
+        return objAnswer && objAnswer->Payload.size() == 4 ? std::optional(gev::Get32(objAnswer->Payload, 0))
+                                                           : std::nullopt;
+    }
+    std::uint16_t NextID() { return m_nID = gev::NextRequestID(m_nID); }
+
+private:
+    int m_nSocket = -1;
+    std::uint16_t m_nID = 0;
+    gev::GvcpBuffer m_arrBuffer{};
+};
+
+/// A host at 10.0.0.1/24 with a cable to the adapter "camera0" of a machine for a camera.
+class CameraOnNetwork : public testing::Test {
+protected:
+    static void SetUpTestSuite() { s_strWhyNot = WhyNoNetworkNamespace(); }
+    void SetUp() override {
+        if (!s_strWhyNot.empty()) {
+            GTEST_SKIP() << s_strWhyNot;
+        }
+        Machines.emplace();
+        Connect(Machines->Near, "host0", "10.0.0.1/24", Machines->Far, "camera0", "");
+    }
+    static camera::CAMERA_CONFIGURATION Configuration(const char* pIP) {
+        camera::CAMERA_CONFIGURATION objConfiguration;
+        objConfiguration.Interface = "camera0";
+        objConfiguration.IP = camera::ParseIPSetting(pIP);
+        objConfiguration.Reconfiguration = 20ms;
+        return objConfiguration;
+    }
+
+    struct MACHINES {
+        CNetworkNamespace Near;
+        CNetworkNamespace Far;
+    };
+    std::optional<MACHINES> Machines;
+    static inline std::string s_strWhyNot;
+};
+
+TEST_F(CameraOnNetwork, IsFoundOnAWrongSubnetAndBroughtHomeByTheRecoveryPair) {
+    CRunningCamera objCamera(Machines->Far, Configuration("192.168.77.2/24"));
+    CHost objHost(Machines->Near);
+    const auto objFound = objHost.Discover();
+    ASSERT_TRUE(objFound) << "the answer is a broadcast";
+    EXPECT_EQ(objFound->From, 0xC0A84D02);
+    gev::DISCOVERY_RECORD objRecord;
+    ASSERT_EQ(gev::DecodeDiscoveryAck(objFound->Payload, objRecord), EGvcpStatus::Success);
+    EXPECT_EQ(objRecord.MAC, objCamera.Get().GetMAC());
+    EXPECT_FALSE(objHost.Discover(false, 1)) << "the camera has no route back";
+
+    gev::GvcpBuffer arrBuffer;
+    const auto arrStore = gev::EncodeCommand(arrBuffer, gev::EGvcpCommand::ForceIPEx, 0x11, 0xECD2, 76);
+    objRecord.MAC.Put(arrStore.subspan<10, 6>());
+    gev::Put32(arrStore, 32, 0x0A000009);
+    gev::Put32(arrStore, 48, 0xFFFFFF00);
+    EXPECT_TRUE(objHost.Ask(kEverybody, arrStore));
+    objHost.Send(kEverybody, gev::EncodeForceIP(arrBuffer, 0x228D, {objRecord.MAC, 0, 0, 0}));
+    const auto objBack = objHost.Discover();
+    ASSERT_TRUE(objBack);
+    EXPECT_EQ(objBack->From, 0x0A000009u);
+    EXPECT_EQ(objHost.Read(0x0A000009, 0x064C), 0x0A000009u);
+    Machines->Far.Run("test \"$(ip -o -4 address show dev camera0 | grep -c inet)\" = 1");
+    Machines->Far.Run("ip -o -4 address show dev camera0 | grep -q '10.0.0.9/24 brd 10.0.0.255'");
+}
+
+TEST_F(CameraOnNetwork, IsFoundWithoutAnyAddressBehindAStrictFilterAndTakesTheOneForced) {
+    Machines->Far.Run("sysctl -q net.ipv4.conf.all.rp_filter=1 net.ipv4.conf.camera0.rp_filter=1");
+    auto objConfiguration = Configuration("10.0.0.2/24");
+    objConfiguration.IP = camera::IP_SETTING{};
+    CRunningCamera objCamera(Machines->Far, objConfiguration);
+    CHost objHost(Machines->Near);
+    ASSERT_TRUE(objHost.Discover());
+    EXPECT_EQ(objCamera.Get().GetAddress(), 0u);
+
+    gev::GvcpBuffer arrBuffer;
+    const gev::FORCEIP_COMMAND objForce{objCamera.Get().GetMAC(), 0x0A000003, 0xFFFFFF00, 0};
+    ASSERT_TRUE(objHost.Ask(kEverybody, gev::EncodeForceIP(arrBuffer, 5, objForce, true)));
+    EXPECT_EQ(objHost.Discover(false)->From, 0x0A000003u) << "a neighbour now";
+}
+
+TEST_F(CameraOnNetwork, LosesItsApplicationWithTheHeartbeatAndVanishesWhenItIsTold) {
+    CRunningCamera objCamera(Machines->Far, Configuration("10.0.0.2/24"));
+    constexpr std::uint32_t kCamera = 0x0A000002;
+    CHost objFirst(Machines->Near);
+    CHost objSecond(Machines->Near);
+    ASSERT_EQ(objFirst.Write(kCamera, 0x0A00, 2), EGvcpStatus::Success);
+    ASSERT_EQ(objFirst.Write(kCamera, 0x0938, 500), EGvcpStatus::Success);
+    EXPECT_EQ(objSecond.Write(kCamera, 0x0A00, 2), EGvcpStatus::AccessDenied);
+    const auto tLast = std::chrono::steady_clock::now();
+    while (objSecond.Read(kCamera, 0x0A00) != 0u && std::chrono::steady_clock::now() < tLast + 10s) {
+    }
+    EXPECT_GE(std::chrono::steady_clock::now() - tLast, 450ms);
+    EXPECT_EQ(objSecond.Write(kCamera, 0x0A00, 2), EGvcpStatus::Success);
+
+    camera::FAULTS objFaults;
+    objFaults.Silent = camera::ESilence::All;
+    objCamera.Get().SetFaults(objFaults);
+    EXPECT_FALSE(objSecond.Read(kCamera, 0x0A00));
+    objCamera.Get().SetFaults({});
+    EXPECT_EQ(objSecond.Read(kCamera, 0x0000), 0x00020000u);
+}
+
+TEST_F(CameraOnNetwork, SaysWhatIsWrongWithItsAdapter) {
+    const auto codeOf = [&](const char* pAdapter) {
+        auto objConfiguration = Configuration("10.0.0.2/24");
+        objConfiguration.Interface = pAdapter;
+        try {
+            CRunningCamera objCamera(Machines->Far, objConfiguration);
+        } catch (const std::system_error& objError) {
+            return objError.code().value();
+        }
+        return 0;
+    };
+    EXPECT_EQ(codeOf("nothing"), ENODEV);
+    EXPECT_EQ(codeOf("a-name-that-is-far-too-long"), ENODEV);
+    EXPECT_EQ(codeOf("lo"), EPROTONOSUPPORT);
+    CRunningCamera objCamera(Machines->Far, Configuration("10.0.0.2/24"));
+    EXPECT_EQ(codeOf("camera0"), EADDRINUSE);
+}
+
+}  // namespace
