@@ -185,26 +185,33 @@ PACKET_EFFECT CBlock::TakeUnavailable(std::uint32_t nPacketID) {
     return PACKET_EFFECT::Refused;
 }
 
+void CBlock::AddGap(const PACKET_GAP& objGap) {
+    if (m_vecGap.size() < kMostGaps) {
+        m_vecGap.push_back(objGap);
+    } else {
+        // What lies between has come and won't be asked for.
+        m_vecGap.back().Last = std::max(m_vecGap.back().Last, objGap.Last);
+    }
+}
+
 void CBlock::PassOver(std::uint32_t nPacketID, std::uint64_t nClock, StreamClock::time_point objDue) {
     const std::uint32_t nEnd = std::min(nPacketID, m_nBits);
-    if (nEnd <= m_nNextID) {
-        return;
+    if (nEnd > m_nNextID) {
+        AddGap({m_nNextID, nEnd - 1, nClock, objDue, 0});
+        m_nNextID = nEnd;
     }
-    if (m_vecGap.size() < kMostGaps) {
-        m_vecGap.push_back({m_nNextID, nEnd - 1, nClock, objDue, 0});
-    } else {
-        m_vecGap.back().Last = nEnd - 1;  // what lies between has come and won't be asked for
-    }
-    m_nNextID = nEnd;
 }
 
 void CBlock::NoticeTail(std::uint32_t nLast, std::uint64_t nClock, StreamClock::time_point objDue) {
-    const std::uint32_t nFirst = m_nNextID;
-    nLast = std::max(nLast, nFirst);
-    if (m_vecGap.size() < kMostGaps) {
-        m_vecGap.push_back({nFirst, nLast, nClock, objDue, 0});
+    nLast = std::max(nLast, m_nNextID);
+    if (HasMemory() && nLast > m_nBits) {
+        // A leader may announce any number of packets: those between the memory's end and the trailer are of no use.
+        if (m_nNextID < m_nBits) {
+            AddGap({m_nNextID, m_nBits - 1, nClock, objDue, 0});
+        }
+        AddGap({nLast, nLast, nClock, objDue, 0});
     } else {
-        m_vecGap.back().Last = std::max(m_vecGap.back().Last, nLast);
+        AddGap({m_nNextID, nLast, nClock, objDue, 0});
     }
     m_bTailNoticed = true;
 }

@@ -111,6 +111,7 @@ public:
 
 private:
     [[nodiscard]] std::uint32_t GetTracked(std::uint32_t nTrailerID) const;
+    void AddGap(const PACKET_GAP& objGap);
     bool SettlePacket(std::uint32_t nPacketID);
     bool FixPayload(std::uint32_t nPacketID, std::size_t nSize);
     [[nodiscard]] std::uint64_t GetMeantSize() const;
