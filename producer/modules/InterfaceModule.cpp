@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <mutex>
+#include <thread>
 #include <utility>
 
 #include "producer/ProducerError.h"
@@ -162,8 +164,19 @@ DISCOVERY_REPLY CInterfaceModule::AskDevice(std::uint32_t nAddress) const {
     return DoAskDevice(m_strAdapter, nAddress);
 }
 
+/// An update that was past the test for an open module, and not yet where a stop reaches it, is stopped the next time.
+void CInterfaceModule::EndUpdates() noexcept {
+    for (;;) {
+        StopUpdate();
+        if (const std::unique_lock objLock(m_mtxUpdate, std::try_to_lock); objLock.owns_lock()) {
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
 void CInterfaceModule::DoClose() noexcept {
-    StopUpdate();
+    EndUpdates();
     m_objDevices.CloseAll();
     m_funClosed();
 }

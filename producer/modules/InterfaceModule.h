@@ -71,6 +71,7 @@ private:
     DEVICE_ENTRY Resolve(const std::string& strId) const;
     DEVICE_ACCESS_STATUS GetAccessStatus(const DEVICE_ENTRY& objEntry) const;
     void TakeResult(DISCOVERY_RESULT objResult);
+    void EndUpdates() noexcept;
     void DoClose() noexcept override;
 
     const std::string m_strAdapter;

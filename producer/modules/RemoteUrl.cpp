@@ -72,10 +72,8 @@ void ReadSchemaVersion(std::string_view strQuery, URL_FACTS& objUrl) {
 }
 
 std::optional<URL_FACTS> ReadLocalUrl(std::string_view strRest, std::string& strWhy) {
-    if (strRest.starts_with("///")) {
-        strRest.remove_prefix(3);
-    }
-    const std::string_view strName = Trim(CutAt(strRest, ';'));
+    std::string_view strName = CutAt(strRest, ';');
+    strName = Trim(strName.substr(strName.find_last_of("/\\") + 1));  // a name, whatever path it comes with
     const std::string_view strAddress = CutAt(strRest, ';');
     const std::string_view strLength = CutAt(strRest, '?');
     const std::optional<std::uint64_t> nAddress = ReadHexadecimal(strAddress);

@@ -54,7 +54,7 @@ public:
     void DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer);
 
     /// @param nAddress  a multiple of 4
-    [[nodiscard]] std::uint32_t DoReadRegister(std::uint32_t nAddress);
+    std::uint32_t DoReadRegister(std::uint32_t nAddress);
     void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue);
 
     /// Sends a datagram that no answer belongs to, such as a request to send packets again, from the port that holds

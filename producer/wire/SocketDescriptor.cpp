@@ -1,6 +1,5 @@
 #include "producer/wire/SocketDescriptor.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>

@@ -17,6 +17,7 @@
 namespace {
 
 constexpr std::uint64_t kScratch = 0x00E8;  // the user-defined name: 16 bytes that can be written
+constexpr std::uint64_t kUrls = 0x0200;     // two of 512 bytes
 constexpr std::uint64_t kHeartbeatTimeout = 0x0938;
 constexpr std::uint64_t kLongEnough = 5000;
 
@@ -197,18 +198,36 @@ TEST_F(ProducerCamera, ClosesBeneathEveryKindOfCall) {
             }));
         }
         vecCall.push_back(std::async(std::launch::async, [this, hPort] {
-            std::string strData(2000, '\0');
+            std::string strUrls(1024, '\0');
             GC_ERROR nResult = GC_ERR_SUCCESS;
             while (nResult == GC_ERR_SUCCESS) {
-                nResult = Read(hPort, 0, strData);
+                nResult = Read(hPort, kUrls, strUrls);
             }
-            return nResult == GC_ERR_ABORT ? GC_ERR_INVALID_HANDLE : nResult;
+            return nResult;
         }));
         EXPECT_EQ(Lib().DevClose(hDevice), GC_ERR_SUCCESS);
         for (std::future<GC_ERROR>& objCall : vecCall) {
             const GC_ERROR nResult = objCall.get();
             EXPECT_TRUE(nResult == GC_ERR_ABORT || nResult == GC_ERR_INVALID_HANDLE) << nResult;
         }
+    }
+}
+
+TEST_F(ProducerCamera, ClosesWithAllAboveItAtOnceFromSeveralThreads) {
+    Plug("10.1.0.2/24");
+    for (int nRound = 0; nRound < 10; ++nRound) {
+        const DEV_HANDLE hDevice = Open("IP::10.1.0.2");
+        std::vector<std::future<GC_ERROR>> vecClose;
+        vecClose.push_back(std::async(std::launch::async, [&] { return Lib().DevClose(hDevice); }));
+        vecClose.push_back(std::async(std::launch::async, [&] { return Lib().IFClose(m_hInterface); }));
+        vecClose.push_back(std::async(std::launch::async, [&] { return Lib().TLClose(m_hTL); }));
+        for (std::future<GC_ERROR>& objClose : vecClose) {
+            const GC_ERROR nResult = objClose.get();
+            EXPECT_TRUE(nResult == GC_ERR_SUCCESS || nResult == GC_ERR_INVALID_HANDLE) << nResult;
+        }
+        // The parent's close has waited for its children's, so that all can be opened again at once.
+        m_hTL = OpenSystem();
+        m_hInterface = OpenInterface(m_hTL);
     }
 }
 

@@ -38,6 +38,7 @@ TEST(CameraUrl, IsTakenInEveryHonestFormAndRefusedInEveryOther) {
     const std::vector<CASE> vecCase = {
         {"Local:cam.zip;1000;2A", "Local:cam.zip;1000;2a?SchemaVersion=1.1.0"},
         {"LOCAL:///Cam.XML;0xA000;0xFf?SchemaVersion=1.0.0", "Local:Cam.XML;a000;ff?SchemaVersion=1.0.0"},
+        {"Local: ///a/../cam.zip;1;1", "Local:cam.zip;1;1?SchemaVersion=1.1.0"},
         {" local: cam.zip ; 1000 ; 2A ", "Local:cam.zip;1000;2a?SchemaVersion=1.1.0"},
         {"Local:cam.zip;FFFFFFFE;2", "Local:cam.zip;fffffffe;2?SchemaVersion=1.1.0"},
         {"Local:cam.zip;1000;4000000", "Local:cam.zip;1000;4000000?SchemaVersion=1.1.0"},
