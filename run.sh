@@ -23,7 +23,7 @@ fi
 # shellcheck disable=SC2086 # lists of names
 ensure_packages $PACKAGES_BUILD $PACKAGES_RUN
 [ -f build/release/build.ninja ] || configure release -DNORVIK_BUILD_TESTS=OFF -DNORVIK_BUILD_BENCH=OFF
-build release --target norvik
+build release --target norvik ZrGVTL
 
 # Our own producer first, then whatever the user has.
 export GENICAM_GENTL64_PATH="$PWD/build/release/cti${GENICAM_GENTL64_PATH:+:$GENICAM_GENTL64_PATH}"

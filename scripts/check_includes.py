@@ -56,7 +56,7 @@ LIBRARIES = {
 PLATFORM = re.compile(
     r"(pthread|sched|dlfcn|unistd|fcntl|poll|signal|ifaddrs|semaphore|spawn|termios|windows)\.h"
     r"|(sys|net|netinet|netpacket|arpa|linux|asm)/")
-HIDES_PLATFORM = re.compile(r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/\w*Socket\w*\.|tests/|bench/")
+HIDES_PLATFORM = re.compile(r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/(\w+/)*\w*Socket\w*\.|producer/modules/LibraryPath\.|tests/|bench/")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
 

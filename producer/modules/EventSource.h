@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <span>
+
+#include "GenTL/GenTL.h"
+#include "producer/modules/EventQueue.h"
+
+namespace producer {
+
+/// The events of one module: which may be registered, and the queues of those that are.
+///
+/// Owned by its module. Any thread may call.
+class CEventSource {
+public:
+    CEventSource() = default;
+    ~CEventSource() { Close(); }
+    CEventSource(const CEventSource&) = delete;
+    CEventSource& operator=(const CEventSource&) = delete;
+
+    /// Lets consumers register events of a type. To be called before the module gets its handle.
+    void Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity);
+
+    /// Gives the event a handle.
+    /// @throws CProducerError  GC_ERR_NOT_IMPLEMENTED, GC_ERR_RESOURCE_IN_USE, GC_ERR_INVALID_HANDLE once closed
+    void* Register(EVENT_TYPE nType);
+
+    /// Ends the waits on the event and its handle.
+    /// @throws CProducerError  GC_ERR_INVALID_PARAMETER for an event that isn't registered
+    void Unregister(EVENT_TYPE nType);
+
+    /// Queues an event, if a consumer has registered it.
+    /// @return whether one has.
+    bool Post(EVENT_TYPE nType, std::span<const std::byte> spanData = {});
+
+    /// Queues an event once in the life of this object: at once, or when it is first registered.
+    void PostOnce(EVENT_TYPE nType);
+
+    /// Unregisters all, for good.
+    void Close();
+
+private:
+    struct ENTRY {
+        std::size_t nDataSizeMax = 0;
+        std::size_t nCapacity = 0;
+        bool bOnceFired = false;              // PostOnce was called
+        bool bOnceDelivered = false;          // and its event went to a queue
+        std::shared_ptr<CEventQueue> pQueue;  // null unless registered
+        void* hQueue = nullptr;
+    };
+
+    static void Retire(ENTRY& objEntry);
+
+    std::mutex m_mtxEntries;  // guards the two below; taken before a queue's lock and the handle table's
+    std::map<EVENT_TYPE, ENTRY> m_mapEntry;
+    bool m_bClosed = false;
+};
+
+}  // namespace producer

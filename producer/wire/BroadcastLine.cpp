@@ -1,0 +1,90 @@
+#include "producer/wire/BroadcastLine.h"
+
+#include <array>
+#include <atomic>
+
+namespace producer {
+
+namespace {
+
+constexpr std::uint32_t kLimitedBroadcast = 0xFFFF'FFFF;
+constexpr int kMostAtOnce = 64;               // datagrams between two looks at the clock
+constexpr std::size_t kLongestPacket = 2048;  // an Ethernet frame's; longer datagrams are no answers
+
+}  // namespace
+
+std::uint16_t TakeRequestID() noexcept {
+    static std::atomic<std::uint16_t> s_nNext{1};
+    const std::uint16_t nID = s_nNext.fetch_add(1, std::memory_order_relaxed);
+    return nID == 0 ? s_nNext.fetch_add(1, std::memory_order_relaxed) : nID;
+}
+
+CBroadcastLine::CBroadcastLine(const ADAPTER& objAdapter)
+    : m_objAdapter(objAdapter),
+      m_objUdpSocket(objAdapter),
+      m_objPacketSocket(objAdapter, m_objUdpSocket.GetLocalPort()) {}
+
+int CBroadcastLine::SendToAll(std::span<const std::byte> objDatagram, bool bDirected) {
+    int nErrno = -1;
+    const auto send = [&](std::uint32_t nAddress) {
+        const int nResult = SendTo(nAddress, objDatagram);
+        nErrno = nErrno == 0 ? 0 : nResult;
+    };
+    if (bDirected) {
+        for (const auto& objOwn : m_objAdapter.Addresses) {
+            if (objOwn.Broadcast != 0) {
+                send(objOwn.Broadcast);
+            }
+        }
+    }
+    if (nErrno < 0) {
+        send(kLimitedBroadcast);
+    }
+    return nErrno;
+}
+
+int CBroadcastLine::SendTo(std::uint32_t nAddress, std::span<const std::byte> objDatagram) {
+    return m_objUdpSocket.SendTo(nAddress, gev::kGvcpPort, objDatagram);
+}
+
+template <class Socket>
+bool CBroadcastLine::__Drain(const Socket& objSocket, const std::function<bool(const HEARD_ACKNOWLEDGE&)>& funHeard) {
+    std::array<std::byte, kLongestPacket> arrBuffer;
+    for (int i = 0; i < kMostAtOnce; ++i) {
+        const auto objDatagram = objSocket.Receive(arrBuffer);
+        if (!objDatagram) {
+            return true;
+        }
+        HEARD_ACKNOWLEDGE objHeard;
+        objHeard.Source = objDatagram->Source;
+        if (objDatagram->SourcePort != gev::kGvcpPort ||
+            gev::DecodeAcknowledge(objDatagram->Payload, objHeard.Header, objHeard.Payload) !=
+                gev::EGvcpStatus::Success) {
+            ++m_nRefused;
+        } else if (!funHeard(objHeard)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CBroadcastLine::Listen(Clock::time_point objDeadline, const CWakeSocket* pWake,
+                            const std::function<bool(const HEARD_ACKNOWLEDGE&)>& funHeard) {
+    const int nWake = pWake == nullptr ? -1 : pWake->GetDescriptor();
+    for (;;) {
+        if (!WaitReadable({nWake, m_objUdpSocket.GetDescriptor(), m_objPacketSocket.GetDescriptor()}, objDeadline)) {
+            return true;
+        }
+        if (nWake >= 0 && WaitReadable({nWake}, Clock::time_point::min())) {
+            return false;
+        }
+        if (!__Drain(m_objUdpSocket, funHeard) || !__Drain(m_objPacketSocket, funHeard)) {
+            return false;
+        }
+        if (Clock::now() >= objDeadline) {
+            return true;
+        }
+    }
+}
+
+}  // namespace producer

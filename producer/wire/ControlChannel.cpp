@@ -1,0 +1,221 @@
+#include "producer/wire/ControlChannel.h"
+
+#include <array>
+#include <limits>
+#include <mutex>
+#include <optional>
+#include <utility>
+
+#include "gev/BigEndian.h"
+#include "gev/Bootstrap.h"
+#include "producer/ProducerError.h"
+#include "producer/wire/ControlDialogue.h"
+#include "producer/wire/Heartbeat.h"
+#include "producer/wire/MemoryAccess.h"
+#include "support/Address.h"
+
+namespace producer {
+
+namespace {
+
+namespace bootstrap = gev::bootstrap;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kReleaseTimeout{100};  // for one of two attempts to give the privilege back
+
+std::uint32_t GetPrivilege(CONTROL_ACCESS eAccess) {
+    return eAccess == CONTROL_ACCESS::Exclusive ? bootstrap::kPrivilegeExclusive : bootstrap::kPrivilegeControl;
+}
+
+/// Asks in vain cost nothing: a camera without these registers says so.
+std::optional<std::uint32_t> ReadIfThere(CControlDialogue& objDialogue, const bootstrap::REGISTER& objRegister) {
+    std::uint32_t nValue = 0;
+    const OUTCOME objOutcome = objDialogue.ReadRegister(objRegister.Address, objDialogue.GetAsking(), nValue);
+    return objOutcome.Kind == OUTCOME::KIND::Answered ? std::optional(nValue) : std::nullopt;
+}
+
+std::optional<PRIMARY_APPLICATION> ReadApplication(CControlDialogue& objDialogue) {
+    const auto nPort = ReadIfThere(objDialogue, bootstrap::kPrimaryApplicationPort);
+    const auto nAddress = nPort ? ReadIfThere(objDialogue, bootstrap::kPrimaryApplicationIP) : std::nullopt;
+    return nAddress ? std::optional(PRIMARY_APPLICATION{*nPort, *nAddress}) : std::nullopt;
+}
+
+[[noreturn]] void ThrowDenied(CControlDialogue& objDialogue) {
+    std::string strText = "camera " + IPToString(objDialogue.GetCamera()) + " on " + objDialogue.GetAdapterName() +
+                          " is controlled by another application";
+    if (const auto objApplication = ReadApplication(objDialogue); objApplication && objApplication->Address != 0) {
+        strText += " at " + IPToString(objApplication->Address) + " port " + std::to_string(objApplication->Port);
+    }
+    throw CProducerError(GC_ERR_ACCESS_DENIED,
+                         strText + ": close it, or wait for the camera's heartbeat time-out if it has ended already");
+}
+
+}  // namespace
+
+class CControlChannel::CImpl {
+public:
+    CImpl(const ADAPTER& objAdapter, std::uint32_t nAddress, CONTROL_ACCESS eAccess,
+          const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss)
+        : m_objAdapter(objAdapter), m_eAccess(eAccess), m_objDialogue(objAdapter, nAddress, objSettings) {
+        m_nLocalAddress = m_objDialogue.GetSocket().GetLocalAddress();
+        TakePrivilege();
+        try {
+            const auto nCapability = ReadIfThere(m_objDialogue, bootstrap::kGvcpCapability).value_or(0);
+            m_objMemory.emplace(m_objDialogue, (nCapability & bootstrap::kGvcpCapabilityWriteMem) != 0);
+            m_objHeartbeat.emplace(m_objDialogue, eAccess, ReadHeartbeatTimeout(), FindOurselves(), std::move(funLoss));
+        } catch (...) {
+            ReleasePrivilege();
+            throw;
+        }
+    }
+
+    void Close() noexcept {
+        const std::lock_guard objLock(m_mtxClose);
+        if (!std::exchange(m_bClosed, true)) {
+            m_objDialogue.End(GC_ERR_INVALID_HANDLE, "the device was closed");
+            m_objHeartbeat->Stop();
+            if (!m_objHeartbeat->IsLost()) {
+                ReleasePrivilege();
+            }
+        }
+    }
+
+    void DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer) {
+        m_objMemory->DoWrite(nAddress, objBuffer);
+        const auto& objRegister = bootstrap::kHeartbeatTimeout;
+        if (nAddress < objRegister.GetEnd() && nAddress + objBuffer.size() > objRegister.Address) {
+            m_objHeartbeat->SetTimeout(ReadHeartbeatTimeout());
+        }
+    }
+
+    milliseconds ReadHeartbeatTimeout() {
+        return milliseconds(
+            ReadIfThere(m_objDialogue, bootstrap::kHeartbeatTimeout).value_or(bootstrap::kHeartbeatTimeoutDefaultMs));
+    }
+
+    const ADAPTER m_objAdapter;
+    const CONTROL_ACCESS m_eAccess;
+    CControlDialogue m_objDialogue;
+    std::uint32_t m_nLocalAddress = 0;
+    std::optional<CMemoryAccess> m_objMemory;  // set by the constructor, for good
+    std::optional<CHeartbeat> m_objHeartbeat;  // likewise
+
+private:
+    void TakePrivilege() {
+        const std::uint32_t nRegister = bootstrap::kControlChannelPrivilege.Address;
+        try {
+            if (m_eAccess == CONTROL_ACCESS::ReadOnly) {
+                m_objDialogue.DoReadRegister(nRegister);
+            } else {
+                m_objDialogue.DoWriteRegister(nRegister, GetPrivilege(m_eAccess));
+            }
+        } catch (const CProducerError& objError) {
+            if (objError.GetCode() == GC_ERR_ACCESS_DENIED) {
+                ThrowDenied(m_objDialogue);
+            }
+            throw;
+        }
+    }
+
+    /// @return what the camera holds for its controlling application, if that is told and is us.
+    std::optional<PRIMARY_APPLICATION> FindOurselves() {
+        const auto objApplication =
+            m_eAccess == CONTROL_ACCESS::ReadOnly ? std::nullopt : ReadApplication(m_objDialogue);
+        return objApplication && objApplication->Port == m_objDialogue.GetSocket().GetLocalPort() ? objApplication
+                                                                                                  : std::nullopt;
+    }
+
+    void ReleasePrivilege() noexcept {
+        if (m_eAccess != CONTROL_ACCESS::ReadOnly) {
+            ASKING objAsking;
+            objAsking.AnswerTimeout = kReleaseTimeout;
+            objAsking.Repeats = 1;
+            objAsking.LongestPending = kReleaseTimeout;
+            objAsking.EvenWhenClosing = true;
+            m_objDialogue.WriteRegister(bootstrap::kControlChannelPrivilege.Address, 0, objAsking);
+        }
+    }
+
+    std::mutex m_mtxClose;  // guards the one below; held for a whole close
+    bool m_bClosed = false;
+};
+
+CControlChannel::CControlChannel(const ADAPTER& objAdapter, std::uint32_t nAddress, CONTROL_ACCESS eAccess,
+                                 const CONTROL_SETTINGS& objSettings, ControlLossCallback funLoss)
+    : m_pImpl(std::make_unique<CImpl>(objAdapter, nAddress, eAccess, objSettings, std::move(funLoss))) {}
+
+CControlChannel::~CControlChannel() {
+    m_pImpl->Close();
+}
+
+void CControlChannel::Close() noexcept {
+    m_pImpl->Close();
+}
+
+void CControlChannel::DoRead(std::uint64_t nAddress, std::span<std::byte> objBuffer) {
+    m_pImpl->m_objMemory->DoRead(nAddress, objBuffer);
+}
+
+void CControlChannel::DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer) {
+    m_pImpl->DoWrite(nAddress, objBuffer);
+}
+
+std::uint32_t CControlChannel::DoReadRegister(std::uint32_t nAddress) {
+    return m_pImpl->m_objDialogue.DoReadRegister(nAddress);
+}
+
+void CControlChannel::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue) {
+    std::array<std::byte, 4> arrValue;
+    gev::Put32(arrValue, 0, nValue);
+    m_pImpl->DoWrite(nAddress, arrValue);
+}
+
+void CControlChannel::DoSendUnanswered(std::span<const std::byte> objDatagram) noexcept {
+    m_pImpl->m_objDialogue.GetSocket().Send(objDatagram);
+}
+
+milliseconds CControlChannel::GetHeartbeatTimeout() const noexcept {
+    return m_pImpl->m_objHeartbeat->GetTimeout();
+}
+
+void CControlChannel::DoSetHeartbeatTimeout(milliseconds objTimeout) {
+    if (objTimeout.count() < 0 || objTimeout.count() > std::numeric_limits<std::uint32_t>::max()) {
+        throw CProducerError(GC_ERR_INVALID_PARAMETER,
+                             std::to_string(objTimeout.count()) + " ms is no heartbeat time-out");
+    }
+    DoWriteRegister(bootstrap::kHeartbeatTimeout.Address, static_cast<std::uint32_t>(objTimeout.count()));
+}
+
+CONTROL_SETTINGS CControlChannel::GetSettings() const noexcept {
+    return m_pImpl->m_objDialogue.GetSettings();
+}
+
+void CControlChannel::SetSettings(const CONTROL_SETTINGS& objSettings) noexcept {
+    m_pImpl->m_objDialogue.SetSettings(objSettings);
+}
+
+CONTROL_STATISTICS CControlChannel::GetStatistics() const noexcept {
+    return m_pImpl->m_objDialogue.GetStatistics();
+}
+
+bool CControlChannel::IsLost() const noexcept {
+    return m_pImpl->m_objHeartbeat->IsLost();
+}
+
+CONTROL_ACCESS CControlChannel::GetAccess() const noexcept {
+    return m_pImpl->m_eAccess;
+}
+
+std::uint32_t CControlChannel::GetCameraAddress() const noexcept {
+    return m_pImpl->m_objDialogue.GetCamera();
+}
+
+std::uint32_t CControlChannel::GetLocalAddress() const noexcept {
+    return m_pImpl->m_nLocalAddress;
+}
+
+const ADAPTER& CControlChannel::GetAdapter() const noexcept {
+    return m_pImpl->m_objAdapter;
+}
+
+}  // namespace producer

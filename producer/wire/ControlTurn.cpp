@@ -1,0 +1,35 @@
+#include "producer/wire/ControlTurn.h"
+
+namespace producer {
+
+void CControlTurn::__Take() {
+    std::unique_lock objLock(m_mtxTurn);
+    ++m_nWaiting;
+    m_objFree.wait(objLock, [this] { return !m_bTaken && !m_bHeartbeatWaits; });
+    --m_nWaiting;
+    m_bTaken = true;
+}
+
+bool CControlTurn::__TakeFirst(Clock::time_point objDeadline) {
+    std::unique_lock objLock(m_mtxTurn);
+    ++m_nWaiting;
+    m_bHeartbeatWaits = true;
+    const bool bFree = m_objFree.wait_until(objLock, objDeadline, [this] { return !m_bTaken; });
+    m_bHeartbeatWaits = false;
+    --m_nWaiting;
+    m_bTaken = m_bTaken || bFree;
+    if (!bFree && !m_bTaken) {
+        m_objFree.notify_all();
+    }
+    return bFree;
+}
+
+void CControlTurn::__Give() {
+    const std::lock_guard objLock(m_mtxTurn);
+    m_bTaken = false;
+    if (m_nWaiting != 0) {
+        m_objFree.notify_all();  // all: the heartbeat may be any of them
+    }
+}
+
+}  // namespace producer

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "producer/wire/Adapter.h"
+
+namespace producer {
+
+/// What may keep the answers of cameras from being heard on an adapter, and what to do about it, in sentences for the
+/// user.
+/// @param nSendError    why the questions couldn't be sent, as an errno; 0 when they were
+/// @param nPacketError  why there is no packet socket, as an errno; 0 when there is one, which nothing hides answers
+/// from
+/// @return empty when nothing is known.
+std::string MakeHearingAdvice(const ADAPTER& objAdapter, int nSendError, int nPacketError);
+
+}  // namespace producer

@@ -1,0 +1,156 @@
+// The library as the module tree meets it: found, loaded, updated, its node maps read.
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <boost/pointer_cast.hpp>
+#include <gtest/gtest.h>
+
+#include "TLClass/TLClassFeature/IFeatureControl.h"
+#include "TLClass/TLClassMain/GevDevice.h"
+#include "TLClass/TLClassMain/GevInterface.h"
+#include "TLClass/TLClassMain/GevTL.h"
+#include "TLClass/TLClassMain/GevUpdateAgency.h"
+#include "TLClass/TLClassMain/TLManager.h"
+#include "support/Environment.h"
+#include "tests/TLClass/TemporaryDirectory.h"
+#include "tests/camera/RunningCamera.h"
+#include "tests/producer/entries/NodeMapReader.h"
+#include "tests/producer/entries/ProducerTest.h"
+
+namespace {
+
+struct BROADCAST_MODE {
+    void (CGevUpdateAgency::*pUpdate)(std::uint64_t, std::uint64_t, bool*);
+    const char* pszName;
+};
+
+class ProducerTree : public ProducerTest {
+protected:
+    void SetUp() override {
+        ProducerTest::SetUp();
+        if (IsSkipped()) {
+            return;
+        }
+        ASSERT_EQ(Lib().GCCloseLib(), GC_ERR_SUCCESS) << "the tree initialises it itself";
+        m_objDirectory.emplace();
+        SetEnvironment("GENICAM_GENTL64_PATH", PRODUCER_CTI_DIRECTORY);
+        SetEnvironment("ALLUSERSPROFILE", m_objDirectory->Path("profile"));
+        GetTLManager()->DoInit({"ZrGVTL.cti"});
+        m_pTL = boost::dynamic_pointer_cast<CGevTL>(GetTLManager()->GetTLList().at(0));
+        ASSERT_TRUE(m_pTL);
+        bool bChanged = false;
+        m_pTL->DoUpdateInterfaceList(0, &bChanged);
+        EXPECT_TRUE(bChanged);
+    }
+
+    void TearDown() override {
+        m_pTL.reset();
+        if (m_objDirectory) {
+            GetTLManager()->DoUninit();
+        }
+    }
+
+    boost::shared_ptr<CGevInterface> Interface(std::size_t nIndex) const {
+        return boost::dynamic_pointer_cast<CGevInterface>(m_pTL->GetInterfaceList().at(nIndex));
+    }
+
+    static IFeatureControl& Features(const CGcObject& objModule) { return *objModule.GetFeatureControl(); }
+
+    std::optional<CTemporaryDirectory> m_objDirectory;
+    boost::shared_ptr<CGevTL> m_pTL;
+};
+
+TEST_F(ProducerTree, ListsEveryAdapterWithTheSameAddressesByBothRoads) {
+    ASSERT_EQ(m_pTL->GetInterfaceList().size(), 2u);
+    EXPECT_EQ(Interface(0)->GetInterfaceInformation().DisplayName, "eth0 (10.1.0.1)");
+    EXPECT_EQ(Interface(1)->GetInterfaceInformation().DisplayName, "eth1 (no IPv4 address)");
+    const std::vector<GEV_IF_INFO> vecDefault = m_pTL->GetInterfaceSpecialInfo();
+    ASSERT_EQ(vecDefault.size(), 2u);
+    EXPECT_EQ(vecDefault[0].IPAddress, 0x0A010001);
+    EXPECT_EQ(vecDefault[0].SubnetMask, 0xFFFFFF00);
+    EXPECT_EQ(vecDefault[1].IPAddress, 0);
+    for (std::size_t i = 0; i < 2; ++i) {
+        IFeatureControl& objFeatures = Features(*Interface(i));
+        EXPECT_EQ(objFeatures.DoGetInt("GevInterfaceSubnetIPAddress"), vecDefault[i].IPAddress);
+        EXPECT_EQ(objFeatures.DoGetInt("GevInterfaceSubnetMask"), vecDefault[i].SubnetMask);
+        EXPECT_EQ(objFeatures.DoGetInt("GevInterfaceMACAddress"), vecDefault[i].MACAddress);
+        EXPECT_NE(vecDefault[i].MACAddress, 0);
+        EXPECT_TRUE(vecDefault[i].GatewayValid);
+        EXPECT_EQ(objFeatures.DoGetIntRange("DeviceSelector").Max, -1);
+    }
+    EXPECT_EQ(Features(*m_pTL).DoGetIntRange("InterfaceSelector").Max, 1);
+    EXPECT_EQ(m_pTL->GetGevTLInfo().VersionMajor, 2);
+}
+
+TEST_F(ProducerTree, HasNodeMapsWhoseEveryFeatureReads) {
+    EXPECT_GT(ReadAllNodes(*m_objLib, m_pTL->GetHandle()), 20);
+    EXPECT_GT(ReadAllNodes(*m_objLib, Interface(0)->GetHandle()), 15);
+}
+
+TEST_F(ProducerTree, KeepsWhatIsListedReadableWhenItsAdapterGoes) {
+    m_objMachine->Run("ip link del eth0");
+    const boost::shared_ptr<CGevInterface> pGone = Interface(0);
+    EXPECT_EQ(Features(*pGone).DoGetInt("GevInterfaceSubnetIPAddress"), 0x0A010001);
+    bool bChanged = false;
+    EXPECT_NO_THROW(pGone->DoUpdateDeviceList(100, &bChanged));
+    m_pTL->DoUpdateInterfaceList(0, &bChanged);
+    EXPECT_TRUE(bChanged);
+    EXPECT_EQ(m_pTL->GetInterfaceList().size(), 1u);
+    m_pTL->DoUpdateInterfaceList(0, &bChanged);
+    EXPECT_FALSE(bChanged);
+    EXPECT_EQ(m_pTL->GetRemovedInterfaceList().size(), 1u);
+}
+
+TEST_F(ProducerTree, StopsAnUpdateFromAnotherThreadByItsFeature) {
+    const boost::shared_ptr<CGevInterface> pInterface = Interface(0);
+    const auto tStart = std::chrono::steady_clock::now();
+    std::future<void> objUpdate = std::async(std::launch::async, [&] {
+        bool bChanged = false;
+        pInterface->DoUpdateDeviceList(10'000, &bChanged);
+    });
+    // One that comes before the update has begun is forgotten.
+    while (objUpdate.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+        Features(*pInterface).DoSendCommand("DeviceStopUpdateList");
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - tStart, std::chrono::milliseconds(800)) << "a whole one takes 1 s";
+}
+
+TEST_F(ProducerTree, ListsACameraWithItsRecordsInEitherMode) {
+    camera::CAMERA_CONFIGURATION objConfiguration;
+    objConfiguration.Interface = "far0";
+    objConfiguration.IP = camera::ParseIPSetting("10.1.0.2/24");
+    objConfiguration.Serial = "S-17";
+    objConfiguration.UserName = "left";
+    std::optional<CRunningCamera> objCamera(std::in_place, *m_objFar, objConfiguration);
+    CGevUpdateAgency objAgency({m_pTL});
+    bool bChanged = false;
+    for (const BROADCAST_MODE& objMode :
+         {BROADCAST_MODE{&CGevUpdateAgency::DoLimitedBroadcastUpdate, "LimitedBroadcast"},
+          BROADCAST_MODE{&CGevUpdateAgency::DoDirectedSubnetBroadcastUpdate, "DirectedSubnetBroadcast"}}) {
+        SCOPED_TRACE(objMode.pszName);
+        (objAgency.*objMode.pUpdate)(200, 1, &bChanged);
+        IFeatureControl& objFeatures = Features(*Interface(0));
+        EXPECT_EQ(objFeatures.DoGetEnum("DeviceUpdateListMode"),
+                  objFeatures.DoGetEnumEntryValue("DeviceUpdateListMode", objMode.pszName));
+        ASSERT_EQ(Interface(0)->GetDeviceList().size(), 1u);
+        const auto pDevice = boost::dynamic_pointer_cast<CGevDevice>(Interface(0)->GetDeviceList()[0]);
+        ASSERT_TRUE(pDevice);
+        EXPECT_EQ(pDevice->GetGevDevInfo().IPAddress, 0x0A010002);
+        EXPECT_EQ(pDevice->GetGevDevInfo().SubnetMask, 0xFFFFFF00);
+        EXPECT_EQ(static_cast<std::uint64_t>(pDevice->GetGevDevInfo().MACAddress),
+                  objCamera->Get().GetMAC().GetValue());
+        EXPECT_EQ(pDevice->GetCommonInformation().SerialNumber, "S-17");
+        EXPECT_EQ(pDevice->GetCommonInformation().UserID, "left");
+    }
+    objCamera.reset();
+    objAgency.DoLimitedBroadcastUpdate(200, 1, &bChanged);
+    EXPECT_TRUE(Interface(0)->GetDeviceList().empty());
+}
+
+}  // namespace
