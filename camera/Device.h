@@ -11,27 +11,11 @@
 #include "camera/FeatureAddress.h"
 #include "camera/FeatureTable.h"
 #include "camera/RegisterSpace.h"
+#include "camera/StreamSettings.h"
 #include "gev/Address.h"
 #include "gev/GvcpStatus.h"
 
 namespace camera {
-
-using TIME = std::chrono::steady_clock::time_point;
-
-/// Where images or events go: one channel's registers.
-struct CHANNEL {
-    std::uint32_t Address = 0;  ///< of the host
-    std::uint16_t Port = 0;     ///< of the host; 0 says that the channel is closed
-};
-
-/// What stands behind an image when chunks are on, by the index of ChunkSelector.
-struct CHUNK {
-    std::uint32_t ID;
-    std::uint32_t Length;
-};
-inline constexpr std::uint32_t kImageChunkID = 0x00000001;
-inline constexpr std::array<CHUNK, address::kChunkCount> kChunks = {{{0x1001, 8}, {0x1002, 8}, {0x1003, 4}}};
-inline constexpr std::uint32_t kChunkTail = 8;  ///< ID and length, behind the data of each chunk
 
 /// A camera behind its registers: what is asked of them, and what happens when they are written. It knows no network
 /// and no right of any application. Not for two threads at once.
