@@ -21,7 +21,9 @@ namespace camera {
 /// and no right of any application. Not for two threads at once.
 class CDevice {
 public:
-    CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed, TIME tNow);
+    /// @param objStreaming  must outlive this
+    CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
+            IStreaming& objStreaming, TIME tNow);
 
     [[nodiscard]] CRegisterSpace& Registers() { return m_objRegisters; }
     [[nodiscard]] const CRegisterSpace& Registers() const { return m_objRegisters; }
@@ -37,6 +39,8 @@ public:
 
     /// Closes the stream and message channels, and ends an acquisition.
     void CloseChannels();
+    /// The acquisition of this number has taken all its images.
+    void EndAcquisition(std::uint32_t nAcquisition);
 
     /// Whether DeviceReset was written since the last call.
     [[nodiscard]] bool TakeResetWish();
@@ -46,6 +50,8 @@ public:
     [[nodiscard]] bool IsAcquiring() const { return m_bAcquiring; }
     [[nodiscard]] CHANNEL GetStreamChannel() const;
     [[nodiscard]] CHANNEL GetMessageChannel() const;
+    /// What the registers say about the stream.
+    [[nodiscard]] STREAM_SETTINGS GetStreamSettings() const;
     /// Ticks of the camera's clock, which are nanoseconds since its start or its last reset.
     [[nodiscard]] std::uint64_t GetTimestamp(TIME tNow) const;
 
@@ -70,16 +76,24 @@ private:
     [[nodiscard]] bool IsLocked(std::uint32_t nAddress, std::size_t nLength) const;
     [[nodiscard]] gev::EGvcpStatus CheckCommand(std::uint32_t nAddress) const;
     void Follow(std::uint32_t nAddress, TIME tNow);
+    bool FollowStream(std::uint32_t nAddress);
+    void FollowTrigger(std::uint32_t nTrigger);
+    void FollowStreamChannel();
+    [[nodiscard]] BLOCK_FORMAT GetBlockFormat() const;
+    [[nodiscard]] FRAME_SETTINGS GetFrameSettings() const;
     void ControlTimestamp(std::uint32_t nControl, TIME tNow);
     void UpdatePayloadSize();
     void SaveUserSet(std::uint32_t nSet);
     void LoadUserSet(std::uint32_t nSet);
 
+    IStreaming& m_objStreaming;
     CRegisterSpace m_objRegisters;
     std::vector<FEATURE_PLACE> m_vecPlace;                                    // by address
     std::array<std::vector<std::byte>, address::kUserSetCount> m_arrUserSet;  // the saved features one behind the other
     std::vector<std::byte> m_vecNames;  // the right texts, while they are replaced
     TIME m_tClockStart;
+    CHANNEL m_objStreamChannel;        // as the stream was told
+    std::uint32_t m_nAcquisition = 0;  // the last
     bool m_bAcquiring = false;
     bool m_bResetWish = false;
 };

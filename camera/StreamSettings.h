@@ -69,11 +69,30 @@ struct STREAM_SETTINGS {
     std::uint32_t Acquisition = 0;  ///< counts acquisitions
 };
 
+/// What the stream does wrong on purpose. A plain value; at first nothing. Rates are percents.
+struct STREAM_FAULTS {
+    double Loss = 0;                ///< packets, resent ones included
+    std::uint32_t LossBurst = 1;    ///< packets in a row that are lost each time; the rate stays
+    double LostLeaders = 0;         ///< beside the others
+    double LostTrailers = 0;        ///< the same
+    double Duplicates = 0;          ///< packets that come twice
+    std::uint32_t Reorder = 0;      ///< packets are shuffled in groups of so many
+    double WrongSizes = 0;          ///< packets that are cut short or have junk behind them
+    double Foreign = 0;             ///< packets of another sender: one comes behind so many of the camera's
+    std::uint32_t StopInFrame = 0;  ///< in the middle of this frame, counted from when faults are set; 0: never
+    bool NoResend = false;          ///< requests are passed over
+    std::uint32_t Seed = 1;         ///< of all that is left to chance
+
+    friend bool operator==(const STREAM_FAULTS&, const STREAM_FAULTS&) = default;
+};
+
 /// What sends a camera's images, as its registers see it. Nothing of it waits.
 class IStreaming {
 public:
     virtual ~IStreaming() = default;
 
+    /// The UDP port that the stream comes from.
+    [[nodiscard]] virtual std::uint16_t GetPort() const = 0;
     /// The channel was opened anew: block IDs begin at 1.
     virtual void Open() = 0;
     /// Sends nothing any more, and forgets what was sent.
@@ -88,6 +107,7 @@ public:
     virtual void Trigger(std::size_t nTrigger) = 0;
     virtual void SendTestPacket(const STREAM_SETTINGS& objSettings) = 0;
     virtual void Resend(const gev::RESEND_COMMAND& objCommand) = 0;
+    virtual void SetFaults(const STREAM_FAULTS& objFaults) = 0;
 };
 
 }  // namespace camera
