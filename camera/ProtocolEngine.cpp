@@ -41,6 +41,7 @@ CProtocolEngine::CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, g
       m_objStreaming(objStreaming),
       m_objDevice(objConfiguration, objMAC, nLinkSpeed, objStreaming, tNow),
       m_objControl(m_objDevice),
+      m_objMessages(m_objDevice, objOutlet),
       m_objIP(m_objDevice.Registers(), objAdapter, objMAC, objConfiguration.Reconfiguration),
       m_objAnswering(objOutlet, objMAC.GetLow()) {
     SetFaults(objConfiguration.Faults, tNow);
@@ -81,6 +82,9 @@ void CProtocolEngine::Receive(const ENDPOINT& objFrom, std::uint32_t nDestinatio
                               std::span<const std::byte> arrDatagram, TIME tNow) {
     Advance(tNow);
     if (m_objIP.IsUnderWay() || !m_objIP.IsMine(nDestination)) {
+        return;
+    }
+    if (m_objMessages.TakeAcknowledge(objFrom, arrDatagram, tNow)) {
         return;
     }
     gev::GVCP_COMMAND_HEADER objHeader;
@@ -260,6 +264,7 @@ void CProtocolEngine::Advance(TIME tNow) {
             m_objDevice.CloseChannels();
         }
     }
+    m_objMessages.Advance(tNow);
     m_objAnswering.Advance(tNow);
 }
 
@@ -274,6 +279,7 @@ std::optional<TIME> CProtocolEngine::NextTime() const {
     if (m_objFaults.VanishAfterTime && !m_bGone) {
         consider(m_tFaultsSet + *m_objFaults.VanishAfterTime);
     }
+    consider(m_objMessages.NextTime());
     consider(m_objAnswering.NextTime());
     if (m_objSlowWork) {
         consider(m_objSlowWork->Done);

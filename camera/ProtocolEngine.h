@@ -14,6 +14,7 @@
 #include "camera/ControlChannel.h"
 #include "camera/Device.h"
 #include "camera/IPConfiguration.h"
+#include "camera/MessageChannel.h"
 #include "gev/Address.h"
 #include "gev/GvcpHeader.h"
 #include "gev/GvcpStatus.h"
@@ -42,6 +43,8 @@ public:
 
     void SetFaults(const FAULTS& objFaults, TIME tNow);
 
+    /// Something happened to a frame of the stream.
+    void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
     /// The stream has sent all images of this acquisition.
     void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
 
@@ -110,6 +113,7 @@ private:
     IStreaming& m_objStreaming;
     CDevice m_objDevice;
     CControlChannel m_objControl;
+    CMessageChannel m_objMessages;
     CIPConfiguration m_objIP;
     CAnswering m_objAnswering;
     FAULTS m_objFaults;

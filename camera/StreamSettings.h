@@ -48,6 +48,11 @@ struct BLOCK_FORMAT {
 enum EEvent : std::size_t { kEventExposureEnd, kEventFrameTrigger };
 enum ETrigger : std::size_t { kTriggerFrameStart, kTriggerAcquisitionStart };
 
+/// What the event of an exposure's end carries behind its entry: two numbers of 8 bytes.
+inline constexpr std::uint32_t kEventTimestampPlace = 0;
+inline constexpr std::uint32_t kEventFramePlace = 8;
+inline constexpr std::size_t kEventDataLength = 16;
+
 /// What may change from frame to frame.
 struct FRAME_SETTINGS {
     double Rate = 25;                                    ///< frames in a second, while no trigger is waited for
