@@ -295,9 +295,10 @@ bool CImageStream::SendBlock(bool bLast) {
         if (bLast && nPacketID == nCount) {
             m_objNews.AcquisitionEnded(m_objSettings.Acquisition);
         }
+        // A late packet may make up for some of it, but never for so much that a burst comes of it.
+        tPacket = std::max(tPacket, std::chrono::steady_clock::now() - nDelay / 4) + nDelay;
         m_objFaulty.Send(std::span(m_arrBatch).first(nBatch), nCount);
         m_objBlocks.SetSent(nPacketID);
-        tPacket = std::max(tPacket + nDelay, std::chrono::steady_clock::now() - nDelay);
         TakeOrders();
         if (!IsAlive() || (nDelay > 0ns && nPacketID < nCount && !WaitUntil(tPacket))) {
             return false;

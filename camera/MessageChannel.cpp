@@ -15,7 +15,7 @@ using gev::EGvcpCommand;
 }  // namespace
 
 void CMessageChannel::Tell(const FRAME_EVENT& objEvent, TIME tNow) {
-    if (m_objDevice.GetMessageChannel().Port != 0 && m_nWaiting < kMostWaiting) {
+    if (m_objDevice.GetMessageChannel().LeadsAnywhere() && m_nWaiting < kMostWaiting) {
         m_arrWaiting[(m_nFirst + m_nWaiting++) % kMostWaiting] = objEvent;
     }
     SendNext(tNow);
@@ -42,7 +42,7 @@ void CMessageChannel::SendNext(TIME tNow) {
     const CHANNEL objChannel = m_objDevice.GetMessageChannel();
     // Without a time-out nobody is asked to acknowledge, and all events leave at once.
     const std::chrono::milliseconds nTimeout(m_objDevice.Registers().Get(boot::kMessageChannelTimeout));
-    while (m_nWaiting > 0 && !m_bInFlight) {
+    while (objChannel.LeadsAnywhere() && m_nWaiting > 0 && !m_bInFlight) {
         m_nRequestID = gev::NextRequestID(m_nRequestID);
         const auto arrDatagram = Encode(m_arrWaiting[m_nFirst], nTimeout.count() != 0);
         m_nFirst = (m_nFirst + 1) % kMostWaiting;
@@ -72,7 +72,7 @@ bool CMessageChannel::TakeAcknowledge(const ENDPOINT& objFrom, std::span<const s
 
 void CMessageChannel::Advance(TIME tNow) {
     const CHANNEL objChannel = m_objDevice.GetMessageChannel();
-    if (objChannel.Port == 0) {
+    if (!objChannel.LeadsAnywhere()) {
         m_nWaiting = 0;
         m_bInFlight = false;
         return;

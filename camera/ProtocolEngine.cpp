@@ -35,6 +35,9 @@ CProtocolEngine::CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, g
                                  std::uint32_t nLinkSpeed, IAdapter& objAdapter, IOutlet& objOutlet,
                                  IStreaming& objStreaming, TIME tNow)
     : m_strModel(objConfiguration.Model),
+      m_pDescription(objConfiguration.Description
+                         ? objConfiguration.Description
+                         : std::make_shared<const std::vector<std::byte>>(PackDescription(m_strModel))),
       m_funLog(objConfiguration.Log),
       m_nSlowCommand(objConfiguration.SlowCommand),
       m_objMAC(objMAC),
@@ -58,7 +61,7 @@ void CProtocolEngine::SetFaults(const FAULTS& objFaults, TIME tNow) {
     m_objAnswering.SetFaults(objFaults, tNow);
     m_objStreaming.SetFaults(objFaults.Stream);
     m_objDevice.SetNamesWithoutEnd(objFaults.NamesWithoutEnd);
-    PlaceDescription(m_objDevice.Registers(), m_strModel, objFaults.Description);
+    PlaceDescription(m_objDevice.Registers(), m_strModel, *m_pDescription, objFaults.Description);
 }
 
 bool CProtocolEngine::HasVanished(TIME tNow) const {

@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "camera/Answering.h"
 #include "camera/CameraConfiguration.h"
@@ -107,6 +109,7 @@ private:
     void LogRequest(const REQUEST& objRequest, gev::EGvcpStatus nStatus) const;
 
     std::string m_strModel;
+    std::shared_ptr<const std::vector<std::byte>> m_pDescription;  // packed, without faults
     std::function<void(std::string_view)> m_funLog;
     std::chrono::milliseconds m_nSlowCommand;
     gev::CMACAddress m_objMAC;
