@@ -23,8 +23,10 @@ CImageStream::CImageStream(IPacketOutlet& objOutlet, IStreamNews& objNews)
     : m_objOutlet(objOutlet), m_objNews(objNews), m_objFaulty(objOutlet), m_objThread([this] { Run(); }) {}
 
 CImageStream::~CImageStream() {
-    m_bHurry = true;
-    Order([](ORDERS& objOrders) { objOrders.Quit = true; });
+    Order([this](ORDERS& objOrders) {
+        objOrders.Quit = true;
+        m_bHurry = true;
+    });
     m_objThread.join();
 }
 
@@ -43,8 +45,8 @@ void CImageStream::Open() {
 }
 
 void CImageStream::Close() {
-    m_bHurry = true;
-    Order([](ORDERS& objOrders) {
+    Order([this](ORDERS& objOrders) {
+        m_bHurry = true;
         objOrders.Close = true;
         objOrders.Open = false;
         objOrders.Start.reset();
