@@ -65,6 +65,20 @@ bool CEventSource::Post(EVENT_TYPE nType, std::span<const std::byte> spanData) {
     return true;
 }
 
+std::size_t CEventSource::GetQueued(EVENT_TYPE nType) {
+    const std::lock_guard objLock(m_mtxEntries);
+    const auto itEntry = m_mapEntry.find(nType);
+    return itEntry == m_mapEntry.end() || !itEntry->second.pQueue ? 0 : itEntry->second.pQueue->GetQueued();
+}
+
+void CEventSource::Flush(EVENT_TYPE nType) {
+    const std::lock_guard objLock(m_mtxEntries);
+    const auto itEntry = m_mapEntry.find(nType);
+    if (itEntry != m_mapEntry.end() && itEntry->second.pQueue) {
+        itEntry->second.pQueue->Flush();
+    }
+}
+
 void CEventSource::PostOnce(EVENT_TYPE nType) {
     const std::lock_guard objLock(m_mtxEntries);
     const auto itEntry = m_mapEntry.find(nType);

@@ -36,6 +36,12 @@ public:
     /// @return whether one has.
     bool Post(EVENT_TYPE nType, std::span<const std::byte> spanData = {});
 
+    /// @return events that wait to be fetched; 0 when the event isn't registered.
+    std::size_t GetQueued(EVENT_TYPE nType);
+
+    /// Forgets the events that wait to be fetched.
+    void Flush(EVENT_TYPE nType);
+
     /// Queues an event once in the life of this object: at once, or when it is first registered.
     void PostOnce(EVENT_TYPE nType);
 
