@@ -177,6 +177,10 @@ void CProtocolEngine::AdvanceSlowWork(TIME tNow) {
     if (!m_objSlowWork) {
         return;
     }
+    // An application that waits for the camera isn't silent.
+    if (m_objSlowWork->Done) {
+        m_objControl.Beat(m_objSlowWork->From, tNow);
+    }
     if (m_objSlowWork->Done && tNow >= *m_objSlowWork->Done) {
         const SLOW_WORK objWork = *m_objSlowWork;
         m_objSlowWork.reset();
@@ -185,7 +189,6 @@ void CProtocolEngine::AdvanceSlowWork(TIME tNow) {
         const auto arrDatagram = std::span(objWork.Command).first(objWork.Length);
         gev::DecodeCommand(arrDatagram, objHeader, arrPayload);  // good the first time
         const REQUEST objRequest{objWork.From, objHeader, arrPayload, arrDatagram, tNow};
-        m_objControl.Beat(objWork.From, tNow);
         std::span<std::byte> arrAnswer;
         const EGvcpStatus nStatus = objHeader.Command == EGvcpCommand::WriteReg ? WriteRegisters(objRequest, arrAnswer)
                                                                                 : WriteMemory(objRequest, arrAnswer);

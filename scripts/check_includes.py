@@ -39,6 +39,9 @@ MAY_INCLUDE = {
 # Leaves of a folder that others may include although the rest of the folder stands above them.
 LEAVES = {
     "TLClass/TLClassMain/Agency": {"TLClass", "producer"},
+    "TLClass/TLClassMain/Buffer": {"TLClass"},
+    "TLClass/TLClassMain/BufferInitInfo": {"TLClass"},
+    "TLClass/TLClassMain/IBufferInitInfo": {"TLClass"},
     "TLClass/TLClassMain/UnCopyable": {"TLClass"},
     "TLClass/TLClassMain/GenTLErrrorCodeVerifier": {"TLClass"},
 }

@@ -44,6 +44,10 @@ bool CEvent::__Take(std::uint32_t nTimeoutMs) {
     const auto IsSet = [this] { return m_bSet; };
     if (nTimeoutMs == kInfinite) {
         m_objSet.wait(objLock, IsSet);
+    } else if (nTimeoutMs == 0) {  // a look, which event threads take once for each frame, needs no timed wait
+        if (!m_bSet) {
+            return false;
+        }
     } else if (!m_objSet.wait_for(objLock, std::chrono::milliseconds(nTimeoutMs), IsSet)) {
         return false;
     }

@@ -24,8 +24,8 @@ std::string MakeFeatureFrameLine(std::string_view strTitle) {
     return strLine += '\n';
 }
 
-std::vector<std::string> SplitFeatureSections(std::string_view strText) {
-    std::vector<std::string> vecPiece;
+std::vector<std::string_view> SplitFeatureSections(std::string_view strText) {
+    std::vector<std::string_view> vecPiece;
     for (std::size_t nPosition = 0;;) {
         nPosition = strText.find_first_not_of("\r\n ", nPosition);
         if (nPosition == std::string_view::npos) {
@@ -33,7 +33,7 @@ std::vector<std::string> SplitFeatureSections(std::string_view strText) {
         }
         const std::size_t nFrame = strText.find(kFrameBegin, nPosition);
         if (nFrame != nPosition) {
-            vecPiece.emplace_back(strText.substr(nPosition, nFrame - nPosition));
+            vecPiece.push_back(strText.substr(nPosition, nFrame - nPosition));
         }
         if (nFrame == std::string_view::npos) {
             return vecPiece;

@@ -11,9 +11,9 @@
 std::string MakeFeatureFrameLine(std::string_view strTitle);
 
 /// Cuts a text at its frames: the header, then what each frame is followed by. Blanks and line ends before a piece are
-/// dropped, and a piece that would be empty with them.
+/// dropped, and a piece that would be empty with them. The pieces are views of the text.
 /// @throws std::runtime_error  "Failed to parse the %dth line": a frame has no end; the line is that of its start
-std::vector<std::string> SplitFeatureSections(std::string_view strText);
+std::vector<std::string_view> SplitFeatureSections(std::string_view strText);
 
 /// The value of a key of the header: what stands behind the first occurrence of the key, up to a tab or the end of the
 /// line. A carriage return before the line end belongs to the value.

@@ -1,19 +1,63 @@
 #include "TLClass/TLClassMain/Device.h"
 
+#include <exception>
 #include <utility>
 
+#include "TLClass/TLClassLoadTL/GenTLLib.h"
+#include "TLClass/TLClassMain/Agency.h"
+#include "TLClass/TLClassMain/GenTLErrrorCodeVerifier.h"
 #include "TLClass/TLClassMain/IDataStream.h"
+#include "support/Log.h"
+#include "support/Text.h"
 #include "support/ZrException.h"
 
 namespace {
 
 constexpr const char* kFile = "..\\..\\..\\TLClass\\TLClassMain\\Device";
 
-[[noreturn]] void ThrowNotImplemented(const char* pFunction, int nLine = __builtin_LINE()) {
-    throw CNotImplementedError("Not implemented for devices yet", kFile, nLine, pFunction);
-}
-
 }  // namespace
+
+/// Registers the event of a camera that has gone.
+class CDevice::CRegisterOfflineEventAgency : public CAgency {
+public:
+    CRegisterOfflineEventAgency(CDeviceOfflineEvent& objEvent, PORT_HANDLE hRemotePort) : m_objEvent(objEvent) {
+        m_objEvent.RegisterEvent(hRemotePort);
+    }
+    ~CRegisterOfflineEventAgency() {
+        if (!m_bArmed) {
+            return;
+        }
+        try {
+            // The registration may be an earlier callback's, whose thread waits for the event.
+            m_objEvent.StopGetDeviceOfflineEventThread();
+            m_objEvent.UnRegisterEvent();
+        } catch (const std::exception& objException) {
+            CLog::GetInstance()->Write(
+                FormatFailure(kFile, __LINE__, "CDevice::CRegisterOfflineEventAgency::~CRegisterOfflineEventAgency",
+                              objException.what()));
+        }
+    }
+
+private:
+    CDeviceOfflineEvent& m_objEvent;
+};
+
+/// Starts the thread that takes the camera's events.
+class CDevice::CStartRemoteEventAgency : public CAgency {
+public:
+    CStartRemoteEventAgency(CRemoteDeviceEvent& objEvent, DEV_HANDLE hDevice, GenApi_3_0::CNodeMapRef* pNodeMapRef)
+        : m_objEvent(objEvent) {
+        m_objEvent.StartGetRemoteDeviceEventThread(hDevice, pNodeMapRef);
+    }
+    ~CStartRemoteEventAgency() {
+        if (m_bArmed) {
+            m_objEvent.StopGetRemoteDeviceEventThread();
+        }
+    }
+
+private:
+    CRemoteDeviceEvent& m_objEvent;
+};
 
 CDevice::CDevice(CGenTLLib* pLib, boost::shared_ptr<IInterface> pInterface, IF_HANDLE hInterface,
                  DEV_MODULE_INFO objInformation, COMMON_DEVICE_INFO objCommonInfo)
@@ -21,7 +65,10 @@ CDevice::CDevice(CGenTLLib* pLib, boost::shared_ptr<IInterface> pInterface, IF_H
       m_pInterface(std::move(pInterface)),
       m_hInterface(hInterface),
       m_objInformation(std::move(objInformation)),
-      m_objCommonInfo(std::move(objCommonInfo)) {
+      m_objCommonInfo(std::move(objCommonInfo)),
+      m_objDeviceOfflineEvent(pLib),
+      m_objRemoteDeviceEvent(pLib),
+      m_objRemoteXMLAnalyzer(pLib) {
     if (!m_pInterface) {
         throw CInvalidParameterError("Failed to create device object.This is an unknown exception.", kFile, __LINE__,
                                      "CDevice::CDevice");
@@ -64,62 +111,76 @@ std::string CDevice::GetSpecialDeviceIP() const {
     return m_strSpecialIP;
 }
 
-void CDevice::DoCloseDevice() {
-    if (!m_bOpened) {
-        return;
+IFeatureControl* CDevice::GetRemoteFeatureControl() const {
+    const CScopedLock objLock(m_csRecords);
+    return m_pRemoteFeatureControl.get();
+}
+
+void CDevice::__SetRemoteFeatureControl(std::unique_ptr<IFeatureControl> pFeatureControl) {
+    {
+        const CScopedLock objLock(m_csRecords);
+        m_pRemoteFeatureControl.swap(pFeatureControl);
     }
-    ThrowNotImplemented("CDevice::DoCloseDevice");
+    // What was published before goes here, behind the lock: it calls into the node map.
+    pFeatureControl.reset();
 }
 
-void CDevice::DoOpenDevice(std::uint32_t /*nAccessMode*/) {
-    ThrowNotImplemented("CDevice::DoOpenDevice");
+IDeviceOfflineCallback* CDevice::RegisterDeviceOfflineCallback(IEventCallback* pCallback) {
+    CRegisterOfflineEventAgency objRegister(m_objDeviceOfflineEvent, m_hRemotePort);
+    m_objDeviceOfflineEvent.StartGetDeviceOfflineEventThread();
+    IDeviceOfflineCallback* const pRegistration = m_objDeviceOfflineEvent.RegisterDeviceOfflineCallback(pCallback);
+    Dismiss(objRegister);
+    return pRegistration;
 }
 
-IDeviceOfflineCallback* CDevice::RegisterDeviceOfflineCallback(IEventCallback* /*pCallback*/) {
-    ThrowNotImplemented("CDevice::RegisterDeviceOfflineCallback");
-}
-
-void CDevice::UnregisterDeviceOfflineCallback(IDeviceOfflineCallback* /*pRegistration*/) {
-    ThrowNotImplemented("CDevice::UnregisterDeviceOfflineCallback");
+void CDevice::UnregisterDeviceOfflineCallback(IDeviceOfflineCallback* pRegistration) {
+    m_objDeviceOfflineEvent.UnregisterDeviceOfflineCallback(pRegistration);
 }
 
 bool CDevice::IsDeviceOffline() const {
-    ThrowNotImplemented("CDevice::IsDeviceOffline");
+    return m_objDeviceOfflineEvent.IsDeviceOffline();
 }
 
 std::uint64_t CDevice::GetEventNumInQueue() {
-    ThrowNotImplemented("CDevice::GetEventNumInQueue");
+    return m_objRemoteDeviceEvent.GetEventNumInQueue();
 }
 
 void CDevice::FlushRemoteDeviceEvent() {
-    ThrowNotImplemented("CDevice::FlushRemoteDeviceEvent");
+    m_objRemoteDeviceEvent.FlushRemoteDeviceEvent();
 }
 
 std::uint32_t CDevice::GetRemoteDeviceEventThreadId() const {
-    ThrowNotImplemented("CDevice::GetRemoteDeviceEventThreadId");
+    return m_objRemoteDeviceEvent.GetThreadId();
 }
 
 std::uint32_t CDevice::GetDeviceOfflineEventThreadId() const {
-    ThrowNotImplemented("CDevice::GetDeviceOfflineEventThreadId");
-}
-
-void CDevice::StartRemoteDeviceEvent() {
-    ThrowNotImplemented("CDevice::StartRemoteDeviceEvent");
-}
-
-void CDevice::DoIpConfiguration(std::uint32_t /*nValue*/, std::string /*strText1*/, std::string /*strText2*/,
-                                std::string /*strText3*/, std::string /*strText4*/) {
-    ThrowNotImplemented("CDevice::DoIpConfiguration");
-}
-
-void CDevice::DoForceIp(std::string /*strText1*/, std::string /*strText2*/, std::string /*strText3*/) {
-    ThrowNotImplemented("CDevice::DoForceIp");
-}
-
-void CDevice::DoResetDevice(std::uint32_t /*nValue*/) {
-    ThrowNotImplemented("CDevice::DoResetDevice");
+    return m_objDeviceOfflineEvent.GetThreadId();
 }
 
 CNativeDeviceOfflineEvent* CDevice::GetNativeDeviceOfflineEvent() {
-    ThrowNotImplemented("CDevice::GetNativeDeviceOfflineEvent");
+    return m_objDeviceOfflineEvent.GetNativeEvent();
+}
+
+void CDevice::StartRemoteDeviceEvent() {
+    CStartRemoteEventAgency objStart(m_objRemoteDeviceEvent, m_hDevice, GetRemoteNodeMap());
+    Dismiss(objStart);
+}
+
+void CDevice::DoIpConfiguration(std::uint32_t nValue, std::string strText1, std::string strText2, std::string strText3,
+                                std::string strText4) {
+    const GC_ERROR nResult =
+        m_pLib->IFIpConfiguration(m_hInterface, GetDeviceInformation().ID.c_str(), nValue, strText1.c_str(),
+                                  strText2.c_str(), strText3.c_str(), strText4.c_str());
+    CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nResult, m_pLib, kFile, __LINE__, "CDevice::DoIpConfiguration");
+}
+
+void CDevice::DoForceIp(std::string strText1, std::string strText2, std::string strText3) {
+    const GC_ERROR nResult = m_pLib->IFForceIp(m_hInterface, GetDeviceInformation().ID.c_str(), strText1.c_str(),
+                                               strText2.c_str(), strText3.c_str());
+    CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nResult, m_pLib, kFile, __LINE__, "CDevice::DoForceIp");
+}
+
+void CDevice::DoResetDevice(std::uint32_t nValue) {
+    const GC_ERROR nResult = m_pLib->IFResetDevice(m_hInterface, GetDeviceInformation().ID.c_str(), nValue);
+    CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nResult, m_pLib, kFile, __LINE__, "CDevice::DoResetDevice");
 }

@@ -1,17 +1,24 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "TLClass/TLClassEvent/DeviceOfflineEvent.h"
+#include "TLClass/TLClassEvent/RemoteDeviceEvent.h"
 #include "TLClass/TLClassMain/IDevice.h"
 
 class CNativeDeviceOfflineEvent;
 
-/// One camera as its interface's updates see it: records, identity, and whether it is special.
+/// One camera: its records, as its interface's updates see them, and all that is open of it.
 ///
-/// A device can't be opened yet: every operation that needs an open one throws CNotImplementedError, and what can be
-/// asked of a closed one answers as for a closed one.
+/// An open device holds its handle and the camera's port in the producer, two node maps with a feature control each
+/// (those of the base class are the device module's, the remote ones the camera's), and a closed data stream for each
+/// that the producer counts. No event is registered and no stream is opened until somebody asks for it.
+///
+/// Opening and closing exclude each other. The callback of the offline event must not close the device: the closing
+/// waits for its thread.
 class CDevice : public IDevice {
 public:
     /// @param pInterface      the parent
@@ -29,10 +36,10 @@ public:
     std::vector<boost::shared_ptr<IDataStream>> GetDataStreamList() const override;
     boost::shared_ptr<IInterface> GetInterface() const override { return m_pInterface; }
 
-    IFeatureControl* GetRemoteFeatureControl() const override { return nullptr; }
-    GenApi_3_0::CNodeMapRef* GetRemoteNodeMap() const override { return nullptr; }
-    std::string GetRemoteXML() const override { return {}; }
-    std::uint32_t GetAccessMode() const override { return DEVICE_ACCESS_NONE; }
+    IFeatureControl* GetRemoteFeatureControl() const override;
+    GenApi_3_0::CNodeMapRef* GetRemoteNodeMap() const override { return m_objRemoteXMLAnalyzer.GetNodeMapRef(); }
+    std::string GetRemoteXML() const override { return m_objRemoteXMLAnalyzer.GetXML(); }
+    std::uint32_t GetAccessMode() const override { return m_nAccessMode; }
 
     IDeviceOfflineCallback* RegisterDeviceOfflineCallback(IEventCallback* pCallback) override;
     void UnregisterDeviceOfflineCallback(IDeviceOfflineCallback* pRegistration) override;
@@ -40,8 +47,8 @@ public:
     std::uint64_t GetEventNumInQueue() override;
     void FlushRemoteDeviceEvent() override;
 
-    DEV_HANDLE GetHandle() const override { return nullptr; }
-    PORT_HANDLE GetRemotePortHandle() const override { return nullptr; }
+    DEV_HANDLE GetHandle() const override { return m_hDevice; }
+    PORT_HANDLE GetRemotePortHandle() const override { return m_hRemotePort; }
     CGenTLLib* GetLib() const override { return m_pLib; }
 
     std::uint32_t GetRemoteDeviceEventThreadId() const override;
@@ -65,11 +72,30 @@ public:
     virtual CNativeDeviceOfflineEvent* GetNativeDeviceOfflineEvent();
 
 private:
+    class CCloseDeviceHandleAfterOpenFailure;
+    class CIFOpenDeviceAgency;
+    class CUpdateDSListAgency;
+    class CRegisterOfflineEventAgency;
+    class CStartRemoteEventAgency;
+
+    std::string __GetOpenID() const;
+    PORT_HANDLE __GetPort(DEV_HANDLE hDevice) const;
+    void __UpdateDSList(DEV_HANDLE hDevice);
+    void __SetRemoteFeatureControl(std::unique_ptr<IFeatureControl> pFeatureControl);
+
     const boost::shared_ptr<IInterface> m_pInterface;
-    [[maybe_unused]] const IF_HANDLE m_hInterface;  // for the opening, which is yet to come
-    DEV_MODULE_INFO m_objInformation;               // guarded by m_csRecords
-    COMMON_DEVICE_INFO m_objCommonInfo;             // guarded by m_csRecords
+    const IF_HANDLE m_hInterface;
+    std::atomic<DEV_HANDLE> m_hDevice = nullptr;
+    std::atomic<PORT_HANDLE> m_hRemotePort = nullptr;
+    DEV_MODULE_INFO m_objInformation;    // guarded by m_csRecords
+    COMMON_DEVICE_INFO m_objCommonInfo;  // guarded by m_csRecords
     std::atomic<bool> m_bOpened = false;
+    std::atomic<std::uint32_t> m_nAccessMode = DEVICE_ACCESS_NONE;  // of the last successful open
+    CDeviceOfflineEvent m_objDeviceOfflineEvent;
+    CRemoteDeviceEvent m_objRemoteDeviceEvent;
+    CXMLAnalyzer m_objRemoteXMLAnalyzer;
+    std::unique_ptr<IFeatureControl> m_pRemoteFeatureControl;  // guarded by m_csRecords
+    CCriticalSection m_csDevice;  // held for a whole opening or closing; the parent's m_csDeviceList is taken behind it
     std::atomic<bool> m_bSpecialDevice = false;
     std::string m_strSpecialIP;  // guarded by m_csRecords
 };

@@ -25,8 +25,8 @@ std::string DescribeFailure(GC_ERROR nCode, CGenTLLib* pLib) {
 
 }  // namespace
 
-void CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(GC_ERROR nCode, CGenTLLib* pLib, const std::string& strFile,
-                                                     int nLine, const std::string& strFunction) {
+void CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(GC_ERROR nCode, CGenTLLib* pLib, std::string_view strFile,
+                                                     int nLine, std::string_view strFunction) {
     if (nCode == GC_ERR_SUCCESS) {
         return;
     }
@@ -37,23 +37,24 @@ void CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(GC_ERROR nCode, CGenTLLib* 
         case GC_ERR_ZR_DEVICE_OFFLINE:
             throw CDeviceOfflineError(strText, kThisFile, 105, kThisFunction);
         case GC_ERR_TIMEOUT:
-            throw CTimeoutError(strText, strFile, nLine, strFunction);
+            throw CTimeoutError(strText, std::string(strFile), nLine, std::string(strFunction));
         case GC_ERR_INVALID_PARAMETER:
             throw CInvalidParameterError(strText, kThisFile, 115, kThisFunction);
         case GC_ERR_NOT_IMPLEMENTED:
             throw CNotImplementedError(strText, kThisFile, 120, kThisFunction);
         default:
-            throw CUnexpectedError(nCode, strText, strFile, nLine, strFunction);
+            throw CUnexpectedError(nCode, strText, std::string(strFile), nLine, std::string(strFunction));
     }
 }
 
-void CGenTLErrorCodeVerifier::LogIfFailed(GC_ERROR nCode, CGenTLLib* pLib, const std::string& strFile, int nLine,
-                                          const std::string& strFunction) noexcept {
+void CGenTLErrorCodeVerifier::LogIfFailed(GC_ERROR nCode, CGenTLLib* pLib, std::string_view strFile, int nLine,
+                                          std::string_view strFunction) noexcept {
     if (nCode == GC_ERR_SUCCESS) {
         return;
     }
     try {
-        CLog::GetInstance()->Write(FormatFailure(strFile, nLine, strFunction, DescribeFailure(nCode, pLib)));
+        CLog::GetInstance()->Write(
+            FormatFailure(std::string(strFile), nLine, std::string(strFunction), DescribeFailure(nCode, pLib)));
     } catch (...) {
         // Memory ran out: the line is lost, the clean-up that wanted it goes on.
     }

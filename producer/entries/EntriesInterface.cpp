@@ -1,6 +1,7 @@
 // The entries of interface modules, the four beyond the standard among them.
 
 #include <cstring>
+#include <optional>
 
 #include "producer/entries/Entry.h"
 #include "producer/modules/AddressText.h"

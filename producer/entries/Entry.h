@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "GenTL/GenTL.h"
 #include "producer/ProducerError.h"

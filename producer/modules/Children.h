@@ -26,12 +26,11 @@ public:
     void* Open(const std::string& strKey, TOpen funOpen) {
         Reserve(strKey);
         std::shared_ptr<TChild> pChild;
-        void* hChild = nullptr;
         try {
             pChild = funOpen();
             const std::lock_guard objLock(m_mtxChildren);
             if (!m_bClosed) {
-                hChild = pChild->Publish(pChild);
+                void* const hChild = pChild->Publish(pChild);
                 m_mapChild[strKey] = pChild;
                 return hChild;
             }
@@ -77,7 +76,7 @@ private:
         if (itChild == m_mapChild.end()) {
             return nullptr;
         }
-        const std::shared_ptr<TChild> pChild = std::move(itChild->second);
+        std::shared_ptr<TChild> pChild = std::move(itChild->second);
         m_mapChild.erase(itChild);
         return pChild;
     }

@@ -1,5 +1,6 @@
 #include "producer/modules/DeviceModule.h"
 
+#include <chrono>
 #include <utility>
 
 #include "gev/Bootstrap.h"

@@ -1,8 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <mutex>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "producer/modules/Port.h"
 #include "producer/modules/RegisterMap.h"

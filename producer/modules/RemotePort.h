@@ -1,8 +1,11 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <mutex>
-#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 

@@ -163,6 +163,7 @@ TEST_F(Engine, ControlEndsWithTheHeartbeatAndTakesTheChannelsAlong) {
 
 TEST_F(Engine, SlowWritesAreAnsweredInTheEndAndPendMeanwhileIfThatIsWanted) {
     On.TakeControl();
+    On.Write({{0x0938, 500}});
     const std::vector<gev::REGISTER_WRITE> vecWrite = {{kSlow, 7}};
     EXPECT_TRUE(On.Ask(gev::EncodeWriteReg(On.Buffer, On.NextID(), vecWrite)).empty());
     On.Pass(999ms);

@@ -202,7 +202,7 @@ TEST_F(ControlChannel, SilentCameraIsLostWithinTheHeartbeatTimeoutAndClosesAtOnc
         }));
     }
     m_pCamera->SetSilent(true);
-    EXPECT_EQ(AwaitLoss(700ms), CONTROL_LOSS::NoAnswer);  // 600, and what a busy machine takes
+    EXPECT_EQ(AwaitLoss(900ms), CONTROL_LOSS::NoAnswer);  // 600, and what a busy machine takes
     for (auto& objReader : vecReaders) {
         EXPECT_EQ(objReader.get(), GC_ERR_ZR_DEVICE_OFFLINE);
     }
@@ -216,14 +216,14 @@ TEST_F(ControlChannel, ControlThatTheCameraDropsOrGivesToAnotherIsLost) {
     {
         const auto pChannel = Open();
         m_pCamera->SetRegister(bootstrap::kControlChannelPrivilege, 0);
-        EXPECT_EQ(AwaitLoss(500ms), CONTROL_LOSS::Dropped);
+        EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::Dropped);
     }
     m_nLosses = 0;
     m_objLoss = {};
     TurnOn();
     const auto pChannel = Open();
     m_pCamera->SetRegister(bootstrap::kPrimaryApplicationPort, 1);
-    EXPECT_EQ(AwaitLoss(500ms), CONTROL_LOSS::Taken);
+    EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::Taken);
     EXPECT_EQ(CodeOf([&] { pChannel->DoReadRegister(0xA000); }), GC_ERR_ZR_DEVICE_OFFLINE);
 }
 
@@ -257,7 +257,7 @@ TEST_F(ControlChannel, HeartbeatFollowsAWriteToItsRegister) {
     pChannel->DoWrite(bootstrap::kHeartbeatTimeout.Address + 2, vecLow);
     EXPECT_EQ(pChannel->GetHeartbeatTimeout(), 500ms);  // less counts as this
     m_pCamera->SetSilent(true);
-    EXPECT_EQ(AwaitLoss(600ms), CONTROL_LOSS::NoAnswer);
+    EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::NoAnswer);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     const std::string_view strText(reinterpret_cast<const char*>(pData), nSize);
     try {
         std::size_t nBytes = 0;
-        for (const std::string& strPiece : SplitFeatureSections(strText)) {
+        for (const std::string_view strPiece : SplitFeatureSections(strText)) {
             if (strPiece.empty() || strText.find(strPiece) == std::string_view::npos) {
                 std::abort();
             }

@@ -21,23 +21,10 @@ std::string TextOfFailure(TCall funCall) {
     return "no failure";
 }
 
-TEST(FeatureSections, StandBetweenTheFramesThatTheWriterMakes) {
-    const std::string strText = "FileVersion: 1.0\n" + MakeFeatureFrameLine("one") + "first\nsecond\n" +
-                                MakeFeatureFrameLine("two") + MakeFeatureFrameLine("three") + "\r\n last";
-    EXPECT_EQ(MakeFeatureFrameLine("one"), "\n</" + std::string(51, '-') + "one" + std::string(51, '-') + ">\n");
-    EXPECT_THAT(SplitFeatureSections(strText), ElementsAre("FileVersion: 1.0\n\n", "first\nsecond\n\n", "last"));
-}
-
 TEST(FeatureSections, NothingButBlanksIsNoSection) {
     EXPECT_THAT(SplitFeatureSections(""), ElementsAre());
     EXPECT_THAT(SplitFeatureSections(" \r\n </x>\n\n "), ElementsAre());
     EXPECT_THAT(SplitFeatureSections("\ta"), ElementsAre("\ta"));
-}
-
-TEST(FeatureSections, FrameWithoutEndIsNamedByItsLine) {
-    EXPECT_EQ(TextOfFailure([] { SplitFeatureSections("1\n2\n3\n4\n5\n6\n</7\n8\n"); }),
-              "Failed to parse the 7th line");
-    EXPECT_EQ(TextOfFailure([] { SplitFeatureSections("</"); }), "Failed to parse the 1th line");
 }
 
 TEST(FeatureHeader, ValueStandsBehindTheFirstOccurrenceOfItsKey) {

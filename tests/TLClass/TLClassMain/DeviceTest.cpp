@@ -2,7 +2,6 @@
 #include <string>
 
 #include <boost/pointer_cast.hpp>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassMain/DeviceFactory.h"
@@ -11,8 +10,6 @@
 #include "support/ZrException.h"
 
 namespace {
-
-using testing::IsEmpty;
 
 /// Special data of a kind that no class here knows.
 struct OTHER_INFO : SPECIAL_INFO {};
@@ -97,31 +94,6 @@ TEST(Device, TakesOverWhatAnUpdateHasAndKeepsTheRest) {
     EXPECT_EQ(pDevice->GetGevDevInfo().IPAddress, 5);
     pDevice->SetGevIP(0xC0A80001);
     EXPECT_EQ(pDevice->GetGevDevInfo().IPAddress, 0xC0A80001);
-}
-
-TEST(Device, DoesntPretendToOpen) {
-    const auto pDevice = Create(RECORDS("cam").objRecord);
-    const std::function<void()> arrCall[] = {
-        [&] { pDevice->DoOpenDevice(DEVICE_ACCESS_CONTROL); },
-        [&] { pDevice->RegisterDeviceOfflineCallback(nullptr); },
-        [&] { pDevice->UnregisterDeviceOfflineCallback(nullptr); },
-        [&] { pDevice->IsDeviceOffline(); },
-        [&] { pDevice->GetEventNumInQueue(); },
-        [&] { pDevice->FlushRemoteDeviceEvent(); },
-        [&] { pDevice->GetRemoteDeviceEventThreadId(); },
-        [&] { pDevice->GetDeviceOfflineEventThreadId(); },
-        [&] { pDevice->StartRemoteDeviceEvent(); },
-        [&] { pDevice->DoIpConfiguration(0, "", "", "", ""); },
-        [&] { pDevice->DoForceIp("", "", ""); },
-        [&] { pDevice->DoResetDevice(0); },
-        [&] { dynamic_cast<CDevice&>(*pDevice).GetNativeDeviceOfflineEvent(); },
-    };
-    for (const auto& fnCall : arrCall) {
-        EXPECT_THROW(fnCall(), CNotImplementedError);
-    }
-    EXPECT_FALSE(pDevice->IsOpened());
-    EXPECT_NO_THROW(pDevice->DoCloseDevice()) << "is closed";
-    EXPECT_THAT(pDevice->GetDataStreamList(), IsEmpty());
 }
 
 }  // namespace

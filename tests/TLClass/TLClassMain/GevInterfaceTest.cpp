@@ -154,7 +154,8 @@ TEST_F(GevInterface, MakesRoomForADeviceOpenedByItsAddress) {
     Adapter().Plug("cam-1");
     UpdateDevices(*m_pInterface);
     const auto pListed = Device(0);
-    EXPECT_THROW(m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL), CNotImplementedError);
+    Double().On("IFOpenDevice").Call(1).Fail(GC_ERR_ACCESS_DENIED);
+    EXPECT_THROW(m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL), CInvalidAccessError);
     ASSERT_THAT(IDsOf(m_pInterface->GetDeviceList()), ElementsAre("IP::192.168.1.10"));
     EXPECT_EQ(Device(0)->GetGevDevInfo().IPAddress, Ipv4(192, 168, 1, 10));
     EXPECT_EQ(Device(0)->GetDeviceInformation().TLType, "GEV");
@@ -164,23 +165,18 @@ TEST_F(GevInterface, MakesRoomForADeviceOpenedByItsAddress) {
 }
 
 TEST_F(GevInterface, DoesntOpenASecondTimeAnAddressThatIsOpen) {
-    class COpenDevice : public CGevDevice {
-    public:
-        using CGevDevice::CGevDevice;
-        bool IsOpened() const override { return true; }
-    };
-    const boost::shared_ptr<COpenDevice> pOpen(new COpenDevice(nullptr, m_pInterface, nullptr, {}, {}, {}));
-    pOpen->SetGevIP(Ipv4(10, 0, 0, 1));
-    m_pInterface->AddGcObject(pOpen);
+    Adapter().Plug("cam-1");
+    const auto pOpen = m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL);
+    EXPECT_EQ(Double().CallsOf("IFOpenDevice").back().Text(), "IFOpenDevice(if-1, IP::192.168.1.10, 3)");
+    EXPECT_TRUE(pOpen->IsOpened());
     try {
-        m_pInterface->DoOpenDeviceByIP(Ipv4(10, 0, 0, 1), DEVICE_ACCESS_CONTROL);
+        m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL);
         FAIL() << "opened twice";
     } catch (const CInvalidAccessError& objError) {
         EXPECT_EQ(objError.GetMessage(), "The device has already been opened");
         EXPECT_EQ(objError.GetFunction(), "CGevInterface::__SearchDeviceByIP");
     }
     EXPECT_EQ(Device(0), pOpen);
-    m_pInterface->RemoveGcObject(pOpen);
 }
 
 }  // namespace

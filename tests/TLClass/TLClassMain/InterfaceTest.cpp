@@ -22,25 +22,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// A device that says it is open, which no list update may lose.
-class CDeviceSaidOpen : public CGevDevice {
-public:
-    CDeviceSaidOpen(const boost::shared_ptr<IInterface>& pInterface, const std::string& strID)
-        : CGevDevice(pInterface->GetLib(), pInterface, pInterface->GetHandle(), RecordOf(strID), {}, {}) {}
-
-    bool IsOpened() const override { return m_bSaidOpen; }
-    void SayClosed() { m_bSaidOpen = false; }
-
-private:
-    static DEV_MODULE_INFO RecordOf(const std::string& strID) {
-        DEV_MODULE_INFO objRecord;
-        objRecord.ID = strID;
-        return objRecord;
-    }
-
-    bool m_bSaidOpen = true;
-};
-
 /// A device that does something else first when a list update asks for its ID.
 class CDeviceAsked : public CGevDevice {
 public:
@@ -153,8 +134,11 @@ TEST_F(Interface, GivesEachRecordOfOneIDAnObjectOfItsOwn) {
 
 TEST_F(Interface, SetsAnOpenDeviceAsideUntilItComesBack) {
     Adapter().Plug("cam-1");
-    const boost::shared_ptr<CDeviceSaidOpen> pOpen(new CDeviceSaidOpen(m_pInterface, "cam-1"));
-    m_pInterface->AddGcObject(pOpen);
+    Update();
+    const auto pOpen = Device(0);
+    pOpen->DoOpenDevice(DEVICE_ACCESS_CONTROL);
+    const DEV_HANDLE hDevice = pOpen->GetHandle();
+    Double().Device("cam-1").Identity("Renamed", "Eye", "SN-1");
     const struct {
         const char* pszWhat;
         bool bPlugged;
@@ -172,9 +156,10 @@ TEST_F(Interface, SetsAnOpenDeviceAsideUntilItComesBack) {
         EXPECT_EQ(m_pInterface->GetDeviceList(), objStep.vecListed);
         EXPECT_EQ(m_pInterface->GetRemovedDeviceList(), objStep.vecRemoved);
     }
-    EXPECT_EQ(pOpen->GetDeviceInformation().Vendor, "Norvik") << "its record was refreshed";
+    EXPECT_EQ(pOpen->GetDeviceInformation().Vendor, "Renamed") << "its record was refreshed";
+    EXPECT_EQ(pOpen->GetHandle(), hDevice);
 
-    pOpen->SayClosed();
+    pOpen->DoCloseDevice();
     Update();
     EXPECT_THAT(Removed(), IsEmpty()) << "one that was closed meanwhile is dropped";
     Adapter().Plug("cam-1");

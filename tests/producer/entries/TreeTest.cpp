@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <exception>
 #include <future>
 #include <optional>
 #include <string>
@@ -11,13 +12,17 @@
 #include <boost/pointer_cast.hpp>
 #include <gtest/gtest.h>
 
+#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/GevInterface.h"
 #include "TLClass/TLClassMain/GevTL.h"
 #include "TLClass/TLClassMain/GevUpdateAgency.h"
+#include "TLClass/TLClassMain/IDataStream.h"
+#include "TLClass/TLClassMain/IDevice.h"
 #include "TLClass/TLClassMain/TLManager.h"
 #include "support/Environment.h"
+#include "support/Event.h"
 #include "tests/TLClass/TemporaryDirectory.h"
 #include "tests/camera/RunningCamera.h"
 #include "tests/producer/entries/NodeMapReader.h"
@@ -151,6 +156,54 @@ TEST_F(ProducerTree, ListsACameraWithItsRecordsInEitherMode) {
     objCamera.reset();
     objAgency.DoLimitedBroadcastUpdate(200, 1, &bChanged);
     EXPECT_TRUE(Interface(0)->GetDeviceList().empty());
+}
+
+/// Signals its one event when the camera goes; clones share it.
+class COfflineSignal : public IDeviceOfflineCallback {
+public:
+    explicit COfflineSignal(CEvent& objEvent) : m_objEvent(objEvent) {}
+    IEventCallback* Clone() override { return new COfflineSignal(*this); }
+    void OnDeviceOffline() override { m_objEvent.Signal(); }
+
+private:
+    CEvent& m_objEvent;
+};
+
+TEST_F(ProducerTree, OpensACameraUntilItGoesAndAgainWhenItIsBack) {
+    constexpr std::uint32_t kLongEnoughMs = 5000;
+    camera::CAMERA_CONFIGURATION objConfiguration;
+    objConfiguration.Interface = "far0";
+    objConfiguration.IP = camera::ParseIPSetting("10.1.0.2/24");
+    std::optional<CRunningCamera> objCamera(std::in_place, *m_objFar, objConfiguration);
+    bool bChanged = false;
+    Interface(0)->DoUpdateDeviceList(200, &bChanged);
+    const boost::shared_ptr<IDevice> pDevice = Interface(0)->GetDeviceList().at(0);
+    CEvent objOffline;
+    COfflineSignal objCallback(objOffline);
+    for (int nRound = 0; nRound < 2; ++nRound) {
+        pDevice->DoOpenDevice(DEVICE_ACCESS_CONTROL);
+        EXPECT_EQ(pDevice->GetRemoteFeatureControl()->DoGetString("DeviceModelName"), "Virtual GigE");
+        Features(*pDevice).DoSetFloat("DeviceLinkHeartbeatTimeout", 500'000);
+        EXPECT_EQ(Features(*pDevice).DoGetFloat("DeviceLinkHeartbeatTimeout"), 500'000);
+        pDevice->StartRemoteDeviceEvent();
+        EXPECT_NE(pDevice->GetRemoteDeviceEventThreadId(), 0u) << "the producer offers the event";
+        pDevice->RegisterDeviceOfflineCallback(&objCallback);
+        ASSERT_EQ(pDevice->GetDataStreamList().size(), 1u);
+        EXPECT_NO_THROW(pDevice->GetDataStreamList()[0]->DoOpenDataStream());
+        EXPECT_FALSE(pDevice->IsDeviceOffline());
+        objCamera.reset();
+        EXPECT_TRUE(objOffline.Wait(kLongEnoughMs));
+        EXPECT_TRUE(pDevice->IsDeviceOffline());
+        EXPECT_THROW(pDevice->GetRemoteFeatureControl()->DoGetInt("GevCurrentIPAddress"), std::exception);
+        pDevice->DoCloseDevice();
+        objCamera.emplace(*m_objFar, objConfiguration);
+        Interface(0)->DoUpdateDeviceList(200, &bChanged);
+        EXPECT_EQ(Interface(0)->GetDeviceList().at(0), pDevice);
+    }
+    const boost::shared_ptr<CGevDevice> pByAddress = Interface(0)->DoOpenDeviceByIP(0x0A010002, DEVICE_ACCESS_READONLY);
+    EXPECT_TRUE(pByAddress->IsOpened());
+    EXPECT_TRUE(Interface(0)->DoCreateSpecialDevice("10.1.0.2"));
+    pByAddress->DoCloseDevice();
 }
 
 }  // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "TLClass/TLClassEvent/IEventCallback.h"
+#include "TLClass/TLClassInfo/BufferModuleInfo.h"
+
+/// Called with each frame of a data stream. What it may call says CNewBufferEvent.
+class INewBufferCallback : public IEventCallback {
+public:
+    /// @param objInformation  what the producer tells of the frame. Its memory is the callback's until it returns; then
+    ///                        the producer fills it again.
+    virtual void OnNewBuffer(const BUFFER_MODULE_INFO& objInformation) = 0;
+};

@@ -1,0 +1,134 @@
+#include "TLClass/TLClassFeature/FeatureFile.h"
+
+#include <sstream>
+#include <stdexcept>
+
+#include "GenApi/FeatureBag.h"
+#include "GenApi/Node.h"
+#include "GenApi/NodeMap.h"
+#include "GenApi/Value.h"
+#include "TLClass/TLClassFeature/FeatureFileText.h"
+
+namespace {
+
+constexpr std::string_view kVersionKey = "FileVersion";
+constexpr std::string_view kModelKey = "DeviceModelName";
+constexpr std::string_view kVersion = "1.0";
+
+// In the order of the node maps; a reader goes by the order alone.
+constexpr std::array<std::string_view, 3> kSectionTitles = {
+    "Remote device features are as follows:",
+    "Local device features are as follows:",
+    "Stream features are as follows:",
+};
+
+GenApi_3_0::INodeMap* NodeMapOf(const GenApi_3_0::CNodeMapRef* pNodeMapRef) {
+    if (pNodeMapRef == nullptr || pNodeMapRef->_Ptr == nullptr) {
+        throw std::runtime_error("Invalid feature node map");
+    }
+    return pNodeMapRef->_Ptr;
+}
+
+/// Characters go out by write: << would mind a field width that the caller has left behind.
+void Write(std::ostream& stream, std::string_view strText) {
+    stream.write(strText.data(), static_cast<std::streamsize>(strText.size()));
+}
+
+void WriteHeaderLine(std::ostream& stream, std::string_view strKey, std::string_view strValue) {
+    Write(stream, strKey);
+    Write(stream, ": ");
+    Write(stream, strValue);
+    stream.put('\n');
+}
+
+std::string ReadWhole(std::istream& stream) {
+    const std::streamoff nLength = stream.seekg(0, std::ios_base::end).tellg();
+    if (nLength < 0 || !stream.seekg(0)) {
+        throw std::runtime_error("Failed to read the feature file");
+    }
+    if (static_cast<std::size_t>(nLength) > CFeatureFile::kMaxFeatureFileSize) {
+        throw std::runtime_error("The feature file is larger than the " +
+                                 std::to_string(CFeatureFile::kMaxFeatureFileSize) + " bytes that are taken in");
+    }
+    // The zero byte behind the text belongs to the last section. No line of a bag, it ends one.
+    std::string strText(static_cast<std::size_t>(nLength) + 1, '\0');
+    if (!stream.read(strText.data(), nLength)) {
+        throw std::runtime_error("Failed to read the feature file");
+    }
+    return strText;
+}
+
+/// A value of a foreign file as part of a message.
+std::string Quotable(std::string_view strValue) {
+    constexpr std::size_t kMaxLength = 200;
+    return strValue.size() <= kMaxLength ? std::string(strValue)
+                                         : std::string(strValue.substr(0, kMaxLength)).append("...");
+}
+
+}  // namespace
+
+CFeatureFile::CFeatureFile(GenApi_3_0::CNodeMapRef* pRemote, GenApi_3_0::CNodeMapRef* pLocal,
+                           GenApi_3_0::CNodeMapRef* pStream)
+    : m_pRemoteNodeMap(NodeMapOf(pRemote)), m_pLocalNodeMap(NodeMapOf(pLocal)), m_pStreamNodeMap(NodeMapOf(pStream)) {}
+
+void CFeatureFile::Save(std::ostream& stream) const {
+    const std::string strModel = __GetDeviceModelName();
+    WriteHeaderLine(stream, kVersionKey, kVersion);
+    WriteHeaderLine(stream, kModelKey, strModel);
+    for (std::size_t i = 0; i < kSectionTitles.size(); ++i) {
+        Write(stream, MakeFeatureFrameLine(kSectionTitles[i]));
+        GenApi_3_0::CFeatureBag objBag;
+        objBag.StoreToBag(__GetNodeMaps()[i], -1);
+        std::ostringstream streamBag;
+        streamBag << objBag;
+        Write(stream, streamBag.view());
+    }
+}
+
+std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) const {
+    const std::string strText = ReadWhole(stream);
+    const std::vector<std::string_view> vecPiece = SplitFeatureSections(strText);
+    if (vecPiece.size() != 1 + kSectionTitles.size()) {
+        throw std::runtime_error("Invalid feature file format");
+    }
+    __CheckHeader(vecPiece.front());
+
+    std::vector<std::string> vecError;
+    // One stream for all sections: what the bag of one leaves unread stands before the next.
+    std::stringstream streamSections;
+    for (std::size_t i = 0; i < kSectionTitles.size(); ++i) {
+        streamSections.clear();
+        Write(streamSections, vecPiece[1 + i]);
+        GenApi_3_0::CFeatureBag objBag;
+        streamSections >> objBag;
+        GenApi_3_0::gcstring_vector vecBagError;
+        objBag.LoadFromBag(__GetNodeMaps()[i], bVerify, &vecBagError);
+        for (const GenApi_3_0::gcstring& strError : vecBagError) {
+            vecError.push_back(strError.str());
+        }
+    }
+    return vecError;
+}
+
+std::string CFeatureFile::__GetDeviceModelName() const {
+    auto* const pModel = dynamic_cast<GenApi_3_0::IValue*>(m_pRemoteNodeMap->FindNode(kModelKey));
+    if (pModel == nullptr) {
+        throw std::runtime_error("Failed to get device model");
+    }
+    return pModel->ToString().str();
+}
+
+void CFeatureFile::__CheckHeader(std::string_view strHeader) const {
+    const std::string strVersion = GetFeatureHeaderValue(strHeader, kVersionKey);
+    if (strVersion != kVersion) {  // also an older one, whatever the message says
+        throw std::runtime_error("The file with version " + Quotable(strVersion) +
+                                 " is not supported. Please select a file with version smaller than or equal to " +
+                                 std::string(kVersion));
+    }
+    const std::string strFileModel = GetFeatureHeaderValue(strHeader, kModelKey);
+    const std::string strDeviceModel = __GetDeviceModelName();
+    if (strFileModel != strDeviceModel) {
+        throw std::runtime_error("The device model(" + Quotable(strFileModel) +
+                                 ") in file is not the same as that in the device(" + strDeviceModel + ")");
+    }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <istream>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <boost/shared_ptr.hpp>
+
+class IDevice;
+class IInterface;
+
+// A feature file of an open module, which must stay open meanwhile. Any thread may call. Besides what CFeatureFile
+// says, each throws std::runtime_error:
+// - "Invalid device"                                  an empty pointer, also to an interface
+// - "No valid stream. The device may be closed."      a device without data streams, an interface without devices
+// - "Invalid feature node maps"                       one of them isn't loaded; the device's first data stream must be
+//                                                     open
+
+/// Saves the settings of a camera, of its device module and of its first data stream.
+void SaveDeviceFeatures(boost::shared_ptr<IDevice> pDevice, std::ostream& stream);
+
+/// Writes them back. A camera that doesn't know both commands around a streaming of registers has the whole text
+/// applied twice: values that depend on each other, and were refused at first, get a second chance.
+/// @param bVerify  check access and limits before each write
+/// @return one text for each value that was refused, the second time if there was one
+std::vector<std::string> LoadDeviceFeatures(boost::shared_ptr<IDevice> pDevice, std::istream& stream, bool bVerify);
+
+/// The same for the settings of an interface, which stand in all three sections. It has to have a feature
+/// "DeviceModelName" like a camera, which interfaces normally don't.
+void SaveInterfaceFeatures(boost::shared_ptr<IInterface> pInterface, std::ostream& stream);
+/// Applies the text once.
+std::vector<std::string> LoadInterfaceFeatures(boost::shared_ptr<IInterface> pInterface, std::istream& stream,
+                                               bool bVerify);
