@@ -7,14 +7,30 @@
 
 namespace producer {
 
-void CEventSource::Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity) {
+void CEventSource::Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity,
+                         std::function<void()> funBefore) {
     const std::lock_guard objLock(m_mtxEntries);
     ENTRY& objEntry = m_mapEntry[nType];
     objEntry.nDataSizeMax = nDataSizeMax;
     objEntry.nCapacity = nCapacity;
+    objEntry.funBefore = std::move(funBefore);
+}
+
+void CEventSource::Prepare(EVENT_TYPE nType) {
+    std::function<void()> funBefore;
+    {
+        const std::lock_guard objLock(m_mtxEntries);
+        if (const auto itEntry = m_mapEntry.find(nType); itEntry != m_mapEntry.end()) {
+            funBefore = itEntry->second.funBefore;
+        }
+    }
+    if (funBefore) {
+        funBefore();
+    }
 }
 
 void* CEventSource::Register(EVENT_TYPE nType) {
+    Prepare(nType);
     const std::lock_guard objLock(m_mtxEntries);
     if (m_bClosed) {
         throw CProducerError(GC_ERR_INVALID_HANDLE, "the module was closed");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -22,7 +23,9 @@ public:
     CEventSource& operator=(const CEventSource&) = delete;
 
     /// Lets consumers register events of a type. To be called before the module gets its handle.
-    void Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity);
+    /// @param funBefore  called before each registration, without a lock held; what it throws, Register throws
+    void Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity,
+               std::function<void()> funBefore = nullptr);
 
     /// Gives the event a handle.
     /// @throws CProducerError  GC_ERR_NOT_IMPLEMENTED, GC_ERR_RESOURCE_IN_USE, GC_ERR_INVALID_HANDLE once closed
@@ -52,12 +55,14 @@ private:
     struct ENTRY {
         std::size_t nDataSizeMax = 0;
         std::size_t nCapacity = 0;
+        std::function<void()> funBefore;
         bool bOnceFired = false;              // PostOnce was called
         bool bOnceDelivered = false;          // and its event went to a queue
         std::shared_ptr<CEventQueue> pQueue;  // null unless registered
         void* hQueue = nullptr;
     };
 
+    void Prepare(EVENT_TYPE nType);
     static void Retire(ENTRY& objEntry);
 
     std::mutex m_mtxEntries;  // guards the two below; taken before a queue's lock and the handle table's
