@@ -59,7 +59,8 @@ std::size_t AskForBuffer(int nSocket, std::size_t nBuffer) {
 
 /// The kernel's records of one call, and the bytes that they point to.
 struct CStreamSocket::BATCH {
-    alignas(64) std::array<std::array<std::byte, kLongestPacket + 1>, kMessages> Bytes;
+    // Some lines longer than needed: starts that lie a power of two apart would share their places in the cache.
+    alignas(64) std::array<std::array<std::byte, kLongestPacket + 1 + 35 * std::size_t{64}>, kMessages> Bytes;
     alignas(cmsghdr) std::array<std::array<std::byte, CMSG_SPACE(sizeof(int))>, kMessages> Control;
     std::array<iovec, kMessages> Parts;
     std::array<mmsghdr, kMessages> Messages;
