@@ -25,9 +25,9 @@ namespace camera {
 /// Calls allocate nothing unless a log is kept. Not for two threads at once.
 class CProtocolEngine {
 public:
-    /// @param objAdapter, objOutlet  must outlive this
+    /// @param objAdapter, objOutlet, objStreaming  must outlive this
     CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
-                    IAdapter& objAdapter, IOutlet& objOutlet, TIME tNow);
+                    IAdapter& objAdapter, IOutlet& objOutlet, IStreaming& objStreaming, TIME tNow);
     CProtocolEngine(const CProtocolEngine&) = delete;
     CProtocolEngine& operator=(const CProtocolEngine&) = delete;
 
@@ -41,6 +41,9 @@ public:
     [[nodiscard]] std::optional<TIME> NextTime() const;
 
     void SetFaults(const FAULTS& objFaults, TIME tNow);
+
+    /// The stream has sent all images of this acquisition.
+    void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
 
     [[nodiscard]] const CIPConfiguration& GetIPConfiguration() const { return m_objIP; }
     [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
@@ -84,6 +87,7 @@ private:
     gev::EGvcpStatus WriteRegisters(const REQUEST& objRequest, std::span<std::byte>& arrAnswer);
     gev::EGvcpStatus WriteMemory(const REQUEST& objRequest, std::span<std::byte>& arrAnswer);
     gev::EGvcpStatus WriteBlock(const REQUEST& objRequest, std::uint32_t nAddress, std::span<const std::byte> arrData);
+    gev::EGvcpStatus Resend(const REQUEST& objRequest);
     gev::EGvcpStatus Refuse(const REQUEST& objRequest, gev::EGvcpStatus nStatus);
     void Acknowledge(const REQUEST& objRequest, std::span<const std::byte> arrAnswer,
                      std::chrono::milliseconds nDelay = {});
@@ -103,6 +107,7 @@ private:
     std::function<void(std::string_view)> m_funLog;
     std::chrono::milliseconds m_nSlowCommand;
     gev::CMACAddress m_objMAC;
+    IStreaming& m_objStreaming;
     CDevice m_objDevice;
     CControlChannel m_objControl;
     CIPConfiguration m_objIP;
@@ -110,6 +115,7 @@ private:
     FAULTS m_objFaults;
     TIME m_tFaultsSet{};
     std::uint32_t m_nCommands = 0;  // since the faults were set
+    bool m_bGone = false;           // vanished, and its stream with it
     std::optional<SLOW_WORK> m_objSlowWork;
     LAST_WRITE m_objLastWrite;
     gev::GvcpBuffer m_arrAnswer{};  // being built
