@@ -27,7 +27,7 @@ CBlock::CBlock() {
     m_vecGap.reserve(kMostGaps);
 }
 
-void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload,
+void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload, bool bSure,
                    StreamClock::time_point objNow) {
     m_objLastArrival = objNow;
     m_bOvertaken = m_bDropped = m_bTailNoticed = m_bTailProbed = m_bDone = false;
@@ -36,7 +36,8 @@ void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nP
     m_nSerial = nSerial;
     m_objLeader = {};
     m_objTrailer = {};
-    m_bLeader = m_bTrailer = m_bTrailerSettled = m_bFlawed = m_bLarger = m_bPayloadFixed = false;
+    m_bLeader = m_bTrailer = m_bTrailerSettled = m_bFlawed = m_bLarger = false;
+    m_bPayloadFixed = bSure;
     m_nPayload = nPayload;
     m_nShortID = m_nHighestID = m_nTrailerID = m_nNextID = m_nSettled = m_nUnavailable = 0;
     m_nBytes = m_nFilled = 0;
@@ -93,9 +94,16 @@ PACKET_EFFECT CBlock::TakeLeader(const gev::GVSP_LEADER& objLeader) {
     return PACKET_EFFECT::Placed;
 }
 
-/// Settles how long a full packet of this block is, at the first that comes.
-/// @return whether one of this size can have this ID
-bool CBlock::FixPayload(std::uint32_t nPacketID, std::size_t nSize) {
+/// Payload packets that the leader announces; 0 when it doesn't tell, or hasn't come.
+std::uint32_t CBlock::GetPacketCount() const {
+    const gev::EPayloadType nType = m_objLeader.PayloadType;
+    const bool bSaysSize = m_bLeader && (nType == gev::EPayloadType::Image || nType == gev::EPayloadType::RawData ||
+                                         nType == gev::EPayloadType::File);
+    return bSaysSize ? CountPackets(GetMeantSize(), m_nPayload) : 0;
+}
+
+/// Whether a packet of this size can have this ID. Settles how long a full packet of the block is, at the first.
+bool CBlock::FitsPayload(std::uint32_t nPacketID, std::size_t nSize) {
     if (!m_bPayloadFixed) {
         // A packet that is longer than expected is full, and so is the first, which may be the last as well.
         if (nSize > m_nPayload || nPacketID == 1) {
@@ -105,22 +113,30 @@ bool CBlock::FixPayload(std::uint32_t nPacketID, std::size_t nSize) {
                            static_cast<std::uint32_t>(m_vecSettled.size() * kBitsPerWord));
         m_bPayloadFixed = true;
     }
-    if (nSize > m_nPayload || (nSize < m_nPayload && nPacketID < m_nHighestID) ||
-        (m_nShortID != 0 && nPacketID > m_nShortID)) {
-        m_bFlawed = true;
-        return false;
+    if (nSize == m_nPayload && m_nShortID != 0 && nPacketID > m_nShortID) {
+        TakeBackShort();
     }
-    return true;
+    const std::uint32_t nCount = GetPacketCount();
+    return nSize == m_nPayload || (nSize < m_nPayload && nPacketID >= m_nHighestID &&
+                                   (m_nShortID == 0 || nPacketID == m_nShortID) && nPacketID >= nCount);
+}
+
+/// A packet that was taken for the last, as it wasn't full, isn't: it was cut, and is missing.
+void CBlock::TakeBackShort() {
+    m_vecSettled[m_nShortID / kBitsPerWord] &= ~BitOf(m_nShortID);
+    --m_nSettled;
+    m_nBytes -= m_nShortSize;
+    AddGap({m_nShortID, m_nShortID, 0, {}, 0});
+    m_nShortID = 0;
 }
 
 PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::byte> arrData) {
     if (nPacketID == 0 || arrData.empty() || (m_bTrailer && nPacketID >= m_nTrailerID)) {
         return PACKET_EFFECT::Refused;
     }
-    if (arrData.size() != m_nPayload || !m_bPayloadFixed || m_nShortID != 0) {
-        if (!FixPayload(nPacketID, arrData.size())) {
-            return PACKET_EFFECT::Refused;
-        }
+    if ((arrData.size() != m_nPayload || !m_bPayloadFixed || m_nShortID != 0) &&
+        !FitsPayload(nPacketID, arrData.size())) {
+        return PACKET_EFFECT::Refused;
     }
     const std::uint64_t nOffset = (nPacketID - std::uint64_t{1}) * m_nPayload;
     if (nPacketID >= m_nBits || nOffset >= m_objMemory.Memory.size()) {
@@ -136,6 +152,7 @@ PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::
     std::memcpy(m_objMemory.Memory.data() + nOffset, arrData.data(), nSize);
     if (arrData.size() < m_nPayload) {
         m_nShortID = nPacketID;
+        m_nShortSize = arrData.size();
     }
     m_nHighestID = std::max(m_nHighestID, nPacketID);
     m_nBytes += arrData.size();
@@ -235,13 +252,8 @@ std::uint32_t CBlock::GetTrailerID(std::uint32_t nPredicted) const {
     if (m_bTrailerSettled) {
         return m_nTrailerID;
     }
-    const gev::EPayloadType nType = m_objLeader.PayloadType;
-    const bool bSaysSize = m_bLeader && (nType == gev::EPayloadType::Image || nType == gev::EPayloadType::RawData ||
-                                         nType == gev::EPayloadType::File);
-    if (!bSaysSize || m_nPayload == 0) {
-        return nPredicted;
-    }
-    return CountPackets(GetMeantSize(), m_nPayload) + 1;
+    const std::uint32_t nCount = GetPacketCount();
+    return nCount != 0 ? nCount + 1 : nPredicted;
 }
 
 FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {

@@ -61,7 +61,9 @@ public:
     /// Begins another block. It has no memory yet.
     /// @param nSerial   counts the blocks of a stream in their order, without wrap
     /// @param nPayload  bytes of a full payload packet, as far as that is known before the first
-    void Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload, StreamClock::time_point objNow);
+    /// @param bSure     whether blocks of that size were complete already, so that other sizes are wrong
+    void Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload, bool bSure,
+               StreamClock::time_point objNow);
     void SetMemory(const BLOCK_MEMORY& objMemory);
 
     PACKET_EFFECT TakeLeader(const gev::GVSP_LEADER& objLeader);
@@ -113,7 +115,9 @@ private:
     [[nodiscard]] std::uint32_t GetTracked(std::uint32_t nTrailerID) const;
     void AddGap(const PACKET_GAP& objGap);
     bool SettlePacket(std::uint32_t nPacketID);
-    bool FixPayload(std::uint32_t nPacketID, std::size_t nSize);
+    bool FitsPayload(std::uint32_t nPacketID, std::size_t nSize);
+    void TakeBackShort();
+    [[nodiscard]] std::uint32_t GetPacketCount() const;
     [[nodiscard]] std::uint64_t GetMeantSize() const;
 
     BLOCK_MEMORY m_objMemory;
@@ -129,6 +133,7 @@ private:
     bool m_bPayloadFixed = false;
     std::size_t m_nPayload = 0;        // bytes of a full payload packet
     std::uint32_t m_nShortID = 0;      // of a payload packet that wasn't full and so must be the last; 0 for none
+    std::size_t m_nShortSize = 0;      // bytes of that one
     std::uint32_t m_nHighestID = 0;    // of the payload packets that came
     std::uint32_t m_nTrailerID = 0;    // good once the trailer is settled
     std::uint32_t m_nNextID = 0;       // behind all that came or was passed over

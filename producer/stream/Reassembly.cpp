@@ -102,6 +102,7 @@ CBlock* CReassembly::Restart(const GVSP_HEADER& objHeader, TimePoint objNow) {
     if (!m_bStarted || m_bExtendedIDs != objHeader.ExtendedIDs) {
         m_nPayload =
             std::max<std::size_t>(gev::GetPayloadPerPacket(m_objSettings.PacketSize, objHeader.ExtendedIDs), 1);
+        m_nPredictedTrailerID = 0;
     }
     m_bStarted = true;
     m_bExtendedIDs = objHeader.ExtendedIDs;
@@ -135,7 +136,7 @@ CBlock& CReassembly::Insert(std::uint64_t nBlockID, std::uint64_t nSerial, TimeP
         DeliverOldest(true);
     }
     CBlock& objBlock = *m_vecBlock[m_nUnderWay++];
-    objBlock.Begin(nBlockID, nSerial, m_nPayload, objNow);
+    objBlock.Begin(nBlockID, nSerial, m_nPayload, m_nPredictedTrailerID > 2, objNow);
     return objBlock;
 }
 

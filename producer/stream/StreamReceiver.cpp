@@ -46,21 +46,19 @@ std::uint32_t CStreamReceiver::RunThread(void* pArg) noexcept {
 }
 
 void CStreamReceiver::Run() {
+    StreamClock::time_point objNow = StreamClock::now();
     while (!m_bStop) {
-        const std::span<const RECEIVED_PACKETS> arrReceived = m_objSocket.Receive(GetWait());
+        const std::span<const RECEIVED_PACKETS> arrReceived = m_objSocket.Receive(GetWait(objNow));
+        objNow = StreamClock::now();
         m_objReassembly.SetResend(m_bResend);
-        Take(arrReceived);
-        m_objReassembly.Service(StreamClock::now());
+        Take(arrReceived, objNow);
+        m_objReassembly.Service(objNow);
         const std::lock_guard objLock(m_mtxStatistics);
         m_objStatistics = m_objReassembly.GetStatistics();
     }
 }
 
-void CStreamReceiver::Take(std::span<const RECEIVED_PACKETS> arrReceived) {
-    if (arrReceived.empty()) {
-        return;
-    }
-    const StreamClock::time_point objNow = StreamClock::now();
+void CStreamReceiver::Take(std::span<const RECEIVED_PACKETS> arrReceived, StreamClock::time_point objNow) {
     for (const RECEIVED_PACKETS& objReceived : arrReceived) {
         for (std::span<const std::byte> arrRest = objReceived.Bytes; !arrRest.empty();) {
             const std::size_t nLength = std::min(arrRest.size(), objReceived.PacketLength);
@@ -71,12 +69,12 @@ void CStreamReceiver::Take(std::span<const RECEIVED_PACKETS> arrReceived) {
 }
 
 /// Until something is due, roughly: telling the kernel another wait costs a call, so there are only few different ones.
-std::chrono::milliseconds CStreamReceiver::GetWait() const {
+std::chrono::milliseconds CStreamReceiver::GetWait(StreamClock::time_point objNow) const {
     const std::optional<StreamClock::time_point> objDue = m_objReassembly.GetNextDue();
     if (!objDue) {
         return kIdleWait;
     }
-    const auto objLeft = std::chrono::duration_cast<std::chrono::milliseconds>(*objDue - StreamClock::now());
+    const auto objLeft = std::chrono::duration_cast<std::chrono::milliseconds>(*objDue - objNow);
     const auto nLeft = static_cast<std::uint64_t>(std::clamp<std::int64_t>(objLeft.count(), 1, kIdleWait.count()));
     return std::chrono::milliseconds(std::bit_floor(nLeft));
 }

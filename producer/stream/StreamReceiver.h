@@ -35,8 +35,8 @@ public:
 private:
     static std::uint32_t RunThread(void* pArg) noexcept;
     void Run();
-    void Take(std::span<const RECEIVED_PACKETS> arrReceived);
-    [[nodiscard]] std::chrono::milliseconds GetWait() const;
+    void Take(std::span<const RECEIVED_PACKETS> arrReceived, StreamClock::time_point objNow);
+    [[nodiscard]] std::chrono::milliseconds GetWait(StreamClock::time_point objNow) const;
 
     CStreamSocket& m_objSocket;
     CReassembly m_objReassembly;

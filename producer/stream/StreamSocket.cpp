@@ -24,6 +24,8 @@ namespace {
 
 constexpr std::size_t kMessages = 32;  // of one call: more don't pay, and fall out of the processor's cache
 
+constexpr unsigned kSingly = 7;
+
 template <class Value>
 int SetOption(int nSocket, int nLevel, int nOption, const Value& objValue) {
     return setsockopt(nSocket, nLevel, nOption, &objValue, sizeof objValue);
@@ -59,7 +61,8 @@ std::size_t AskForBuffer(int nSocket, std::size_t nBuffer) {
 
 /// The kernel's records of one call, and the bytes that they point to.
 struct CStreamSocket::BATCH {
-    alignas(64) std::array<std::array<std::byte, kLongestPacket + 1>, kMessages> Bytes;
+    // Some lines longer than needed: starts that lie a power of two apart would share their places in the cache.
+    alignas(64) std::array<std::array<std::byte, kLongestPacket + 1 + 35 * std::size_t{64}>, kMessages> Bytes;
     alignas(cmsghdr) std::array<std::array<std::byte, CMSG_SPACE(sizeof(int))>, kMessages> Control;
     std::array<iovec, kMessages> Parts;
     std::array<mmsghdr, kMessages> Messages;
@@ -91,6 +94,7 @@ CStreamSocket::CStreamSocket(const ADAPTER& objAdapter, std::uint32_t nLocalAddr
         m_pBatch->Messages[i].msg_hdr.msg_iov = &m_pBatch->Parts[i];
         m_pBatch->Messages[i].msg_hdr.msg_iovlen = 1;
     }
+    m_nTaken = kMessages;
 }
 
 CStreamSocket::~CStreamSocket() = default;
@@ -113,20 +117,23 @@ void CStreamSocket::SetWait(std::chrono::milliseconds objWait) {
     }
     const auto nMs = std::max<std::int64_t>(objWait.count(), 1);  // 0 would wait without end
     const timeval objTime{nMs / 1000, static_cast<suseconds_t>(nMs % 1000 * 1000)};
-    if (SetOption(m_objDescriptor.Get(), SOL_SOCKET, SO_RCVTIMEO, objTime) != 0) {
-        ThrowSocketError(errno, "set the wait of a stream");
-    }
+    SetOption(m_objDescriptor.Get(), SOL_SOCKET, SO_RCVTIMEO, objTime);  // refused only for times that can't be
     m_objWait = objWait;
 }
 
 std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::milliseconds objWait) {
     SetWait(objWait);
-    for (std::size_t i = 0; m_bJoining && i < kMessages; ++i) {
+    for (std::size_t i = 0; m_bJoining && i < m_nTaken; ++i) {  // the kernel wrote what it used of them
         m_pBatch->Messages[i].msg_hdr.msg_control = m_pBatch->Control[i].data();
         m_pBatch->Messages[i].msg_hdr.msg_controllen = m_pBatch->Control[i].size();
     }
+    const bool bSingly = m_nSingly != 0;
     const int nReceived =
-        recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), kMessages, MSG_WAITFORONE, nullptr);
+        recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), bSingly ? 1 : kMessages, MSG_WAITFORONE, nullptr);
+    // Looking for a second packet costs a good part of taking the first, and is left out for a while when there was
+    // none.
+    m_nSingly = bSingly ? m_nSingly - 1 : nReceived <= 1 ? kSingly : 0;
+    m_nTaken = static_cast<std::size_t>(std::max(nReceived, 0));
     m_vecReceived.clear();
     for (int i = 0; i < nReceived; ++i) {
         const mmsghdr& objMessage = m_pBatch->Messages[static_cast<std::size_t>(i)];

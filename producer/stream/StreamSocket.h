@@ -65,6 +65,8 @@ private:
     std::size_t m_nGrantedBuffer = 0;
     bool m_bJoining = false;
     std::chrono::milliseconds m_objWait{-1};  // as last told to the kernel
+    std::size_t m_nTaken = 0;                 // messages of the last call
+    unsigned m_nSingly = 0;                   // calls to come that ask for one message alone
     std::unique_ptr<BATCH> m_pBatch;
     std::vector<RECEIVED_PACKETS> m_vecReceived;
 };
