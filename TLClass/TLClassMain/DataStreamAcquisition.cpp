@@ -41,12 +41,22 @@ constexpr std::uint64_t kLastFloorNumber = 4;
 class CDataStream::CStreamTLParamsLockedAgency : public CAgency {
 public:
     explicit CStreamTLParamsLockedAgency(IFeatureControl* pFeatureControl) : m_pFeatureControl(pFeatureControl) {
-        SetTLParamsLocked(m_pFeatureControl, 1);
+        try {
+            SetTLParamsLocked(m_pFeatureControl, 1);
+        } catch (...) {
+            // A callback may have failed behind the write.
+            __Unlock();
+            throw;
+        }
     }
     ~CStreamTLParamsLockedAgency() {
-        if (!m_bArmed) {
-            return;
+        if (m_bArmed) {
+            __Unlock();
         }
+    }
+
+private:
+    void __Unlock() noexcept {
         try {
             SetTLParamsLocked(m_pFeatureControl, 0);
         } catch (...) {
@@ -54,7 +64,6 @@ public:
         }
     }
 
-private:
     IFeatureControl* m_pFeatureControl;
 };
 

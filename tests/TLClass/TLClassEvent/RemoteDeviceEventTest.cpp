@@ -94,6 +94,20 @@ TEST_F(RemoteDeviceEvent, CallbackCantCloseTheDevice) {
     ExpectStopped();
 }
 
+TEST_F(RemoteDeviceEvent, EndsBeforeTheNodeMapOfADeviceThatIsLetGoOpen) {
+    m_pDevice->DoCloseDevice();
+    Camera().RemoveStreams();  // they would hold the device
+    Adapter().Unplug("cam-1");
+    UpdateDevices(*m_pInterface);
+    Adapter().Plug("cam-1");
+    UpdateDevices(*m_pInterface);  // lists another object
+    Open();
+    m_pDevice->StartRemoteDeviceEvent();
+    EXPECT_TRUE(Double().WaitForEventWaiters(kEvent, 1));
+    m_pDevice.reset();
+    EXPECT_THAT(Double().RegisteredEvents(), IsEmpty());
+}
+
 TEST_F(RemoteDeviceEvent, OneThatIsBadDoesntEndTheThread) {
     Camera().DeclareEventSizes(64, 8);
     m_pDevice->StartRemoteDeviceEvent();

@@ -129,6 +129,10 @@ TEST_F(DataStream, GoesDownWhateverANodesCallbackThrows) {
     EXPECT_FALSE(pStream->IsAcqusition());
     EXPECT_EQ(Wire().Port().Integer("TLParamsLocked"), 0);
     EXPECT_EQ(Wire().Announced(), 0U);
+
+    EXPECT_ANY_THROW(Start(pStream));
+    EXPECT_FALSE(pStream->IsAcqusition());
+    EXPECT_EQ(Wire().Port().Integer("TLParamsLocked"), 0) << "was set before the callback threw";
 }
 
 TEST_F(DataStream, SizesItsBuffersByPayloadAndProducer) {
