@@ -12,20 +12,21 @@ namespace producer {
 
 namespace {
 
-/// What a user must know before trying to open it, the gravest first; empty when there is nothing.
+/// What a user must know before trying to open it, the gravest first; empty when there is nothing. So short that a list
+/// which has room for the name shows it too.
 std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHere) {
     if (objDevice.IsOutsideSubnet) {
-        return " outside the adapter's subnet";
+        return " other subnet";
     }
     if (objDevice.SharesAddress) {
-        return " shares its address with another camera";
+        return " IP conflict";
     }
     if (objDevice.SharesMac) {
-        return " shares its MAC with another camera";
+        return " MAC conflict";
     }
     if (!bControlledHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
                              objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
-        return " controlled by another application";
+        return " in use";
     }
     return {};
 }

@@ -165,11 +165,11 @@ TEST(DeviceEntry, IsNamedWithWhatItsUserMustKnow) {
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName);
     objDevice.AccessStatus = DEVICE_ACCESS_STATUS_READONLY;
     EXPECT_EQ(MakeDeviceEntry(objDevice, true).DisplayName, strName);
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " controlled by another application");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " in use");
     objDevice.SharesAddress = true;
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " shares its address with another camera");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " IP conflict");
     objDevice.IsOutsideSubnet = true;
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " outside the adapter's subnet");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " other subnet");
 }
 
 }  // namespace
