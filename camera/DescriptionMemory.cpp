@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,12 +33,25 @@ std::string MakeUrl(std::uint64_t nAddress, std::uint64_t nLength) {
     return "Local:" + std::string(kArchiveName) + ";" + Hex(nAddress) + ";" + Hex(nLength);
 }
 
-std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescription eHostile) {
-    std::string strXML = WriteDescription(strModel);
-    if (eHostile == EHostileDescription::Xml) {
-        strXML.resize(strXML.size() / 2);
+/// The last one is kept: packing takes longer than all the rest of a camera's start, and most cameras are of one model.
+std::vector<std::byte> MakeArchive(std::string_view strModel, bool bHalf) {
+    static std::mutex s_mtxLast;  // guards the three below
+    static std::string s_strModel;
+    static bool s_bHalf = false;
+    static std::vector<std::byte> s_vecArchive;
+    const std::scoped_lock lock(s_mtxLast);
+    if (s_vecArchive.empty() || s_strModel != strModel || s_bHalf != bHalf) {
+        std::string strXML = WriteDescription(strModel);
+        strXML.resize(bHalf ? strXML.size() / 2 : strXML.size());
+        s_vecArchive = MakeZipArchive(kEntryName, strXML);
+        s_strModel = strModel;
+        s_bHalf = bHalf;
     }
-    std::vector<std::byte> vecArchive = MakeZipArchive(kEntryName, strXML);
+    return s_vecArchive;
+}
+
+std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescription eHostile) {
+    std::vector<std::byte> vecArchive = MakeArchive(strModel, eHostile == EHostileDescription::Xml);
     if (eHostile == EHostileDescription::Bomb) {
         std::fill_n(vecArchive.begin() + kZipUncompressedSizePlace, 4, std::byte{0xFF});
     } else if (eHostile == EHostileDescription::Zip) {
