@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,26 +32,13 @@ std::string MakeUrl(std::uint64_t nAddress, std::uint64_t nLength) {
     return "Local:" + std::string(kArchiveName) + ";" + Hex(nAddress) + ";" + Hex(nLength);
 }
 
-/// The last one is kept: packing takes longer than all the rest of a camera's start, and most cameras are of one model.
-std::vector<std::byte> MakeArchive(std::string_view strModel, bool bHalf) {
-    static std::mutex s_mtxLast;  // guards the three below
-    static std::string s_strModel;
-    static bool s_bHalf = false;
-    static std::vector<std::byte> s_vecArchive;
-    const std::scoped_lock lock(s_mtxLast);
-    if (s_vecArchive.empty() || s_strModel != strModel || s_bHalf != bHalf) {
+std::vector<std::byte> Spoil(std::vector<std::byte> vecArchive, std::string_view strModel,
+                             EHostileDescription eHostile) {
+    if (eHostile == EHostileDescription::Xml) {
         std::string strXML = WriteDescription(strModel);
-        strXML.resize(bHalf ? strXML.size() / 2 : strXML.size());
-        s_vecArchive = MakeZipArchive(kEntryName, strXML);
-        s_strModel = strModel;
-        s_bHalf = bHalf;
-    }
-    return s_vecArchive;
-}
-
-std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescription eHostile) {
-    std::vector<std::byte> vecArchive = MakeArchive(strModel, eHostile == EHostileDescription::Xml);
-    if (eHostile == EHostileDescription::Bomb) {
+        strXML.resize(strXML.size() / 2);
+        vecArchive = MakeZipArchive(kEntryName, strXML);
+    } else if (eHostile == EHostileDescription::Bomb) {
         std::fill_n(vecArchive.begin() + kZipUncompressedSizePlace, 4, std::byte{0xFF});
     } else if (eHostile == EHostileDescription::Zip) {
         const auto itData = vecArchive.begin() + static_cast<std::ptrdiff_t>(kZipNamePlace + kEntryName.size());
@@ -63,8 +49,13 @@ std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescri
 
 }  // namespace
 
-void PlaceDescription(CRegisterSpace& objRegisters, std::string_view strModel, EHostileDescription eHostile) {
-    std::vector<std::byte> vecDescription = MakeDescription(strModel, eHostile);
+std::vector<std::byte> PackDescription(std::string_view strModel) {
+    return MakeZipArchive(kEntryName, WriteDescription(strModel));
+}
+
+void PlaceDescription(CRegisterSpace& objRegisters, std::string_view strModel, const std::vector<std::byte>& vecPacked,
+                      EHostileDescription eHostile) {
+    std::vector<std::byte> vecDescription = Spoil(vecPacked, strModel, eHostile);
     std::string strUrl = MakeUrl(CRegisterSpace::kDescriptionAddress, vecDescription.size());
     switch (eHostile) {
         case EHostileDescription::Length:

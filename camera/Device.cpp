@@ -6,9 +6,9 @@
 #include <string>
 #include <utility>
 
+#include "camera/SentBlocks.h"
 #include "gev/GvcpHeader.h"
 #include "gev/GvcpMemory.h"
-#include "gev/PixelFormat.h"
 
 namespace camera {
 namespace {
@@ -36,8 +36,8 @@ void ForEachSaved(Function funFeature) {
 }  // namespace
 
 CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
-                 TIME tNow)
-    : m_tClockStart(tNow) {
+                 IStreaming& objStreaming, TIME tNow)
+    : m_objStreaming(objStreaming), m_tClockStart(tNow) {
     ListPlaces();
     SetRights();
     SetDefaults();
@@ -106,7 +106,11 @@ void CDevice::SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMA
     objMemory.Set(boot::kStreamChannelCount, 1);
     objMemory.Set(boot::kGvcpCapability, boot::kGvcpCapabilityUserDefinedName | boot::kGvcpCapabilitySerialNumber |
                                              boot::kGvcpCapabilityHeartbeatDisable | boot::kGvcpCapabilityPendingAck |
-                                             boot::kGvcpCapabilityWriteMem | boot::kGvcpCapabilityConcatenation);
+                                             boot::kGvcpCapabilityEventData | boot::kGvcpCapabilityEvent |
+                                             boot::kGvcpCapabilityPacketResend | boot::kGvcpCapabilityWriteMem |
+                                             boot::kGvcpCapabilityConcatenation);
+    objMemory.Set(boot::kMessageChannelSourcePort, gev::kGvcpPort);
+    objMemory.Set(boot::kStreamChannelSourcePort, m_objStreaming.GetPort());
     objMemory.Set(boot::kTimestampTickFrequencyLow, kTicksPerSecond);
     objMemory.Set(boot::kPendingTimeout, static_cast<std::uint32_t>(objConfiguration.SlowCommand.count()));
 }
@@ -236,10 +240,16 @@ EGvcpStatus CDevice::Write(std::uint32_t nAddress, std::span<const std::byte> ar
     for (std::uint32_t i = nAddress; i < nAddress + arrData.size(); i += kWord) {
         Follow(i, tNow);
     }
+    if (m_bAcquiring) {
+        m_objStreaming.Change(GetStreamSettings());
+    }
     return EGvcpStatus::Success;
 }
 
 void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {
+    if (FollowStream(nAddress)) {
+        return;
+    }
     const std::uint32_t nValue = m_objRegisters.Get(nAddress);
     switch (nAddress) {
         case boot::kTimestampControl.Address:
@@ -255,16 +265,6 @@ void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {
             break;
         case boot::kHeartbeatTimeout.Address:
             m_objRegisters.Set(nAddress, std::max(nValue, boot::kHeartbeatTimeoutLeastMs));
-            break;
-        case boot::kStreamChannelPacketSize.Address:
-            // A test packet is fired once, so the bit never reads as set.
-            m_objRegisters.Set(nAddress, nValue & ~boot::kPacketSizeFireTestPacket);
-            break;
-        case address::kAcquisitionStart:
-            m_bAcquiring = true;
-            break;
-        case address::kAcquisitionStop:
-            m_bAcquiring = false;
             break;
         case address::kUserSetSave:
             SaveUserSet(m_objRegisters.Get(address::kUserSetSelector));
@@ -293,17 +293,9 @@ void CDevice::ControlTimestamp(std::uint32_t nControl, TIME tNow) {
 }
 
 void CDevice::UpdatePayloadSize() {
-    const CRegisterSpace& objMemory = m_objRegisters;
-    const auto nFormat = static_cast<gev::EPixelFormat>(objMemory.Get(address::kPixelFormat));
-    std::uint32_t nSize =
-        objMemory.Get(address::kWidth) * objMemory.Get(address::kHeight) * gev::GetBitsPerPixel(nFormat) / 8;
-    if (objMemory.Get(address::kChunkModeActive) != 0) {
-        nSize += kChunkTail;
-        for (std::uint32_t i = 0; i < kChunks.size(); ++i) {
-            nSize += objMemory.Get(address::kChunkEnable + kWord * i) != 0 ? kChunks[i].Length + kChunkTail : 0;
-        }
-    }
-    m_objRegisters.Set(address::kPayloadSize, nSize);
+    const BLOCK_FORMAT objFormat = GetBlockFormat();
+    m_objRegisters.Set(address::kPayloadSize,
+                       static_cast<std::uint32_t>(GetImageSize(objFormat.Image) + GetChunkSize(objFormat)));
 }
 
 void CDevice::SaveUserSet(std::uint32_t nSet) {
@@ -326,6 +318,8 @@ void CDevice::LoadUserSet(std::uint32_t nSet) {
 
 void CDevice::CloseChannels() {
     m_bAcquiring = false;
+    m_objStreamChannel = {};
+    m_objStreaming.Close();
     for (const boot::REGISTER objRegister : {boot::kStreamChannelPort, boot::kStreamChannelDestination,
                                              boot::kMessageChannelPort, boot::kMessageChannelDestination}) {
         m_objRegisters.Set(objRegister, 0);
@@ -343,16 +337,6 @@ void CDevice::Reset(TIME tNow) {
     m_objRegisters.Set(boot::kGvspConfiguration, 0);
     m_objRegisters.Set(boot::kHeartbeatTimeout, boot::kHeartbeatTimeoutDefaultMs);
     m_tClockStart = tNow;
-}
-
-CHANNEL CDevice::GetStreamChannel() const {
-    return {m_objRegisters.Get(boot::kStreamChannelDestination),
-            static_cast<std::uint16_t>(m_objRegisters.Get(boot::kStreamChannelPort) & boot::kChannelPortMask)};
-}
-
-CHANNEL CDevice::GetMessageChannel() const {
-    return {m_objRegisters.Get(boot::kMessageChannelDestination),
-            static_cast<std::uint16_t>(m_objRegisters.Get(boot::kMessageChannelPort) & boot::kChannelPortMask)};
 }
 
 std::uint64_t CDevice::GetTimestamp(TIME tNow) const {

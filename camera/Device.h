@@ -11,33 +11,19 @@
 #include "camera/FeatureAddress.h"
 #include "camera/FeatureTable.h"
 #include "camera/RegisterSpace.h"
+#include "camera/StreamSettings.h"
 #include "gev/Address.h"
 #include "gev/GvcpStatus.h"
 
 namespace camera {
 
-using TIME = std::chrono::steady_clock::time_point;
-
-/// Where images or events go: one channel's registers.
-struct CHANNEL {
-    std::uint32_t Address = 0;  ///< of the host
-    std::uint16_t Port = 0;     ///< of the host; 0 says that the channel is closed
-};
-
-/// What stands behind an image when chunks are on, by the index of ChunkSelector.
-struct CHUNK {
-    std::uint32_t ID;
-    std::uint32_t Length;
-};
-inline constexpr std::uint32_t kImageChunkID = 0x00000001;
-inline constexpr std::array<CHUNK, address::kChunkCount> kChunks = {{{0x1001, 8}, {0x1002, 8}, {0x1003, 4}}};
-inline constexpr std::uint32_t kChunkTail = 8;  ///< ID and length, behind the data of each chunk
-
 /// A camera behind its registers: what is asked of them, and what happens when they are written. It knows no network
 /// and no right of any application. Not for two threads at once.
 class CDevice {
 public:
-    CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed, TIME tNow);
+    /// @param objStreaming  must outlive this
+    CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
+            IStreaming& objStreaming, TIME tNow);
 
     [[nodiscard]] CRegisterSpace& Registers() { return m_objRegisters; }
     [[nodiscard]] const CRegisterSpace& Registers() const { return m_objRegisters; }
@@ -53,6 +39,8 @@ public:
 
     /// Closes the stream and message channels, and ends an acquisition.
     void CloseChannels();
+    /// The acquisition of this number has taken all its images.
+    void EndAcquisition(std::uint32_t nAcquisition);
 
     /// Whether DeviceReset was written since the last call.
     [[nodiscard]] bool TakeResetWish();
@@ -62,6 +50,8 @@ public:
     [[nodiscard]] bool IsAcquiring() const { return m_bAcquiring; }
     [[nodiscard]] CHANNEL GetStreamChannel() const;
     [[nodiscard]] CHANNEL GetMessageChannel() const;
+    /// What the registers say about the stream.
+    [[nodiscard]] STREAM_SETTINGS GetStreamSettings() const;
     /// Ticks of the camera's clock, which are nanoseconds since its start or its last reset.
     [[nodiscard]] std::uint64_t GetTimestamp(TIME tNow) const;
 
@@ -86,16 +76,24 @@ private:
     [[nodiscard]] bool IsLocked(std::uint32_t nAddress, std::size_t nLength) const;
     [[nodiscard]] gev::EGvcpStatus CheckCommand(std::uint32_t nAddress) const;
     void Follow(std::uint32_t nAddress, TIME tNow);
+    bool FollowStream(std::uint32_t nAddress);
+    void FollowTrigger(std::uint32_t nTrigger);
+    void FollowStreamChannel();
+    [[nodiscard]] BLOCK_FORMAT GetBlockFormat() const;
+    [[nodiscard]] FRAME_SETTINGS GetFrameSettings() const;
     void ControlTimestamp(std::uint32_t nControl, TIME tNow);
     void UpdatePayloadSize();
     void SaveUserSet(std::uint32_t nSet);
     void LoadUserSet(std::uint32_t nSet);
 
+    IStreaming& m_objStreaming;
     CRegisterSpace m_objRegisters;
     std::vector<FEATURE_PLACE> m_vecPlace;                                    // by address
     std::array<std::vector<std::byte>, address::kUserSetCount> m_arrUserSet;  // the saved features one behind the other
     std::vector<std::byte> m_vecNames;  // the right texts, while they are replaced
     TIME m_tClockStart;
+    CHANNEL m_objStreamChannel;        // as the stream was told
+    std::uint32_t m_nAcquisition = 0;  // the last
     bool m_bAcquiring = false;
     bool m_bResetWish = false;
 };

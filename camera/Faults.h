@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "camera/StreamSettings.h"
+
 namespace camera {
 
 enum class ESilence : std::uint8_t {
@@ -39,6 +41,7 @@ struct FAULTS {
     std::optional<std::uint32_t> VanishAfterCommands;          ///< silent after so many commands
     std::optional<std::chrono::milliseconds> VanishAfterTime;  ///< silent so long after the faults were set
     EHostileDescription Description = EHostileDescription::No;
+    STREAM_FAULTS Stream;
 };
 
 struct FAULT_HELP {

@@ -10,6 +10,7 @@
 #include "gev/Bootstrap.h"
 #include "gev/GvcpDiscovery.h"
 #include "gev/GvcpForceIP.h"
+#include "gev/GvcpResend.h"
 
 namespace camera {
 namespace {
@@ -31,13 +32,19 @@ std::string Hex(std::uint32_t nValue) {
 }  // namespace
 
 CProtocolEngine::CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC,
-                                 std::uint32_t nLinkSpeed, IAdapter& objAdapter, IOutlet& objOutlet, TIME tNow)
+                                 std::uint32_t nLinkSpeed, IAdapter& objAdapter, IOutlet& objOutlet,
+                                 IStreaming& objStreaming, TIME tNow)
     : m_strModel(objConfiguration.Model),
+      m_pDescription(objConfiguration.Description
+                         ? objConfiguration.Description
+                         : std::make_shared<const std::vector<std::byte>>(PackDescription(m_strModel))),
       m_funLog(objConfiguration.Log),
       m_nSlowCommand(objConfiguration.SlowCommand),
       m_objMAC(objMAC),
-      m_objDevice(objConfiguration, objMAC, nLinkSpeed, tNow),
+      m_objStreaming(objStreaming),
+      m_objDevice(objConfiguration, objMAC, nLinkSpeed, objStreaming, tNow),
       m_objControl(m_objDevice),
+      m_objMessages(m_objDevice, objOutlet),
       m_objIP(m_objDevice.Registers(), objAdapter, objMAC, objConfiguration.Reconfiguration),
       m_objAnswering(objOutlet, objMAC.GetLow()) {
     SetFaults(objConfiguration.Faults, tNow);
@@ -50,9 +57,11 @@ void CProtocolEngine::SetFaults(const FAULTS& objFaults, TIME tNow) {
     m_nCommands = 0;
     m_objSlowWork.reset();
     m_objLastWrite.CommandLength = 0;
+    m_bGone = false;
     m_objAnswering.SetFaults(objFaults, tNow);
+    m_objStreaming.SetFaults(objFaults.Stream);
     m_objDevice.SetNamesWithoutEnd(objFaults.NamesWithoutEnd);
-    PlaceDescription(m_objDevice.Registers(), m_strModel, objFaults.Description);
+    PlaceDescription(m_objDevice.Registers(), m_strModel, *m_pDescription, objFaults.Description);
 }
 
 bool CProtocolEngine::HasVanished(TIME tNow) const {
@@ -76,6 +85,9 @@ void CProtocolEngine::Receive(const ENDPOINT& objFrom, std::uint32_t nDestinatio
                               std::span<const std::byte> arrDatagram, TIME tNow) {
     Advance(tNow);
     if (m_objIP.IsUnderWay() || !m_objIP.IsMine(nDestination)) {
+        return;
+    }
+    if (m_objMessages.TakeAcknowledge(objFrom, arrDatagram, tNow)) {
         return;
     }
     gev::GVCP_COMMAND_HEADER objHeader;
@@ -116,6 +128,8 @@ EGvcpStatus CProtocolEngine::Dispatch(const REQUEST& objRequest) {
         case EGvcpCommand::WriteReg:
         case EGvcpCommand::WriteMem:
             return Write(objRequest);
+        case EGvcpCommand::PacketResend:
+            return Resend(objRequest);
         default:
             return Refuse(objRequest, EGvcpStatus::NotImplemented);
     }
@@ -205,6 +219,22 @@ EGvcpStatus CProtocolEngine::ForceIPEx(const REQUEST& objRequest) {
     return Refuse(objRequest, nStatus);
 }
 
+// Never acknowledged. Only the host that gets the stream may ask, from whatever port.
+EGvcpStatus CProtocolEngine::Resend(const REQUEST& objRequest) {
+    gev::RESEND_COMMAND objCommand;
+    EGvcpStatus nStatus = gev::DecodeResend(objRequest.Header, objRequest.Payload, objCommand);
+    const CHANNEL objChannel = m_objDevice.GetStreamChannel();
+    if (nStatus == EGvcpStatus::Success && (objChannel.Port == 0 || objChannel.Address != objRequest.From.Address)) {
+        nStatus = EGvcpStatus::AccessDenied;
+    } else if (nStatus == EGvcpStatus::Success && objCommand.StreamChannel != 0) {
+        nStatus = EGvcpStatus::InvalidParameter;
+    }
+    if (nStatus == EGvcpStatus::Success) {
+        m_objStreaming.Resend(objCommand);
+    }
+    return nStatus;
+}
+
 void CProtocolEngine::LoseControl() {
     m_objControl.Drop();
     m_objSlowWork.reset();
@@ -232,7 +262,12 @@ void CProtocolEngine::Advance(TIME tNow) {
     ResetIfWished(tNow);
     if (HasVanished(tNow)) {
         m_objAnswering.Mute();
+        if (!m_bGone) {
+            m_bGone = true;
+            m_objDevice.CloseChannels();
+        }
     }
+    m_objMessages.Advance(tNow);
     m_objAnswering.Advance(tNow);
 }
 
@@ -244,6 +279,10 @@ std::optional<TIME> CProtocolEngine::NextTime() const {
         }
     };
     consider(m_objIP.NextTime());
+    if (m_objFaults.VanishAfterTime && !m_bGone) {
+        consider(m_tFaultsSet + *m_objFaults.VanishAfterTime);
+    }
+    consider(m_objMessages.NextTime());
     consider(m_objAnswering.NextTime());
     if (m_objSlowWork) {
         consider(m_objSlowWork->Done);

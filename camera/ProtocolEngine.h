@@ -4,16 +4,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "camera/Answering.h"
 #include "camera/CameraConfiguration.h"
 #include "camera/ControlChannel.h"
 #include "camera/Device.h"
 #include "camera/IPConfiguration.h"
+#include "camera/MessageChannel.h"
 #include "gev/Address.h"
 #include "gev/GvcpHeader.h"
 #include "gev/GvcpStatus.h"
@@ -25,9 +28,9 @@ namespace camera {
 /// Calls allocate nothing unless a log is kept. Not for two threads at once.
 class CProtocolEngine {
 public:
-    /// @param objAdapter, objOutlet  must outlive this
+    /// @param objAdapter, objOutlet, objStreaming  must outlive this
     CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
-                    IAdapter& objAdapter, IOutlet& objOutlet, TIME tNow);
+                    IAdapter& objAdapter, IOutlet& objOutlet, IStreaming& objStreaming, TIME tNow);
     CProtocolEngine(const CProtocolEngine&) = delete;
     CProtocolEngine& operator=(const CProtocolEngine&) = delete;
 
@@ -41,6 +44,11 @@ public:
     [[nodiscard]] std::optional<TIME> NextTime() const;
 
     void SetFaults(const FAULTS& objFaults, TIME tNow);
+
+    /// Something happened to a frame of the stream.
+    void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
+    /// The stream has sent all images of this acquisition.
+    void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
 
     [[nodiscard]] const CIPConfiguration& GetIPConfiguration() const { return m_objIP; }
     [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
@@ -84,6 +92,7 @@ private:
     gev::EGvcpStatus WriteRegisters(const REQUEST& objRequest, std::span<std::byte>& arrAnswer);
     gev::EGvcpStatus WriteMemory(const REQUEST& objRequest, std::span<std::byte>& arrAnswer);
     gev::EGvcpStatus WriteBlock(const REQUEST& objRequest, std::uint32_t nAddress, std::span<const std::byte> arrData);
+    gev::EGvcpStatus Resend(const REQUEST& objRequest);
     gev::EGvcpStatus Refuse(const REQUEST& objRequest, gev::EGvcpStatus nStatus);
     void Acknowledge(const REQUEST& objRequest, std::span<const std::byte> arrAnswer,
                      std::chrono::milliseconds nDelay = {});
@@ -100,16 +109,20 @@ private:
     void LogRequest(const REQUEST& objRequest, gev::EGvcpStatus nStatus) const;
 
     std::string m_strModel;
+    std::shared_ptr<const std::vector<std::byte>> m_pDescription;  // packed, without faults
     std::function<void(std::string_view)> m_funLog;
     std::chrono::milliseconds m_nSlowCommand;
     gev::CMACAddress m_objMAC;
+    IStreaming& m_objStreaming;
     CDevice m_objDevice;
     CControlChannel m_objControl;
+    CMessageChannel m_objMessages;
     CIPConfiguration m_objIP;
     CAnswering m_objAnswering;
     FAULTS m_objFaults;
     TIME m_tFaultsSet{};
     std::uint32_t m_nCommands = 0;  // since the faults were set
+    bool m_bGone = false;           // vanished, and its stream with it
     std::optional<SLOW_WORK> m_objSlowWork;
     LAST_WRITE m_objLastWrite;
     gev::GvcpBuffer m_arrAnswer{};  // being built

@@ -18,8 +18,10 @@
 
 #include "camera/AdapterSocket.h"
 #include "camera/GvcpSocket.h"
+#include "camera/ImageStream.h"
 #include "camera/LoopSocket.h"
 #include "camera/ProtocolEngine.h"
+#include "camera/StreamSocket.h"
 #include "gev/Bootstrap.h"
 
 namespace camera {
@@ -84,6 +86,55 @@ private:
     std::function<void(std::string_view)> m_funLog;
 };
 
+/// What the stream tells, until the thread in Run takes it.
+class CNews : public IStreamNews {
+public:
+    explicit CNews(CLoopSocket& objLoop) : m_objLoop(objLoop) {}
+
+    void AcquisitionEnded(std::uint32_t nAcquisition) override {
+        const std::scoped_lock lock(m_mtxNews);
+        m_nEnded = nAcquisition;
+        Wake();
+    }
+    void Happened(const FRAME_EVENT& objEvent) override {
+        const std::scoped_lock lock(m_mtxNews);
+        // What finds no place is lost, as an event is that nobody acknowledges.
+        if (m_nEvents < m_arrEvent.size()) {
+            m_arrEvent[m_nEvents++] = objEvent;
+            Wake();
+        }
+    }
+
+    void GiveTo(CProtocolEngine& objEngine, TIME tNow) {
+        if (!m_bNews) {
+            return;
+        }
+        const std::scoped_lock lock(m_mtxNews);
+        m_bNews = false;
+        if (m_nEnded) {
+            objEngine.EndAcquisition(*m_nEnded);
+            m_nEnded.reset();
+        }
+        for (std::size_t i = 0; i < m_nEvents; ++i) {
+            objEngine.TellEvent(m_arrEvent[i], tNow);
+        }
+        m_nEvents = 0;
+    }
+
+private:
+    void Wake() {
+        m_bNews = true;
+        m_objLoop.Wake();
+    }
+
+    CLoopSocket& m_objLoop;
+    std::atomic<bool> m_bNews = false;
+    std::mutex m_mtxNews;  // guards all below
+    std::optional<std::uint32_t> m_nEnded;
+    std::array<FRAME_EVENT, 64> m_arrEvent{};
+    std::size_t m_nEvents = 0;
+};
+
 }  // namespace
 
 class CVirtualCamera::CImplementation {
@@ -93,9 +144,12 @@ public:
           m_objSocket(m_objAdapterSocket.GetIndex(), gev::kGvcpPort),
           m_objAdapter(m_objAdapterSocket),
           m_objOutlet(m_objSocket, objConfiguration.Log),
+          m_objNews(m_objLoop),
+          m_objStreamSocket(m_objAdapterSocket.GetIndex()),
+          m_objStream(m_objStreamSocket, m_objNews),
           m_objMAC(gev::CMACAddress::Get(std::as_bytes(std::span(m_objAdapterSocket.GetMAC())))),
           m_objEngine(objConfiguration, m_objMAC, m_objAdapterSocket.GetLinkSpeed(), m_objAdapter, m_objOutlet,
-                      std::chrono::steady_clock::now()) {}
+                      m_objStream, std::chrono::steady_clock::now()) {}
 
     ~CImplementation() {
         try {
@@ -110,6 +164,7 @@ public:
     void Run() {
         while (!m_bStop) {
             TakeFaults();
+            m_objNews.GiveTo(m_objEngine, std::chrono::steady_clock::now());
             m_objEngine.Advance(std::chrono::steady_clock::now());
             m_objLoop.Wait(m_objSocket.GetDescriptor(), m_objEngine.NextTime());
             for (int i = 0; i < kMostInARow && !m_bStop; ++i) {
@@ -118,6 +173,7 @@ public:
                     break;
                 }
                 TakeFaults();
+                m_objNews.GiveTo(m_objEngine, std::chrono::steady_clock::now());
                 m_objEngine.Receive({objDatagram->Source, objDatagram->SourcePort}, objDatagram->Destination,
                                     objDatagram->Payload, std::chrono::steady_clock::now());
             }
@@ -156,6 +212,9 @@ private:
     CLoopSocket m_objLoop;
     CAdapter m_objAdapter;
     COutlet m_objOutlet;
+    CNews m_objNews;
+    CStreamSocket m_objStreamSocket;
+    CImageStream m_objStream;
     gev::CMACAddress m_objMAC;
     CProtocolEngine m_objEngine;  // of the thread in Run
     std::array<std::byte, kReceiveBuffer> m_arrBuffer{};

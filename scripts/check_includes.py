@@ -30,7 +30,8 @@ MAY_INCLUDE = {
     "gev": set(),
     "producer": {"GenTL", "gev", "support"},
     "camera": {"gev", "support", "<zlib>", "<cli11>"},
-    "ctl": {"TLClass", "support", "app/Recovery", "<boost>", "<qt-network>"},
+    # The categories of a camera's features stand in its node map, which a device hands out.
+    "ctl": {"TLClass", "GenApi", "GenTL", "support", "app/Recovery", "<boost>", "<qt-network>", "<cli11>", "<json>", "<png>"},
     "examples": {"TLClass", "support", "<boost>"},
     "tests": {"*"},
     "bench": {"*"},
@@ -51,6 +52,8 @@ LIBRARIES = {
     "<pugixml>": re.compile(r"pugixml\.hpp"),
     "<zlib>": re.compile(r"zlib\.h"),
     "<cli11>": re.compile(r"CLI/"),
+    "<json>": re.compile(r"nlohmann/"),
+    "<png>": re.compile(r"png\.h"),
     "<qt-network>": re.compile(r"Q(ByteArray|CoreApplication|HostAddress|Network\w+|String\w*|Thread|UdpSocket)$"),
     "<qt>": re.compile(r"Q\w+$|Qt\w*/"),
 }
@@ -59,7 +62,10 @@ LIBRARIES = {
 PLATFORM = re.compile(
     r"(pthread|sched|dlfcn|unistd|fcntl|poll|signal|ifaddrs|semaphore|spawn|termios|windows)\.h"
     r"|(sys|net|netinet|netpacket|arpa|linux|asm)/")
-HIDES_PLATFORM = re.compile(r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/(\w+/)*\w*Socket\w*\.|producer/modules/LibraryPath\.|tests/|bench/")
+# ctl/StandardOutput keeps what the library prints apart from what the program does, which takes descriptors.
+HIDES_PLATFORM = re.compile(
+    r"support/|TLClass/TLClassLoadTL/DynamicLibrary\.|(producer|camera)/(\w+/)*\w*Socket\w*\.|"
+    r"producer/modules/LibraryPath\.|ctl/StandardOutput\.|tests/|bench/")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]')
 

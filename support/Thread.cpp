@@ -33,6 +33,7 @@ struct CThread::THREAD_STATE {
     void WaitUntilBorn();
     void LetGo();
     void WaitUntilFinished();
+    bool IsCurrent();
 
     std::thread Handle;  // set before the body is let go, then detached or joined by whoever took it from the object
 
@@ -81,6 +82,11 @@ void CThread::THREAD_STATE::WaitUntilFinished() {
     Changed.wait(objLock, [this] { return Finished.load(); });
 }
 
+bool CThread::THREAD_STATE::IsCurrent() {
+    // The kernel gives the number of a thread that has ended to others.
+    return !Finished && ThreadId == GetCurrentThreadId();
+}
+
 CThread::~CThread() {
     Join();
 }
@@ -106,6 +112,11 @@ bool CThread::IsRunning() const {
     return m_hThread != nullptr && !m_hThread->Finished;
 }
 
+bool CThread::IsCurrent() const {
+    const std::lock_guard objLock(m_mtxFields);
+    return m_hThread != nullptr && m_hThread->IsCurrent();
+}
+
 std::uint32_t CThread::GetThreadId() const {
     const std::lock_guard objLock(m_mtxFields);
     return m_nThreadId;
@@ -120,7 +131,7 @@ void CThread::Join() {
     if (hThread == nullptr) {
         return;
     }
-    if (hThread->ThreadId == GetCurrentThreadId()) {
+    if (hThread->IsCurrent()) {
         throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur),
                                 "a thread can't wait for its own end");
     }

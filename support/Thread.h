@@ -35,6 +35,9 @@ public:
     /// @return true from Start until the body of the thread last started has returned.
     [[nodiscard]] bool IsRunning() const;
 
+    /// @return true on the thread last started, whose body then runs.
+    [[nodiscard]] bool IsCurrent() const;
+
     /// @return the kernel's number of the thread last started, also after its end; 0 before Start and after Join.
     [[nodiscard]] std::uint32_t GetThreadId() const;
 

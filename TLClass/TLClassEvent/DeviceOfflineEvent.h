@@ -59,6 +59,8 @@ public:
 
     /// Of the thread, also when it has ended; 0 unless it is started.
     std::uint32_t GetThreadId() const { return m_pThread->GetThreadId(); }
+    /// Whether the caller is a callback of the event: then a stop can't wait for it.
+    bool IsInCallback() const { return m_pThread->IsCurrent(); }
     CNativeDeviceOfflineEvent* GetNativeEvent() { return &m_objNative; }
 
 private:

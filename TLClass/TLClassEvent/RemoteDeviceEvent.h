@@ -55,6 +55,8 @@ public:
 
     /// Of the thread; 0 unless started.
     std::uint32_t GetThreadId() const { return m_pThread->GetThreadId(); }
+    /// Whether the caller is a callback of the event: then a stop can't wait for it.
+    bool IsInCallback() const { return m_pThread->IsCurrent(); }
 
 private:
     class CAttachNodeMapAgency;

@@ -58,6 +58,13 @@ std::string ReadWhole(std::istream& stream) {
     return strText;
 }
 
+/// A section without the zero byte behind the text, where the last line has no end: it would belong to a value there.
+std::string_view WithoutEnd(std::string_view strSection) {
+    const std::size_t nLast = strSection.size() - 1;
+    const bool bOpenLine = nLast > 0 && strSection[nLast] == '\0' && strSection[nLast - 1] != '\n';
+    return bOpenLine ? strSection.substr(0, nLast) : strSection;
+}
+
 /// A value of a foreign file as part of a message.
 std::string Quotable(std::string_view strValue) {
     constexpr std::size_t kMaxLength = 200;
@@ -98,7 +105,7 @@ std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) 
     std::stringstream streamSections;
     for (std::size_t i = 0; i < kSectionTitles.size(); ++i) {
         streamSections.clear();
-        Write(streamSections, vecPiece[1 + i]);
+        Write(streamSections, WithoutEnd(vecPiece[1 + i]));
         GenApi_3_0::CFeatureBag objBag;
         streamSections >> objBag;
         GenApi_3_0::gcstring_vector vecBagError;

@@ -137,22 +137,35 @@ void CDataStream::DoCloseDataStream() {
         __FreeBuffers();
         __DetachChunkNodeMap();
         m_bOpened = false;
-    } catch (const std::exception& objException) {
-        __LogFailure(objException, __LINE__, "CDataStream::DoCloseDataStream");
+    } catch (...) {
+        __LogCurrentException(__LINE__, "CDataStream::DoCloseDataStream");
     }
 }
 
-// A callback of a node that stands on a chunk may throw anything.
 void CDataStream::__DetachChunkNodeMap() noexcept {
     try {
         m_pChunkAdapter->DetachNodeMap();
-    } catch (const std::exception& objException) {
-        __LogFailure(objException, __LINE__, "CDataStream::__DetachChunkNodeMap");
+    } catch (...) {
+        __LogCurrentException(__LINE__, "CDataStream::__DetachChunkNodeMap");
     }
 }
 
-void CDataStream::__LogFailure(const std::exception& objException, int nLine, const char* pFunction) {
-    CLog::GetInstance()->Write(FormatFailure(kFile, nLine, pFunction, objException.what()));
+/// In a catch block. What goes down must not fail, and a callback of a node may throw anything.
+void CDataStream::__LogCurrentException(int nLine, const char* pFunction) noexcept {
+    const auto Write = [&](const char* pText) {
+        CLog::GetInstance()->Write(FormatFailure(kFile, nLine, pFunction, pText));
+    };
+    try {
+        try {
+            throw;
+        } catch (const std::exception& objException) {
+            Write(objException.what());
+        } catch (...) {
+            Write("A callback threw what isn't an exception");
+        }
+    } catch (...) {
+        // Memory ran out: the line is lost.
+    }
 }
 
 void CDataStream::RegisterNewBufferCallback(INewBufferCallback* pCallback) {

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
@@ -77,7 +76,7 @@ private:
     void __StopGetNewBuffer();
     void __StopTLAcquisition();
     void __DetachChunkNodeMap() noexcept;
-    static void __LogFailure(const std::exception& objException, int nLine, const char* pFunction);
+    static void __LogCurrentException(int nLine, const char* pFunction) noexcept;
 
     const boost::shared_ptr<IDevice> m_pDevice;
     const DEV_HANDLE m_hDevice;

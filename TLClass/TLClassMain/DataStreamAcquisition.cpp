@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <exception>
 #include <limits>
 #include <memory>
 
@@ -42,21 +41,29 @@ constexpr std::uint64_t kLastFloorNumber = 4;
 class CDataStream::CStreamTLParamsLockedAgency : public CAgency {
 public:
     explicit CStreamTLParamsLockedAgency(IFeatureControl* pFeatureControl) : m_pFeatureControl(pFeatureControl) {
-        SetTLParamsLocked(m_pFeatureControl, 1);
+        try {
+            SetTLParamsLocked(m_pFeatureControl, 1);
+        } catch (...) {
+            // A callback may have failed behind the write.
+            __Unlock();
+            throw;
+        }
     }
     ~CStreamTLParamsLockedAgency() {
-        if (!m_bArmed) {
-            return;
-        }
-        try {
-            SetTLParamsLocked(m_pFeatureControl, 0);
-        } catch (const std::exception& objException) {
-            __LogFailure(objException, __LINE__,
-                         "CDataStream::CStreamTLParamsLockedAgency::~CStreamTLParamsLockedAgency");
+        if (m_bArmed) {
+            __Unlock();
         }
     }
 
 private:
+    void __Unlock() noexcept {
+        try {
+            SetTLParamsLocked(m_pFeatureControl, 0);
+        } catch (...) {
+            __LogCurrentException(__LINE__, "CDataStream::CStreamTLParamsLockedAgency::~CStreamTLParamsLockedAgency");
+        }
+    }
+
     IFeatureControl* m_pFeatureControl;
 };
 
@@ -198,8 +205,8 @@ void CDataStream::__StopTLAcquisition() {
         CGenTLErrorCodeVerifier::LogIfFailed(nResult, m_pLib, kFile, __LINE__, kFunction);
         __RevokeBuffers();
         SetTLParamsLocked(GetFeatureControl(), 0);
-    } catch (const std::exception& objException) {
-        __LogFailure(objException, __LINE__, kFunction);
+    } catch (...) {
+        __LogCurrentException(__LINE__, kFunction);
     }
     m_bAcquisition = false;
 }
@@ -309,7 +316,7 @@ void CDataStream::__FreeBuffers() noexcept {
         while (!m_vecBuffer.empty()) {
             m_vecBuffer.pop_back();
         }
-    } catch (const std::exception& objException) {
-        __LogFailure(objException, __LINE__, "CDataStream::__FreeBuffers");
+    } catch (...) {
+        __LogCurrentException(__LINE__, "CDataStream::__FreeBuffers");
     }
 }

@@ -77,6 +77,11 @@ CDevice::CDevice(CGenTLLib* pLib, boost::shared_ptr<IInterface> pInterface, IF_H
     m_objInformation.pSpecialInfo = nullptr;
 }
 
+CDevice::~CDevice() {
+    // Left to the member, it would end behind the node map that it delivers into.
+    m_objRemoteDeviceEvent.StopGetRemoteDeviceEventThread();
+}
+
 DEV_MODULE_INFO CDevice::GetDeviceInformation() const {
     const CScopedLock objLock(m_csRecords);
     return m_objInformation;

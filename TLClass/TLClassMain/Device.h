@@ -17,8 +17,8 @@ class CNativeDeviceOfflineEvent;
 /// (those of the base class are the device module's, the remote ones the camera's), and a closed data stream for each
 /// that the producer counts. No event is registered and no stream is opened until somebody asks for it.
 ///
-/// Opening and closing exclude each other. The callback of the offline event must not close the device: the closing
-/// waits for its thread.
+/// Opening and closing exclude each other. A closing waits for the threads of the events, so their callbacks are
+/// refused one; a callback of a stream's frames must not ask for it either.
 class CDevice : public IDevice {
 public:
     /// @param pInterface      the parent
@@ -26,6 +26,8 @@ public:
     /// @throws CInvalidParameterError  the parent is empty: it has left its own parent's list
     CDevice(CGenTLLib* pLib, boost::shared_ptr<IInterface> pInterface, IF_HANDLE hInterface,
             DEV_MODULE_INFO objInformation, COMMON_DEVICE_INFO objCommonInfo);
+    /// Ends the threads of the events, should it be open; closes nothing.
+    ~CDevice() override;
 
     void DoOpenDevice(std::uint32_t nAccessMode) override;
     void DoCloseDevice() override;

@@ -156,6 +156,12 @@ void CDevice::__UpdateDSList(DEV_HANDLE hDevice) {
 }
 
 void CDevice::DoCloseDevice() {
+    // Neither thread can wait for its own end, nor for one who closes already, and that of the camera's events stands
+    // in the node map that would go.
+    if (m_objRemoteDeviceEvent.IsInCallback() || m_objDeviceOfflineEvent.IsInCallback()) {
+        throw CInvalidCallError("A callback of a device's event can't close the device", kFile, __LINE__,
+                                "CDevice::DoCloseDevice");
+    }
     const CScopedLock objLock(m_csDevice);
     if (!m_bOpened) {
         return;

@@ -32,6 +32,7 @@ public:
     virtual void DoOpenDevice(std::uint32_t nAccessMode) = 0;
     /// Stops and closes everything of the device; the object stays and can be opened again. Does nothing if it is
     /// closed.
+    /// @throws CInvalidCallError  called by a callback of an event of the device, on the event's thread
     virtual void DoCloseDevice() = 0;
     virtual bool IsOpened() const = 0;
 

@@ -12,21 +12,21 @@ namespace producer {
 
 namespace {
 
-/// What a user must know before trying to open it, the gravest first; empty when there is nothing. So short that a list
-/// which has room for the name shows it too.
+/// What a user must know before trying to open it, the gravest first; empty when there is nothing. A window's list cuts
+/// off what is long.
 std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHere) {
     if (objDevice.IsOutsideSubnet) {
-        return " other subnet";
+        return " wrong subnet";
     }
     if (objDevice.SharesAddress) {
-        return " IP conflict";
+        return " shared address";
     }
     if (objDevice.SharesMac) {
-        return " MAC conflict";
+        return " shared MAC";
     }
     if (!bControlledHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
                              objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
-        return " in use";
+        return " in use elsewhere";
     }
     return {};
 }

@@ -1,6 +1,9 @@
 #include "producer/modules/DeviceModule.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstring>
 #include <utility>
 
 #include "gev/Bootstrap.h"
@@ -56,7 +59,7 @@ CDeviceModule::CDeviceModule(const ADAPTER& objAdapter, const DEVICE_ENTRY& objE
       m_strStreamId(MacText(objEntry.Device.Mac) + "-Stream0"),
       m_funClosed(std::move(funClosed)),
       m_pRemotePort(std::make_shared<CRemotePort>(objAdapter, objEntry, eAccess, objGiveUp)) {
-    GetEvents().Offer(EVENT_REMOTE_DEVICE, kRemoteEventSizeMax, kRemoteEventsKept);
+    GetEvents().Offer(EVENT_REMOTE_DEVICE, kRemoteEventSizeMax, kRemoteEventsKept, [this] { OpenMessages(); });
     AddDeviceFeatures();
     AddLinkFeatures();
     AddStatisticsFeatures();
@@ -108,8 +111,32 @@ void* CDeviceModule::OpenStream(const std::string& strId) {
     });
 }
 
+/// The camera's events come only to a consumer that may write its registers, and only from a camera that has any.
+void CDeviceModule::OpenMessages() {
+    const std::lock_guard objLock(m_mtxMessages);
+    RequireOpen();
+    CControlChannel& objChannel = GetChannel();
+    if (m_pMessages || objChannel.GetAccess() == CONTROL_ACCESS::ReadOnly ||
+        objChannel.DoReadRegister(gev::bootstrap::kMessageChannelCount.Address) == 0) {
+        return;
+    }
+    m_pMessages = std::make_unique<CMessageChannel>(
+        objChannel, [this](const gev::EVENT_ENTRY& objEvent, std::span<const std::byte> spanData) {
+            std::array<std::byte, kRemoteEventSizeMax> arrEvent;
+            const REMOTE_EVENT_HEADER objHeader{objEvent.EventID};
+            std::memcpy(arrEvent.data(), &objHeader, sizeof(objHeader));
+            const std::size_t nData = std::min(spanData.size(), kRemoteEventValueMax);
+            std::copy_n(spanData.begin(), nData, arrEvent.begin() + sizeof(objHeader));
+            GetEvents().Post(EVENT_REMOTE_DEVICE, std::span(arrEvent).first(sizeof(objHeader) + nData));
+        });
+}
+
 void CDeviceModule::DoClose() noexcept {
     m_objStreams.CloseAll();
+    {
+        const std::lock_guard objLock(m_mtxMessages);
+        m_pMessages.reset();
+    }
     {
         // A remote port that another thread is just asking for has its handle before, or gets none.
         const std::lock_guard objLock(m_mtxRemote);

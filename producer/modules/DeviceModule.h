@@ -11,6 +11,7 @@
 #include "producer/modules/DeviceEntry.h"
 #include "producer/modules/Module.h"
 #include "producer/modules/RemotePort.h"
+#include "producer/stream/MessageChannel.h"
 #include "producer/stream/StreamModule.h"
 
 namespace producer {
@@ -49,13 +50,16 @@ private:
     void AddLinkFeatures();
     void AddStatisticsFeatures();
     std::uint64_t GetTickFrequency() const;
+    void OpenMessages();
     void DoClose() noexcept override;
 
     const DEVICE_ENTRY m_objEntry;
     const std::string m_strStreamId;
     const std::function<void()> m_funClosed;
     const std::shared_ptr<CRemotePort> m_pRemotePort;
-    std::mutex m_mtxRemote;  // held while the remote port gets its handle
+    std::mutex m_mtxRemote;                        // held while the remote port gets its handle
+    std::mutex m_mtxMessages;                      // held while the one below is made and ended
+    std::unique_ptr<CMessageChannel> m_pMessages;  // from the first registration of the camera's events on
     CChildren<CStreamModule> m_objStreams;
 };
 

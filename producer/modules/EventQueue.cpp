@@ -121,6 +121,11 @@ void CEventQueue::Close() {
     m_objSignal.notify_all();
 }
 
+std::size_t CEventQueue::GetQueued() const {
+    const std::lock_guard objLock(m_mtxQueue);
+    return m_nQueued;
+}
+
 CInfoValue CEventQueue::GetInfo(EVENT_INFO_CMD nCommand) const {
     const std::lock_guard objLock(m_mtxQueue);
     switch (nCommand) {

@@ -43,6 +43,7 @@ public:
     /// Ends every wait, now and from now on.
     void Close();
 
+    std::size_t GetQueued() const;
     EVENT_TYPE GetType() const { return m_nType; }
     std::size_t GetDataSizeMax() const { return m_nDataSizeMax; }
 

@@ -7,14 +7,30 @@
 
 namespace producer {
 
-void CEventSource::Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity) {
+void CEventSource::Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity,
+                         std::function<void()> funBefore) {
     const std::lock_guard objLock(m_mtxEntries);
     ENTRY& objEntry = m_mapEntry[nType];
     objEntry.nDataSizeMax = nDataSizeMax;
     objEntry.nCapacity = nCapacity;
+    objEntry.funBefore = std::move(funBefore);
+}
+
+void CEventSource::Prepare(EVENT_TYPE nType) {
+    std::function<void()> funBefore;
+    {
+        const std::lock_guard objLock(m_mtxEntries);
+        if (const auto itEntry = m_mapEntry.find(nType); itEntry != m_mapEntry.end()) {
+            funBefore = itEntry->second.funBefore;
+        }
+    }
+    if (funBefore) {
+        funBefore();
+    }
 }
 
 void* CEventSource::Register(EVENT_TYPE nType) {
+    Prepare(nType);
     const std::lock_guard objLock(m_mtxEntries);
     if (m_bClosed) {
         throw CProducerError(GC_ERR_INVALID_HANDLE, "the module was closed");
@@ -63,6 +79,20 @@ bool CEventSource::Post(EVENT_TYPE nType, std::span<const std::byte> spanData) {
     }
     itEntry->second.pQueue->Post(spanData);
     return true;
+}
+
+std::size_t CEventSource::GetQueued(EVENT_TYPE nType) {
+    const std::lock_guard objLock(m_mtxEntries);
+    const auto itEntry = m_mapEntry.find(nType);
+    return itEntry == m_mapEntry.end() || !itEntry->second.pQueue ? 0 : itEntry->second.pQueue->GetQueued();
+}
+
+void CEventSource::Flush(EVENT_TYPE nType) {
+    const std::lock_guard objLock(m_mtxEntries);
+    const auto itEntry = m_mapEntry.find(nType);
+    if (itEntry != m_mapEntry.end() && itEntry->second.pQueue) {
+        itEntry->second.pQueue->Flush();
+    }
 }
 
 void CEventSource::PostOnce(EVENT_TYPE nType) {

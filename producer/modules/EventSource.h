@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -22,7 +23,9 @@ public:
     CEventSource& operator=(const CEventSource&) = delete;
 
     /// Lets consumers register events of a type. To be called before the module gets its handle.
-    void Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity);
+    /// @param funBefore  called before each registration, without a lock held; what it throws, Register throws
+    void Offer(EVENT_TYPE nType, std::size_t nDataSizeMax, std::size_t nCapacity,
+               std::function<void()> funBefore = nullptr);
 
     /// Gives the event a handle.
     /// @throws CProducerError  GC_ERR_NOT_IMPLEMENTED, GC_ERR_RESOURCE_IN_USE, GC_ERR_INVALID_HANDLE once closed
@@ -36,6 +39,12 @@ public:
     /// @return whether one has.
     bool Post(EVENT_TYPE nType, std::span<const std::byte> spanData = {});
 
+    /// @return events that wait to be fetched; 0 when the event isn't registered.
+    std::size_t GetQueued(EVENT_TYPE nType);
+
+    /// Forgets the events that wait to be fetched.
+    void Flush(EVENT_TYPE nType);
+
     /// Queues an event once in the life of this object: at once, or when it is first registered.
     void PostOnce(EVENT_TYPE nType);
 
@@ -46,12 +55,14 @@ private:
     struct ENTRY {
         std::size_t nDataSizeMax = 0;
         std::size_t nCapacity = 0;
+        std::function<void()> funBefore;
         bool bOnceFired = false;              // PostOnce was called
         bool bOnceDelivered = false;          // and its event went to a queue
         std::shared_ptr<CEventQueue> pQueue;  // null unless registered
         void* hQueue = nullptr;
     };
 
+    void Prepare(EVENT_TYPE nType);
     static void Retire(ENTRY& objEntry);
 
     std::mutex m_mtxEntries;  // guards the two below; taken before a queue's lock and the handle table's

@@ -50,6 +50,10 @@ void CRemotePort::Write(std::uint64_t nAddress, std::span<const std::byte> spanB
         throw CProducerError(GC_ERR_ACCESS_DENIED, m_objFacts.Id + " was opened for reading only");
     }
     m_objChannel.DoWrite(nAddress, spanBuffer);
+    constexpr gev::bootstrap::REGISTER kPacketSize = gev::bootstrap::kStreamChannelPacketSize;
+    if (nAddress < kPacketSize.GetEnd() && kPacketSize.Address < nAddress + spanBuffer.size()) {
+        m_bPacketSizeWritten = true;
+    }
 }
 
 PORT_FACTS CRemotePort::GetPortFacts() const {

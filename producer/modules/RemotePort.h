@@ -34,6 +34,9 @@ public:
     /// Ends the accesses under way and gives the camera free.
     void Close() noexcept;
 
+    /// Whether a consumer wrote the size of the stream's packets: it is the consumer's from then on.
+    bool HasWrittenPacketSize() const { return m_bPacketSizeWritten; }
+
     CControlChannel& GetChannel() { return m_objChannel; }
     const CControlChannel& GetChannel() const { return m_objChannel; }
 
@@ -48,6 +51,7 @@ private:
 
     PORT_FACTS m_objFacts;
     std::atomic<void*> m_hPort = nullptr;
+    std::atomic<bool> m_bPacketSizeWritten = false;
     std::mutex m_mtxUrls;  // held while the camera is asked for them; guards the one below
     std::vector<URL_FACTS> m_vecUrl;
     CControlChannel m_objChannel;  // last, since its thread uses the events of this object

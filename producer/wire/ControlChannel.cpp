@@ -29,9 +29,18 @@ std::uint32_t GetPrivilege(CONTROL_ACCESS eAccess) {
 }
 
 /// Asks in vain cost nothing: a camera without these registers says so.
+/// @throws CProducerError  GC_ERR_TIMEOUT when it says nothing: it has gone, and to ask for the next one would only
+/// wait
+///                         as long again
 std::optional<std::uint32_t> ReadIfThere(CControlDialogue& objDialogue, const bootstrap::REGISTER& objRegister) {
     std::uint32_t nValue = 0;
     const OUTCOME objOutcome = objDialogue.ReadRegister(objRegister.Address, objDialogue.GetAsking(), nValue);
+    if (objOutcome.Kind == OUTCOME::KIND::Silent) {
+        throw CProducerError(GC_ERR_TIMEOUT, "camera " + IPToString(objDialogue.GetCamera()) + " on " +
+                                                 objDialogue.GetAdapterName() + " gave no answer about register " +
+                                                 FormatHex(objRegister.Address) + ", asked " +
+                                                 std::to_string(objOutcome.Sent) + " times");
+    }
     return objOutcome.Kind == OUTCOME::KIND::Answered ? std::optional(nValue) : std::nullopt;
 }
 
@@ -44,8 +53,12 @@ std::optional<PRIMARY_APPLICATION> ReadApplication(CControlDialogue& objDialogue
 [[noreturn]] void ThrowDenied(CControlDialogue& objDialogue) {
     std::string strText = "camera " + IPToString(objDialogue.GetCamera()) + " on " + objDialogue.GetAdapterName() +
                           " is controlled by another application";
-    if (const auto objApplication = ReadApplication(objDialogue); objApplication && objApplication->Address != 0) {
-        strText += " at " + IPToString(objApplication->Address) + " port " + std::to_string(objApplication->Port);
+    try {
+        if (const auto objApplication = ReadApplication(objDialogue); objApplication && objApplication->Address != 0) {
+            strText += " at " + IPToString(objApplication->Address) + " port " + std::to_string(objApplication->Port);
+        }
+    } catch (const CProducerError&) {
+        // That it is denied is the message, with or without by whom.
     }
     throw CProducerError(GC_ERR_ACCESS_DENIED,
                          strText + ": close it, or wait for the camera's heartbeat time-out if it has ended already");

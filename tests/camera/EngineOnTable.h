@@ -3,11 +3,13 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "camera/DescriptionMemory.h"
 #include "camera/ProtocolEngine.h"
 #include "gev/BigEndian.h"
 #include "gev/GvcpMemory.h"
@@ -15,7 +17,7 @@
 
 /// A camera's protocol without a network, with a clock that stands until a test moves it. The camera is at 10.0.0.2/24
 /// and has the MAC 02-00-00-12-34-56.
-class CEngineOnTable : public camera::IAdapter, public camera::IOutlet {
+class CEngineOnTable : public camera::IAdapter, public camera::IOutlet, public camera::IStreaming {
 public:
     struct ANSWER {
         camera::ENDPOINT To;
@@ -30,12 +32,15 @@ public:
     static constexpr gev::CMACAddress kMAC{0x020000123456};
 
     explicit CEngineOnTable(const camera::FAULTS& objFaults = {})
-        : Engine(Configure(objFaults), kMAC, 1000, *this, *this, Now) {}
+        : Engine(Configure(objFaults), kMAC, 1000, *this, *this, *this, Now) {}
 
     static camera::CAMERA_CONFIGURATION Configure(const camera::FAULTS& objFaults) {
         camera::CAMERA_CONFIGURATION objConfiguration;
         objConfiguration.IP = camera::ParseIPSetting("10.0.0.2/24");
         objConfiguration.Faults = objFaults;
+        static const auto pDescription =
+            std::make_shared<const std::vector<std::byte>>(camera::PackDescription(objConfiguration.Model));
+        objConfiguration.Description = pDescription;
         return objConfiguration;
     }
 
@@ -51,6 +56,19 @@ public:
                            gev::Get16(arrDatagram, 6),
                            {arrDatagram.begin() + gev::kGvcpHeaderSize, arrDatagram.end()}});
     }
+
+    [[nodiscard]] std::uint16_t GetPort() const override { return 50000; }
+    void Open() override { Stream += "open "; }
+    void Close() override { Stream += "close "; }
+    void Start(const camera::STREAM_SETTINGS& objSettings) override { Note("start ", objSettings); }
+    void Stop() override { Stream += "stop "; }
+    void Change(const camera::STREAM_SETTINGS& objSettings) override { Settings = objSettings; }
+    void Trigger(std::size_t nTrigger) override { Stream += "trigger" + std::to_string(nTrigger) + " "; }
+    void SendTestPacket(const camera::STREAM_SETTINGS& objSettings) override { Note("test ", objSettings); }
+    void Resend(const gev::RESEND_COMMAND& objCommand) override {
+        Stream += "resend" + std::to_string(objCommand.BlockID) + " ";
+    }
+    void SetFaults(const camera::STREAM_FAULTS& /*objFaults*/) override {}
 
     void Pass(std::chrono::milliseconds nTime) {
         Now += nTime;
@@ -90,11 +108,17 @@ public:
     camera::TIME Now{std::chrono::hours(1)};
     std::uint32_t Address = 0;  // that the adapter has
     std::vector<ANSWER> Answers;
+    std::string Stream;                // what the stream was told, in words
+    camera::STREAM_SETTINGS Settings;  // with which
     gev::GvcpBuffer Buffer{};
     std::uint16_t ID = 0;
     camera::CProtocolEngine Engine;
 
 private:
+    void Note(const char* pWhat, const camera::STREAM_SETTINGS& objSettings) {
+        Stream += pWhat;
+        Settings = objSettings;
+    }
     static ANSWER Only(const std::vector<ANSWER>& vecAnswer) {
         if (vecAnswer.size() != 1) {
             throw std::logic_error(std::to_string(vecAnswer.size()) + " answers instead of one");

@@ -24,19 +24,11 @@ protected:
 
     /// A cable between the adapter strName here and far-strName there. The kernel sends nothing over it before it has
     /// noticed the link, for which it takes up to a second.
-    void PlugOnly(const std::string& strName, const std::string& strAddress, const std::string& strFarAddress) {
+    void Plug(const std::string& strName, const std::string& strAddress, const std::string& strFarAddress) {
         Connect(*m_pNear, strName, strAddress, *m_pFar, "far-" + strName, strFarAddress);
-    }
-
-    void AwaitLink(const std::string& strName) {
         for (int i = 0; i < 1000 && !(HasLink(*m_pNear, strName) && HasLink(*m_pFar, "far-" + strName)); ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
-    }
-
-    void Plug(const std::string& strName, const std::string& strAddress, const std::string& strFarAddress) {
-        PlugOnly(strName, strAddress, strFarAddress);
-        AwaitLink(strName);
     }
 
     static bool HasLink(const CNetworkNamespace& objNamespace, const std::string& strName) {

@@ -274,4 +274,15 @@ TEST_F(ControlChannel, HeartbeatFollowsAWriteToItsRegister) {
     EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::NoAnswer);
 }
 
+TEST_F(ControlChannel, AdapterThatGoesForGoodIsALossAndACleanClose) {
+    const auto pChannel = Open();
+    pChannel->DoSetHeartbeatTimeout(500ms);
+    m_pNear->Run("ip link delete eth0");
+    EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::NoAnswer);
+    EXPECT_EQ(CodeOf([&] { pChannel->DoReadRegister(0xA000); }), GC_ERR_ZR_DEVICE_OFFLINE);
+    const auto objStart = Clock::now();
+    pChannel->Close();
+    EXPECT_LT(Clock::now() - objStart, 100ms);
+}
+
 }  // namespace

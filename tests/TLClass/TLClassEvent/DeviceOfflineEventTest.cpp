@@ -125,6 +125,18 @@ TEST_F(DeviceOfflineEvent, CallbacksMayChangeTheListThatIsWalked) {
     EXPECT_THAT(m_vecCalled, ElementsAre("self", "last"));
 }
 
+TEST_F(DeviceOfflineEvent, CallbackCantCloseTheDevice) {
+    Register([this] {
+        EXPECT_THROW(m_pDevice->DoCloseDevice(), CInvalidCallError);
+        EXPECT_TRUE(m_pDevice->IsOpened());
+        EXPECT_THAT(m_pDevice->GetDataStreamList(), SizeIs(1));
+    });
+    NoteEnd();
+    Unplug();
+    EXPECT_TRUE(m_objEnd.Wait(kLongMs));
+    m_pDevice->DoCloseDevice();
+}
+
 TEST_F(DeviceOfflineEvent, EndsAtTheCloseWithoutAWord) {
     CCollectedLog objLog;
     Note("nobody");

@@ -81,6 +81,33 @@ TEST_F(RemoteDeviceEvent, ReachesTheNodeMapAndItsCallbacks) {
     EXPECT_THAT(objLog.Take(), IsEmpty());
 }
 
+TEST_F(RemoteDeviceEvent, CallbackCantCloseTheDevice) {
+    m_pDevice->StartRemoteDeviceEvent();
+    int nRefused = 0;
+    m_fnChanged = [&] {
+        EXPECT_THROW(m_pDevice->DoCloseDevice(), CInvalidCallError);
+        ++nRefused;
+    };
+    Send(1);  // and the callback asks while the device is being closed
+    m_pDevice->DoCloseDevice();
+    EXPECT_EQ(nRefused, 1);
+    ExpectStopped();
+}
+
+TEST_F(RemoteDeviceEvent, EndsBeforeTheNodeMapOfADeviceThatIsLetGoOpen) {
+    m_pDevice->DoCloseDevice();
+    Camera().RemoveStreams();  // they would hold the device
+    Adapter().Unplug("cam-1");
+    UpdateDevices(*m_pInterface);
+    Adapter().Plug("cam-1");
+    UpdateDevices(*m_pInterface);  // lists another object
+    Open();
+    m_pDevice->StartRemoteDeviceEvent();
+    EXPECT_TRUE(Double().WaitForEventWaiters(kEvent, 1));
+    m_pDevice.reset();
+    EXPECT_THAT(Double().RegisteredEvents(), IsEmpty());
+}
+
 TEST_F(RemoteDeviceEvent, OneThatIsBadDoesntEndTheThread) {
     Camera().DeclareEventSizes(64, 8);
     m_pDevice->StartRemoteDeviceEvent();

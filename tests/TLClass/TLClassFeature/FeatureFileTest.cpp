@@ -134,6 +134,13 @@ TEST_F(FeatureFile, RefusedValuesAreToldAndStopNothing) {
     EXPECT_EQ(Stream.Port.NumberAt(4), 7U);
 }
 
+TEST_F(FeatureFile, LastLineNeedsNoEnd) {
+    std::string strText = Replaced(Saved(), "StreamB\t0", "StreamB\t7");
+    strText.pop_back();
+    EXPECT_THAT(Load(strText), IsEmpty());
+    EXPECT_EQ(Stream.Port.NumberAt(4), 7U);
+}
+
 TEST_F(FeatureFile, SectionWithoutItsMarkStopsBehindThoseBeforeIt) {
     std::string strText = Replaced(Replaced(Saved(), "RemoteA\t0", "RemoteA\t1"), "StreamA\t0", "StreamA\t1");
     strText.replace(strText.find("{05D8", strText.find("Local device")), 5, "{0000");

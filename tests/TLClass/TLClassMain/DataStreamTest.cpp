@@ -10,9 +10,11 @@
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassEvent/INewBufferCallback.h"
+#include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/Buffer.h"
 #include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "support/Event.h"
+#include "tests/TLClass/CollectedLog.h"
 #include "tests/TLClass/TLClassMain/CameraOnDouble.h"
 
 namespace {
@@ -31,6 +33,12 @@ public:
 
 private:
     std::function<void(const BUFFER_MODULE_INFO&)> m_fnFrame;
+};
+
+/// Throws what no handler of exceptions catches, as a client may.
+class CThrowNumber : public IFeatureControl::IFeatureCallback {
+    void OnFeatureChanged(GenApi_3_0::INode* /*pNode*/) override { throw 3; }
+    IFeatureCallback* Clone() override { return new CThrowNumber; }
 };
 
 std::string MessageOf(const std::function<void()>& fnCall) {
@@ -108,6 +116,23 @@ TEST_F(DataStream, UnwindsAFailedStartInReverseOrder) {
                             "DSFlushQueue(cam-1:stream-0, 2)", "DSFlushQueue(cam-1:stream-0, 4)",
                             testing::StartsWith("DSRevokeBuffer"), testing::StartsWith("EventKill"),
                             testing::StartsWith("GCWritePort(cam-1:stream-0")));
+}
+
+TEST_F(DataStream, GoesDownWhateverANodesCallbackThrows) {
+    const auto pStream = OpenStream();
+    CThrowNumber objThrowing;
+    Start(pStream);
+    pStream->GetFeatureControl()->RegisterFeatureCallback("TLParamsLocked", &objThrowing);
+    CCollectedLog objLog;
+    Stop(pStream);
+    EXPECT_THAT(objLog.Take(), ElementsAre(testing::HasSubstr("CDataStream::__StopTLAcquisition")));
+    EXPECT_FALSE(pStream->IsAcqusition());
+    EXPECT_EQ(Wire().Port().Integer("TLParamsLocked"), 0);
+    EXPECT_EQ(Wire().Announced(), 0U);
+
+    EXPECT_ANY_THROW(Start(pStream));
+    EXPECT_FALSE(pStream->IsAcqusition());
+    EXPECT_EQ(Wire().Port().Integer("TLParamsLocked"), 0) << "was set before the callback threw";
 }
 
 TEST_F(DataStream, SizesItsBuffersByPayloadAndProducer) {

@@ -255,7 +255,7 @@ TEST_F(ProducerCamera, OfAnotherSubnetIsListedAndGetsAnAddress) {
     Plug("172.16.9.9/24");
     ASSERT_EQ(Update(), 1u);
     const std::string strId = DeviceId(m_hInterface);
-    EXPECT_TRUE(Info(strId, DEVICE_INFO_DISPLAYNAME).ends_with("]) other subnet"));
+    EXPECT_TRUE(Info(strId, DEVICE_INFO_DISPLAYNAME).ends_with("]) wrong subnet"));
     EXPECT_EQ(Lib().IFForceIp(m_hInterface, strId.c_str(), "10.1.0.2", "nonsense", ""), GC_ERR_INVALID_PARAMETER);
     ASSERT_EQ(Lib().IFForceIp(m_hInterface, strId.c_str(), "10.1.0.2", "255.255.255.0", ""), GC_ERR_SUCCESS)
         << LastError();

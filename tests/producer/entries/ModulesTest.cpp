@@ -165,11 +165,11 @@ TEST(DeviceEntry, IsNamedWithWhatItsUserMustKnow) {
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName);
     objDevice.AccessStatus = DEVICE_ACCESS_STATUS_READONLY;
     EXPECT_EQ(MakeDeviceEntry(objDevice, true).DisplayName, strName);
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " in use");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " in use elsewhere");
     objDevice.SharesAddress = true;
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " IP conflict");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " shared address");
     objDevice.IsOutsideSubnet = true;
-    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " other subnet");
+    EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " wrong subnet");
 }
 
 }  // namespace

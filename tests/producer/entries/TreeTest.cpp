@@ -1,5 +1,7 @@
 // The library as the module tree meets it: found, loaded, updated, its node maps read.
 
+#include "tests/producer/entries/TreeTest.h"
+
 #include <atomic>
 #include <chrono>
 #include <exception>
@@ -16,59 +18,18 @@
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/GevInterface.h"
-#include "TLClass/TLClassMain/GevTL.h"
 #include "TLClass/TLClassMain/GevUpdateAgency.h"
 #include "TLClass/TLClassMain/IDataStream.h"
 #include "TLClass/TLClassMain/IDevice.h"
-#include "TLClass/TLClassMain/TLManager.h"
-#include "support/Environment.h"
 #include "support/Event.h"
-#include "tests/TLClass/TemporaryDirectory.h"
 #include "tests/camera/RunningCamera.h"
 #include "tests/producer/entries/NodeMapReader.h"
-#include "tests/producer/entries/ProducerTest.h"
 
 namespace {
 
 struct BROADCAST_MODE {
     void (CGevUpdateAgency::*pUpdate)(std::uint64_t, std::uint64_t, bool*);
     const char* pszName;
-};
-
-class ProducerTree : public ProducerTest {
-protected:
-    void SetUp() override {
-        ProducerTest::SetUp();
-        if (IsSkipped()) {
-            return;
-        }
-        ASSERT_EQ(Lib().GCCloseLib(), GC_ERR_SUCCESS) << "the tree initialises it itself";
-        m_objDirectory.emplace();
-        SetEnvironment("GENICAM_GENTL64_PATH", PRODUCER_CTI_DIRECTORY);
-        SetEnvironment("ALLUSERSPROFILE", m_objDirectory->Path("profile"));
-        GetTLManager()->DoInit({"ZrGVTL.cti"});
-        m_pTL = boost::dynamic_pointer_cast<CGevTL>(GetTLManager()->GetTLList().at(0));
-        ASSERT_TRUE(m_pTL);
-        bool bChanged = false;
-        m_pTL->DoUpdateInterfaceList(0, &bChanged);
-        EXPECT_TRUE(bChanged);
-    }
-
-    void TearDown() override {
-        m_pTL.reset();
-        if (m_objDirectory) {
-            GetTLManager()->DoUninit();
-        }
-    }
-
-    boost::shared_ptr<CGevInterface> Interface(std::size_t nIndex) const {
-        return boost::dynamic_pointer_cast<CGevInterface>(m_pTL->GetInterfaceList().at(nIndex));
-    }
-
-    static IFeatureControl& Features(const CGcObject& objModule) { return *objModule.GetFeatureControl(); }
-
-    std::optional<CTemporaryDirectory> m_objDirectory;
-    boost::shared_ptr<CGevTL> m_pTL;
 };
 
 TEST_F(ProducerTree, ListsEveryAdapterWithTheSameAddressesByBothRoads) {
@@ -127,9 +88,7 @@ TEST_F(ProducerTree, StopsAnUpdateFromAnotherThreadByItsFeature) {
 }
 
 TEST_F(ProducerTree, ListsACameraWithItsRecordsInEitherMode) {
-    camera::CAMERA_CONFIGURATION objConfiguration;
-    objConfiguration.Interface = "far0";
-    objConfiguration.IP = camera::ParseIPSetting("10.1.0.2/24");
+    camera::CAMERA_CONFIGURATION objConfiguration = CameraAt("10.1.0.2/24");
     objConfiguration.Serial = "S-17";
     objConfiguration.UserName = "left";
     std::optional<CRunningCamera> objCamera(std::in_place, *m_objFar, objConfiguration);
@@ -171,9 +130,7 @@ private:
 
 TEST_F(ProducerTree, OpensACameraUntilItGoesAndAgainWhenItIsBack) {
     constexpr std::uint32_t kLongEnoughMs = 5000;
-    camera::CAMERA_CONFIGURATION objConfiguration;
-    objConfiguration.Interface = "far0";
-    objConfiguration.IP = camera::ParseIPSetting("10.1.0.2/24");
+    camera::CAMERA_CONFIGURATION objConfiguration = CameraAt("10.1.0.2/24");
     std::optional<CRunningCamera> objCamera(std::in_place, *m_objFar, objConfiguration);
     bool bChanged = false;
     Interface(0)->DoUpdateDeviceList(200, &bChanged);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <iosfwd>
+#include <vector>
+
+#include "ctl/Camera.h"
+
+/// One row for each camera, with a row of headings.
+void WriteCameraTable(std::ostream& objOut, const std::vector<CAMERA>& vecCamera);
+
+/// One object with the lists "adapters" and "cameras". What isn't known is null; text that isn't UTF-8 is mended.
+void WriteCameraJson(std::ostream& objOut, const std::vector<ADAPTER>& vecAdapter,
+                     const std::vector<CAMERA>& vecCamera);

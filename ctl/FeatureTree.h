@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace GenApi_3_0 {
+class INode;
+class INodeMap;
+}  // namespace GenApi_3_0
+
+/// A feature as a user sees it, or a category with what is in it.
+struct FEATURE {
+    std::string strName;
+    std::string strKind;  ///< "category", "integer", "float", "enumeration", "boolean", ...
+    bool bReadable = false;
+    bool bWritable = false;
+    std::optional<std::string> strValue;  ///< empty if it can't be read now
+    std::string strUnit;
+    std::string strLimits;            ///< what it may be set to, in words
+    std::vector<FEATURE> vecFeature;  ///< of a category
+};
+
+/// What a feature may be set to now: "16 to 640 in steps of 4", "Mono8, Mono12"; empty where nothing limits it, or the
+/// limits can't be read.
+std::string DescribeLimits(GenApi_3_0::INode& objNode);
+
+/// Reads the categories from `Root` down with the values of their features. What isn't implemented is left out, as are
+/// categories with nothing in them. A category that contains itself, or lies deeper than any sane one, ends there.
+/// @param bAll  also what is meant for gurus and for nobody
+/// @throws CTimeoutError, CDeviceOfflineError  the camera has gone; a feature that it refuses is only left without
+/// value
+/// @return the category Root; empty if there is none
+FEATURE ReadFeatureTree(const GenApi_3_0::INodeMap& objNodeMap, bool bAll);
+
+/// One line for each feature, indented by its categories.
+void WriteFeatureTree(std::ostream& objOut, const FEATURE& objRoot);
+/// One object: a category is an object of its features, a feature one of "kind", "value", "unit", "access", "limits".
+void WriteFeatureTreeJson(std::ostream& objOut, const FEATURE& objRoot);
+
+/// The names in the node map that a user may have meant by one that isn't in it: equal but for the case, or containing
+/// it. At most five.
+std::vector<std::string> FindSimilarFeatures(const GenApi_3_0::INodeMap& objNodeMap, const std::string& strName);

@@ -1,0 +1,104 @@
+#include "ctl/FeaturesCommand.h"
+
+#include <filesystem>
+#include <fstream>
+#include <ostream>
+#include <sstream>
+
+#include "GenApi/Command.h"
+#include "GenApi/Node.h"
+#include "GenApi/NodeCast.h"
+#include "GenApi/Value.h"
+#include "GenTL/GenTL.h"
+#include "TLClass/TLClassFeature/FeatureFileModule.h"
+#include "ctl/ErrorText.h"
+#include "ctl/FeatureTree.h"
+#include "ctl/OpenCamera.h"
+#include "ctl/Table.h"
+#include "ctl/WholeFile.h"
+
+namespace {
+
+GenApi_3_0::IValue& ValueOf(GenApi_3_0::INode& objNode) {
+    auto* const pValue = dynamic_cast<GenApi_3_0::IValue*>(&objNode);
+    if (pValue == nullptr) {
+        throw CCommandError(EXIT_CODE::Failure, objNode.GetName().str() + " has no value");
+    }
+    return *pValue;
+}
+
+void Set(GenApi_3_0::INode& objNode, const std::string& strValue) {
+    if (auto* const pCommand = GenApi_3_0::node_cast<GenApi_3_0::ICommand>(&objNode)) {
+        pCommand->Execute();
+    } else {
+        ValueOf(objNode).FromString(strValue);
+    }
+}
+
+}  // namespace
+
+EXIT_CODE RunFeatures(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_READONLY);
+    const FEATURE objRoot = ReadFeatureTree(objCamera.GetNodeMap(), objOptions.bAll);
+    if (objOptions.bJson) {
+        WriteFeatureTreeJson(objOutput.objOut, objRoot);
+    } else {
+        WriteFeatureTree(objOutput.objOut, objRoot);
+    }
+    return EXIT_CODE::Success;
+}
+
+EXIT_CODE RunFeatureGet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_READONLY);
+    GenApi_3_0::INode& objNode = objCamera.GetFeature(objOptions.strName);
+    objOutput.objOut << Printable(ValueOf(objNode).ToString().view()) << '\n';
+    return EXIT_CODE::Success;
+}
+
+EXIT_CODE RunFeatureSet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
+    GenApi_3_0::INode& objNode = objCamera.GetFeature(objOptions.strName);
+    try {
+        Set(objNode, objOptions.strValue);
+    } catch (const std::exception& objException) {
+        const std::string strLimits = DescribeLimits(objNode);
+        std::string strError = ErrorText(objException);
+        if (strError.find(objOptions.strName) == std::string::npos) {
+            strError.insert(0, objOptions.strName + ": ");
+        }
+        throw CCommandError(ExitCodeOf(objException),
+                            strError + (strLimits.empty() ? "" : ". It may be set to " + strLimits));
+    }
+    const GenApi_3_0::EAccessMode eAccess = objNode.GetAccessMode();
+    if (eAccess == GenApi_3_0::RO || eAccess == GenApi_3_0::RW) {
+        objOutput.objOut << Printable(ValueOf(objNode).ToString(false, true).view()) << '\n';
+    }
+    return EXIT_CODE::Success;
+}
+
+EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
+    objCamera.OpenStream();  // the file has the stream's settings as well
+    std::ostringstream objText;
+    SaveDeviceFeatures(objCamera.GetDevice(), objText);
+    WriteWholeFile(objOptions.strFile, objText.str());
+    objOutput.objErr << "Saved the settings of " << Printable(objCamera.GetCamera().strID) << " to "
+                     << objOptions.strFile << ".\n";
+    return EXIT_CODE::Success;
+}
+
+EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    std::ifstream objFile(objOptions.strFile, std::ios::binary);
+    if (!objFile || !std::filesystem::is_regular_file(objOptions.strFile)) {
+        throw CCommandError(EXIT_CODE::Failure, objOptions.strFile + ": it can't be read");
+    }
+    const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
+    objCamera.OpenStream();
+    const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);
+    for (const std::string& strError : vecError) {
+        objOutput.objErr << Printable(strError) << '\n';
+    }
+    objOutput.objErr << "Applied " << objOptions.strFile << " to " << Printable(objCamera.GetCamera().strID);
+    objOutput.objErr << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
+    return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+/// Turns Ctrl-C into a question for the length of its life: a command that holds a camera ends in order. A second
+/// Ctrl-C ends the process at once.
+///
+/// One at a time in a process.
+class CInterrupt {
+public:
+    CInterrupt();
+    ~CInterrupt();
+    CInterrupt(const CInterrupt&) = delete;
+    CInterrupt& operator=(const CInterrupt&) = delete;
+
+    bool IsAsked() const;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <chrono>
+
+#include "ctl/CommandOutput.h"
+#include "ctl/ExitCode.h"
+
+struct LIST_OPTIONS {
+    std::chrono::milliseconds nSearchTime{1000};
+    bool bJson = false;
+};
+
+/// Lists the cameras that answer. That there is none is no failure.
+EXIT_CODE RunList(const LIST_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput);

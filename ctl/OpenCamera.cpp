@@ -1,0 +1,62 @@
+#include "ctl/OpenCamera.h"
+
+#include "GenApi/Node.h"
+#include "GenApi/NodeMap.h"
+#include "GenApi/NodeMapRef.h"
+#include "TLClass/TLClassMain/IDataStream.h"
+#include "TLClass/TLClassMain/IDevice.h"
+#include "ctl/ErrorText.h"
+#include "ctl/FeatureTree.h"
+#include "ctl/Table.h"
+
+namespace {
+
+std::string WhatToTry(const CAMERA& objCamera) {
+    return GetStateText(objCamera) == "other subnet"
+               ? ". Its address isn't in the subnet of " + objCamera.objAdapter.strName +
+                     ": give it one with \"norvikctl recover\""
+               : "";
+}
+
+}  // namespace
+
+COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccessMode) {
+    m_objTree.Update(objOptions.nSearchTime);
+    m_objCamera = SelectCamera(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter);
+    try {
+        GetDevice()->DoOpenDevice(nAccessMode);
+    } catch (const std::exception& objException) {
+        throw CCommandError(ExitCodeOf(objException),
+                            Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
+                                      ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera)));
+    }
+}
+
+GenApi_3_0::INodeMap& COpenCamera::GetNodeMap() const {
+    GenApi_3_0::CNodeMapRef* const pNodeMapRef = GetDevice()->GetRemoteNodeMap();
+    if (pNodeMapRef == nullptr || pNodeMapRef->_Ptr == nullptr) {
+        throw CCommandError(EXIT_CODE::Failure, Printable(m_objCamera.strID) + " has no features");
+    }
+    return *pNodeMapRef->_Ptr;
+}
+
+GenApi_3_0::INode& COpenCamera::GetFeature(const std::string& strName) const {
+    GenApi_3_0::INodeMap& objNodeMap = GetNodeMap();
+    if (GenApi_3_0::INode* const pNode = objNodeMap.FindNode(strName)) {
+        return *pNode;
+    }
+    std::string strSimilar;
+    for (const std::string& strOther : FindSimilarFeatures(objNodeMap, strName)) {
+        strSimilar += (strSimilar.empty() ? ". Is one of these meant: " : ", ") + strOther;
+    }
+    throw CCommandError(EXIT_CODE::Failure, Printable(m_objCamera.strID + " has no feature " + strName + strSimilar));
+}
+
+boost::shared_ptr<IDataStream> COpenCamera::OpenStream() const {
+    const std::vector<boost::shared_ptr<IDataStream>> vecStream = GetDevice()->GetDataStreamList();
+    if (vecStream.empty()) {
+        throw CCommandError(EXIT_CODE::Failure, Printable(m_objCamera.strID) + " has no stream");
+    }
+    vecStream.front()->DoOpenDataStream();
+    return vecStream.front();
+}

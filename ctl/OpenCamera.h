@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <boost/shared_ptr.hpp>
+
+#include "ctl/CameraOptions.h"
+#include "ctl/CameraTree.h"
+
+class IDataStream;
+
+namespace GenApi_3_0 {
+class INode;
+class INodeMap;
+}  // namespace GenApi_3_0
+
+/// The one camera of a command: found, opened, and closed again with the end of the object.
+class COpenCamera {
+public:
+    /// @param nAccessMode  one of DEVICE_ACCESS_FLAGS_LIST
+    /// @throws CCommandError  there is no such camera, or it can't be opened; says which camera and what to try
+    COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccessMode);
+
+    const CAMERA& GetCamera() const { return m_objCamera; }
+    const boost::shared_ptr<IDevice>& GetDevice() const { return m_objCamera.pDevice; }
+
+    /// The camera's own node map.
+    GenApi_3_0::INodeMap& GetNodeMap() const;
+    /// @throws CCommandError  the camera has no such feature; suggests others
+    GenApi_3_0::INode& GetFeature(const std::string& strName) const;
+    /// Opens the camera's first stream.
+    /// @throws CCommandError  it has none
+    boost::shared_ptr<IDataStream> OpenStream() const;
+
+private:
+    CCameraTree m_objTree;  // closes the camera
+    CAMERA m_objCamera;
+};

@@ -1,0 +1,175 @@
+#include "ctl/RecoverCommand.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <ostream>
+#include <span>
+#include <thread>
+#include <vector>
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QNetworkInterface>
+#include <QString>
+#include <QUdpSocket>
+
+#include "app/RecoveryBroadcast.h"
+#include "app/RecoveryPackets.h"
+#include "ctl/AddressText.h"
+#include "ctl/CameraTree.h"
+#include "ctl/Table.h"
+#include "support/Address.h"
+
+namespace {
+
+// One look for the camera; looks follow each other until the time is over.
+constexpr std::chrono::milliseconds kLookTime{1000};
+
+std::uint64_t MACOf(const RECOVER_OPTIONS& objOptions) {
+    const std::optional<std::uint64_t> nMAC = ParseMAC(objOptions.strMAC);
+    if (!nMAC) {
+        throw CCommandError(EXIT_CODE::Usage, Printable(objOptions.strMAC) +
+                                                  ": not a MAC. It has six pairs of digits, as in 02-5E-17-00-AD-EA");
+    }
+    return *nMAC;
+}
+
+/// An address that a camera can have: no network 0, no loopback, no multicast or broadcast.
+std::uint32_t AddressOf(const RECOVER_OPTIONS& objOptions) {
+    constexpr std::uint32_t kLoopback = 127;
+    constexpr std::uint32_t kFirstMulticast = 224;
+    const std::optional<std::uint32_t> nAddress = ParseAddress(objOptions.strAddress);
+    const std::uint32_t nFirst = nAddress.value_or(0) >> 24;
+    if (nFirst == 0 || nFirst == kLoopback || nFirst >= kFirstMulticast) {
+        throw CCommandError(EXIT_CODE::Usage, Printable(objOptions.strAddress) +
+                                                  ": not an address that a camera can have, such as 192.168.1.20");
+    }
+    return *nAddress;
+}
+
+void WritePacket(std::ostream& objOut, const char* pTitle, std::span<const std::uint8_t> vecBytes) {
+    constexpr std::size_t kBytesInLine = 16;
+    objOut << pTitle << ", " << vecBytes.size() << " bytes to 255.255.255.255 port 3956\n";
+    for (std::size_t nOffset = 0; nOffset < vecBytes.size(); nOffset += kBytesInLine) {
+        const std::span<const std::uint8_t> vecLine =
+            vecBytes.subspan(nOffset, std::min(kBytesInLine, vecBytes.size() - nOffset));
+        const QByteArray arrLine(reinterpret_cast<const char*>(vecLine.data()), static_cast<qsizetype>(vecLine.size()));
+        objOut << "  " << QByteArray::number(static_cast<qulonglong>(nOffset), 16).rightJustified(4, '0').toStdString()
+               << "  " << arrLine.toHex(' ').toStdString() << '\n';
+    }
+}
+
+/// Keeps Qt's own messages from the user: that the socket stays with its first address is told of every other.
+class CQuietQt {
+public:
+    CQuietQt() : m_fnBefore(qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {})) {}
+    ~CQuietQt() { qInstallMessageHandler(m_fnBefore); }
+    CQuietQt(const CQuietQt&) = delete;
+    CQuietQt& operator=(const CQuietQt&) = delete;
+
+private:
+    QtMessageHandler m_fnBefore;
+};
+
+/// The adapters on which the pair goes out, but for the loopback, which has no cameras.
+std::vector<std::string> BroadcastingAdapters() {
+    std::vector<std::string> vecName;
+    for (const QNetworkInterface& objInterface : QNetworkInterface::allInterfaces()) {
+        const QList<QNetworkAddressEntry> listEntry = objInterface.addressEntries();
+        const bool bBroadcasts =
+            std::any_of(listEntry.begin(), listEntry.end(),
+                        [](const QNetworkAddressEntry& objEntry) { return !objEntry.broadcast().isNull(); });
+        if (bBroadcasts && !objInterface.flags().testFlag(QNetworkInterface::IsLoopBack)) {
+            vecName.push_back(objInterface.name().toStdString());
+        }
+    }
+    return vecName;
+}
+
+void Send(const RECOVERY_PACKETS& objPackets, std::ostream& objErr) {
+    const std::vector<std::string> vecAdapter = BroadcastingAdapters();
+    if (vecAdapter.empty()) {
+        throw CCommandError(
+            EXIT_CODE::Failure,
+            "nothing was sent: no adapter has an IPv4 address with a broadcast address. Give one to the "
+            "camera's adapter: sudo ip address add 169.254.1.1/16 broadcast + dev ADAPTER");
+    }
+    // A socket wants an application in the process. The window has one; here it lives for the sending.
+    const CQuietQt objQuiet;
+    int nArguments = 1;
+    char arrName[] = "norvikctl";
+    char* pArguments[] = {arrName, nullptr};
+    const QCoreApplication objApplication(nArguments, pArguments);
+    QUdpSocket objSocket;
+    SendRecoveryPackets(objSocket, objPackets);
+    objErr << "Sent on ";
+    for (const std::string& strAdapter : vecAdapter) {
+        objErr << (strAdapter == vecAdapter.front() ? "" : ", ") << strAdapter;
+    }
+    objErr << ".\n";
+}
+
+/// @return where the camera is in the list: the record that has the address, if there is one
+std::optional<CAMERA> Find(const std::vector<CAMERA>& vecCamera, std::uint64_t nMAC, std::uint32_t nAddress) {
+    std::optional<CAMERA> objFound;
+    for (const CAMERA& objCamera : vecCamera) {
+        if (objCamera.nMAC == nMAC && (!objFound || objCamera.nAddress == nAddress)) {
+            objFound = objCamera;
+        }
+    }
+    return objFound;
+}
+
+EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, std::chrono::milliseconds nWait,
+                  const COMMAND_OUTPUT& objOutput) {
+    const auto nEnd = std::chrono::steady_clock::now() + nWait;
+    objOutput.objErr << "Looking for the camera, for up to " << std::chrono::ceil<std::chrono::seconds>(nWait).count()
+                     << " s.\n";
+    CCameraTree objTree;
+    std::optional<CAMERA> objLast;  // where it was when it last answered
+    do {
+        const auto nEndOfLook = std::min(std::chrono::steady_clock::now() + kLookTime, nEnd);
+        objTree.Update(std::chrono::ceil<std::chrono::milliseconds>(nEndOfLook - std::chrono::steady_clock::now()));
+        const std::optional<CAMERA> objFound = Find(objTree.GetCameras(), nMAC, nAddress);
+        if (objFound && objFound->nAddress == nAddress) {
+            objOutput.objOut << Printable(objFound->strID) << " is at " << IPToString(nAddress) << " on "
+                             << Printable(objFound->objAdapter.strName) << " (" << GetStateText(*objFound) << ")\n";
+            return EXIT_CODE::Success;
+        }
+        objLast = objFound ? objFound : objLast;
+        std::this_thread::sleep_until(nEndOfLook);  // a producer without an adapter doesn't wait
+    } while (std::chrono::steady_clock::now() < nEnd);
+
+    if (objLast && objLast->nAddress) {
+        objOutput.objErr << "The camera answers, but at " << IPToString(*objLast->nAddress) << " on "
+                         << Printable(objLast->objAdapter.strName)
+                         << ": its firmware may not know the recovery command.\n";
+    } else {
+        objOutput.objErr << "No camera with the MAC " << MACToString(nMAC)
+                         << " answered. Is the MAC right, the camera on? \"norvikctl doctor\" looks for what may "
+                            "keep its answer away; \"norvikctl list\" looks again.\n";
+    }
+    return EXIT_CODE::Incomplete;
+}
+
+}  // namespace
+
+EXIT_CODE RunRecover(const RECOVER_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    const std::uint64_t nMAC = MACOf(objOptions);
+    const std::uint32_t nAddress = AddressOf(objOptions);
+    const std::optional<RECOVERY_PACKETS> objPackets =
+        FillRecoveryPackets(QString::fromStdString(MACToString(nMAC)), QString::fromStdString(IPToString(nAddress)));
+    if (!objPackets) {
+        throw CCommandError(EXIT_CODE::Usage, objOptions.strAddress + ": not an address to recover a camera to");
+    }
+    if (objOptions.bDryRun) {
+        WritePacket(objOutput.objOut, "Recovery command 0x9000", objPackets->ForceIPEx);
+        WritePacket(objOutput.objOut, "FORCEIP_CMD with 0.0.0.0, 200 ms later", objPackets->ForceIP);
+        objOutput.objErr << "Nothing was sent.\n";
+        return EXIT_CODE::Success;
+    }
+    Send(*objPackets, objOutput.objErr);
+    return objOptions.nWait.count() > 0 ? LookFor(nMAC, nAddress, objOptions.nWait, objOutput) : EXIT_CODE::Success;
+}

@@ -1,0 +1,409 @@
+#include "producer/stream/Reassembly.h"
+
+#include <algorithm>
+
+#include "gev/GvspAllIn.h"
+
+namespace producer {
+
+using gev::EGvcpStatus;
+using gev::EGvspFormat;
+using gev::GVSP_HEADER;
+
+namespace {
+
+constexpr std::uint16_t kErrorBit = 0x8000;  // of a status
+
+/// How far a block lies behind the newest, in the numbering that skips 0.
+std::uint64_t GetDistance(std::uint64_t nFrom, std::uint64_t nTo, bool bExtendedIDs) {
+    return bExtendedIDs ? nTo - nFrom : (nTo + gev::kGvspHighestBlockID - nFrom) % gev::kGvspHighestBlockID;
+}
+
+/// Distances beyond this one are backwards.
+std::uint64_t GetHalf(bool bExtendedIDs) {
+    return bExtendedIDs ? std::uint64_t{1} << 63 : gev::kGvspHighestBlockID / 2;
+}
+
+}  // namespace
+
+CReassembly::CReassembly(IBlockSink& objSink, const REASSEMBLY_SETTINGS& objSettings)
+    : m_objSink(objSink), m_objSettings(objSettings) {
+    m_vecBlock.reserve(kMostBlocks);
+    for (std::size_t i = 0; i < kMostBlocks; ++i) {
+        m_vecBlock.push_back(std::make_unique<CBlock>());
+    }
+}
+
+void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint objNow) {
+    GVSP_HEADER objHeader;
+    std::span<const std::byte> arrBody;
+    if (!gev::DecodeGvspHeader(arrPacket, objHeader, arrBody) || objHeader.BlockID == gev::kGvspTestBlockID) {
+        ++m_objStatistics.PacketsRefused;
+        return;
+    }
+    CBlock* const pBlock = m_pCurrent != nullptr && m_pCurrent->GetBlockID() == objHeader.BlockID &&
+                                   m_bExtendedIDs == objHeader.ExtendedIDs
+                               ? m_pCurrent
+                               : FindBlock(objHeader, arrBody, objNow);
+    if (pBlock == nullptr || !Provide(*pBlock, objHeader, arrBody)) {
+        return;
+    }
+    m_pCurrent = pBlock;
+    const PACKET_EFFECT eEffect = Place(*pBlock, objHeader, arrBody, objNow);
+    Count(eEffect, objHeader);
+    if (eEffect == PACKET_EFFECT::Placed) {
+        ++m_nClock;
+        pBlock->m_objLastArrival = objNow;
+        pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent());
+        if (pBlock->IsSettled()) {
+            pBlock->m_bDone = true;
+            DeliverDone();
+        }
+    }
+}
+
+/// The block of a packet; null when it is of no use any more, which is counted here.
+CBlock* CReassembly::FindBlock(const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody, TimePoint objNow) {
+    if (!m_bStarted || m_bExtendedIDs != objHeader.ExtendedIDs) {
+        return Restart(objHeader, objNow);
+    }
+    for (std::size_t i = m_nUnderWay; i-- > 0;) {
+        if (m_vecBlock[i]->GetBlockID() == objHeader.BlockID) {
+            return m_vecBlock[i].get();
+        }
+    }
+    const std::uint64_t nLeap = GetDistance(m_nNewestID, objHeader.BlockID, m_bExtendedIDs);
+    if (nLeap == 0 || nLeap > GetHalf(m_bExtendedIDs)) {
+        return FindOlder(objHeader, arrBody, GetDistance(objHeader.BlockID, m_nNewestID, m_bExtendedIDs), objNow);
+    }
+    return nLeap > kLargestLeap ? Restart(objHeader, objNow) : BeginNewest(objHeader, nLeap, objNow);
+}
+
+/// A packet behind the newest block, of none that is under way: late, or the first after the camera began anew.
+CBlock* CReassembly::FindOlder(const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody, std::uint64_t nBack,
+                               TimePoint objNow) {
+    if (nBack >= kRemembered) {
+        return Restart(objHeader, objNow);
+    }
+    const REMEMBERED* const pRemembered = FindRemembered(m_nNewestSerial - nBack);
+    gev::GVSP_LEADER objLeader;
+    const bool bLeader = objHeader.Format == EGvspFormat::Leader || objHeader.Format == EGvspFormat::AllIn;
+    if (bLeader && !objHeader.IsResent() && gev::DecodeLeader(arrBody, objLeader) &&
+        (pRemembered == nullptr || (pRemembered->Timestamp != 0 && pRemembered->Timestamp != objLeader.Timestamp))) {
+        // The same number, another moment: acquisition was started again on the camera's side.
+        return Restart(objHeader, objNow);
+    }
+    m_objStatistics.PacketsDuplicate += pRemembered != nullptr && pRemembered->Dropped ? 0 : 1;
+    return nullptr;
+}
+
+CBlock* CReassembly::Restart(const GVSP_HEADER& objHeader, TimePoint objNow) {
+    Finish(true);
+    if (!m_bStarted || m_bExtendedIDs != objHeader.ExtendedIDs) {
+        m_nPayload =
+            std::max<std::size_t>(gev::GetPayloadPerPacket(m_objSettings.PacketSize, objHeader.ExtendedIDs), 1);
+        m_nPredictedTrailerID = 0;
+    }
+    m_bStarted = true;
+    m_bExtendedIDs = objHeader.ExtendedIDs;
+    m_arrRemembered.fill({});
+    m_nNewestID = objHeader.BlockID;
+    m_nNewestSerial = kRemembered;  // so that what lies before it has serials too
+    return &Insert(m_nNewestID, m_nNewestSerial, objNow);
+}
+
+/// A block ahead of all others. Those that were left out between get their places too: their packets may be under way.
+CBlock* CReassembly::BeginNewest(const GVSP_HEADER& objHeader, std::uint64_t nLeap, TimePoint objNow) {
+    if (nLeap > kMostBlocks) {
+        const std::uint64_t nLost = nLeap - 1;
+        m_objStatistics.BlocksLost += nLost;
+        for (std::uint64_t i = nLost - std::min(nLost, kRemembered); i < nLost; ++i) {
+            Remember({m_nNewestSerial + 1 + i, 0, false});
+        }
+        m_nNewestSerial += nLeap;
+        m_nNewestID = objHeader.BlockID;
+        return &Insert(m_nNewestID, m_nNewestSerial, objNow);
+    }
+    while (m_nNewestID != objHeader.BlockID) {
+        m_nNewestID = gev::NextBlockID(m_nNewestID, m_bExtendedIDs);
+        Insert(m_nNewestID, ++m_nNewestSerial, objNow);
+    }
+    return m_vecBlock[m_nUnderWay - 1].get();
+}
+
+CBlock& CReassembly::Insert(std::uint64_t nBlockID, std::uint64_t nSerial, TimePoint objNow) {
+    if (m_nUnderWay == kMostBlocks) {
+        DeliverOldest(true);
+    }
+    CBlock& objBlock = *m_vecBlock[m_nUnderWay++];
+    objBlock.Begin(nBlockID, nSerial, m_nPayload, m_nPredictedTrailerID > 2, objNow);
+    return objBlock;
+}
+
+/// Gets memory for a block of which the first packet has come. Without any, the block is dropped.
+bool CReassembly::Provide(CBlock& objBlock, const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody) {
+    if (objBlock.HasMemory()) {
+        return true;
+    }
+    if (!objBlock.m_bDone) {
+        if (const BLOCK_MEMORY objMemory = m_objSink.TakeMemory(); objMemory.Owner != nullptr) {
+            objBlock.SetMemory(objMemory);
+            return true;
+        }
+        ++m_objStatistics.BlocksUnderrun;
+        objBlock.m_bDropped = objBlock.m_bDone = true;
+        if (gev::GVSP_LEADER objLeader;
+            objHeader.Format == EGvspFormat::Leader && gev::DecodeLeader(arrBody, objLeader)) {
+            objBlock.TakeLeader(objLeader);  // by its time the block is known again
+        }
+    }
+    DeliverDone();
+    return false;
+}
+
+PACKET_EFFECT CReassembly::Place(CBlock& objBlock, const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
+                                 TimePoint objNow) {
+    if ((static_cast<std::uint16_t>(objHeader.Status) & kErrorBit) != 0) {
+        bool bWithData = false;
+        const PACKET_EFFECT eEffect = TakeStatus(objBlock, objHeader, bWithData, objNow);
+        if (!bWithData) {
+            return eEffect;
+        }
+    }
+    if (objHeader.PacketID > objBlock.GetNextID()) {
+        objBlock.PassOver(objHeader.PacketID, m_nClock, objNow + m_objSettings.ReorderTime);
+    }
+    switch (objHeader.Format) {
+        case EGvspFormat::Leader: {
+            gev::GVSP_LEADER objLeader;
+            return objHeader.PacketID == gev::kGvspLeaderPacketID && gev::DecodeLeader(arrBody, objLeader)
+                       ? objBlock.TakeLeader(objLeader)
+                       : PACKET_EFFECT::Refused;
+        }
+        case EGvspFormat::Trailer: {
+            gev::GVSP_TRAILER objTrailer;
+            return gev::DecodeTrailer(arrBody, objTrailer) ? objBlock.TakeTrailer(objHeader.PacketID, objTrailer)
+                                                           : PACKET_EFFECT::Refused;
+        }
+        case EGvspFormat::AllIn: {
+            gev::GVSP_ALL_IN objAllIn;
+            return gev::DecodeAllIn(arrBody, objAllIn)
+                       ? objBlock.TakeAllIn(objAllIn.Leader, objAllIn.Trailer, objAllIn.Data)
+                       : PACKET_EFFECT::Refused;
+        }
+        default:
+            // Formats that aren't known are delivered as they came, one packet behind the other.
+            return objBlock.TakePayload(objHeader.PacketID, arrBody);
+    }
+}
+
+/// A packet that carries a failure, most often the answer to a request that can't be met.
+PACKET_EFFECT CReassembly::TakeStatus(CBlock& objBlock, const GVSP_HEADER& objHeader, bool& bWithData,
+                                      TimePoint objNow) {
+    switch (objHeader.Status) {
+        case EGvcpStatus::PacketUnavailable:
+        case EGvcpStatus::PacketRemoved:
+            return objBlock.TakeUnavailable(objHeader.PacketID);
+        case EGvcpStatus::PacketAndPreviousRemoved: {
+            PACKET_EFFECT eEffect = objBlock.TakeUnavailable(objHeader.PacketID);
+            for (const PACKET_GAP& objGap : objBlock.GetGaps()) {
+                const std::uint32_t nEnd = std::min(objGap.Last, objHeader.PacketID);
+                for (std::uint32_t nPacketID = objGap.First; nPacketID < nEnd; ++nPacketID) {
+                    objBlock.TakeUnavailable(nPacketID);
+                }
+            }
+            return eEffect;
+        }
+        case EGvcpStatus::PacketNotYetAvailable:
+        case EGvcpStatus::PacketTemporarilyUnavailable:
+            for (PACKET_GAP& objGap : objBlock.GetGaps()) {
+                if (objGap.First <= objHeader.PacketID && objHeader.PacketID <= objGap.Last) {
+                    objGap.Due = std::max(objGap.Due, objNow + m_objSettings.ResendTimeout);
+                }
+            }
+            return PACKET_EFFECT::Duplicate;
+        default:
+            objBlock.SetFlawed();
+            bWithData = true;
+            return PACKET_EFFECT::Refused;
+    }
+}
+
+void CReassembly::Count(PACKET_EFFECT eEffect, const GVSP_HEADER& objHeader) {
+    const bool bError = (static_cast<std::uint16_t>(objHeader.Status) & kErrorBit) != 0;
+    if (eEffect == PACKET_EFFECT::Placed && bError) {
+        ++m_objStatistics.PacketsUnavailable;
+    } else if (eEffect == PACKET_EFFECT::Placed) {
+        ++m_objStatistics.Packets;
+        m_objStatistics.PacketsResent += objHeader.IsResent() ? 1 : 0;
+    } else if (eEffect == PACKET_EFFECT::Duplicate) {
+        m_objStatistics.PacketsDuplicate += bError ? 0 : 1;
+    } else {
+        ++m_objStatistics.PacketsRefused;
+    }
+}
+
+void CReassembly::Service(TimePoint objNow) {
+    std::uint32_t nRequests = 0;
+    for (std::size_t i = 0; i < m_nUnderWay; ++i) {
+        if (!m_vecBlock[i]->m_bDone) {
+            ServiceBlock(*m_vecBlock[i], objNow, nRequests);
+        }
+    }
+    DeliverDone();
+}
+
+void CReassembly::ServiceBlock(CBlock& objBlock, TimePoint objNow, std::uint32_t& nRequests) {
+    if (objNow - objBlock.m_objLastArrival >= m_objSettings.BlockTimeout) {
+        objBlock.m_bDone = true;
+        return;
+    }
+    NoticeTail(objBlock, objNow);
+    std::vector<PACKET_GAP>& vecGap = objBlock.GetGaps();
+    if (vecGap.empty()) {
+        return;
+    }
+    bool bHope = false;
+    std::size_t nKept = 0;
+    for (PACKET_GAP& objGap : vecGap) {
+        while (objGap.First <= objGap.Last && objBlock.IsSettled(objGap.First)) {
+            ++objGap.First;
+        }
+        if (objGap.First <= objGap.Last) {
+            bHope = ServiceGap(objBlock, objGap, objNow, nRequests) || bHope;
+            vecGap[nKept++] = objGap;
+        }
+    }
+    vecGap.resize(nKept);
+    if (nKept == 0 && !objBlock.HasTrailer() && objBlock.m_bTailNoticed) {
+        // What was asked for came, and the block goes on.
+        objBlock.m_bTailNoticed = false;
+    }
+    const bool bWholeSent = objBlock.HasTrailer() || (IsOvertaken(objBlock) && objBlock.m_bTailNoticed);
+    objBlock.m_bDone = objBlock.IsSettled() || (nKept != 0 && !bHope && bWholeSent);
+}
+
+/// Finds out that a block must have been sent to its end although its trailer hasn't come: the next one has begun, or
+/// nothing comes any more. In silence the camera may only be slow, and is asked for a single packet first.
+void CReassembly::NoticeTail(CBlock& objBlock, TimePoint objNow) {
+    if (objBlock.HasTrailer()) {
+        return;
+    }
+    const bool bSilent = m_objSettings.Resend && objNow - objBlock.m_objLastArrival >= m_objSettings.TailTime;
+    const bool bOvertaken = IsOvertaken(objBlock);
+    if (bOvertaken && !objBlock.m_bOvertaken) {
+        objBlock.m_bOvertaken = true;
+        objBlock.m_bTailNoticed = false;  // a probe that silence gave rise to is not enough any more
+    }
+    if (objBlock.m_bTailNoticed || !(bOvertaken || bSilent)) {
+        return;
+    }
+    const bool bWhole = bOvertaken || objBlock.m_bTailProbed;
+    const std::uint32_t nLast = bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
+    objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objNow + m_objSettings.ReorderTime : objNow);
+}
+
+/// Asks for what is due of a gap.
+/// @return whether more of it may come
+bool CReassembly::ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TimePoint objNow, std::uint32_t& nRequests) {
+    const bool bOutOfWindow = objGap.Asks == 0 && m_nClock - objGap.Noticed >= m_objSettings.ReorderWindow;
+    if (!bOutOfWindow && objNow < objGap.Due) {
+        return true;
+    }
+    if (!m_objSettings.Resend || objGap.Asks >= m_objSettings.MostResends) {
+        return false;
+    }
+    if (nRequests < kMostRequests) {
+        AskFor(objBlock, objGap, nRequests);
+        objGap.Due = objNow + m_objSettings.ResendTimeout * (1U << std::min<std::uint32_t>(objGap.Asks, 16));
+        ++objGap.Asks;
+    }
+    return true;
+}
+
+/// One request for each run of packets of the gap that are still missing.
+void CReassembly::AskFor(const CBlock& objBlock, const PACKET_GAP& objGap, std::uint32_t& nRequests) {
+    std::uint32_t nFirst = objGap.First;
+    while (nFirst <= objGap.Last && nRequests < kMostRequests) {
+        std::uint32_t nLast = nFirst;
+        while (nLast < objGap.Last && !objBlock.IsSettled(nLast + 1)) {
+            ++nLast;
+        }
+        m_objSink.RequestResend(objBlock.GetBlockID(), nFirst, nLast, m_bExtendedIDs);
+        ++m_objStatistics.ResendRequests;
+        ++nRequests;
+        nFirst = nLast + 1;
+        while (nFirst <= objGap.Last && objBlock.IsSettled(nFirst)) {
+            ++nFirst;
+        }
+    }
+}
+
+std::optional<CReassembly::TimePoint> CReassembly::GetNextDue() const {
+    std::optional<TimePoint> objNext;
+    for (std::size_t i = 0; i < m_nUnderWay; ++i) {
+        CBlock& objBlock = *m_vecBlock[i];
+        if (objBlock.m_bDone) {
+            continue;
+        }
+        TimePoint objDue = objBlock.m_objLastArrival + m_objSettings.BlockTimeout;
+        if (!objBlock.HasTrailer() && !objBlock.m_bTailNoticed && m_objSettings.Resend) {
+            objDue = std::min(objDue, objBlock.m_objLastArrival + m_objSettings.TailTime);
+        }
+        const bool bWholeSent = objBlock.HasTrailer() || IsOvertaken(objBlock);
+        for (const PACKET_GAP& objGap : objBlock.GetGaps()) {
+            // A gap that nothing more is done for waits for the block's end or for the block's own time to be over.
+            if (bWholeSent || (m_objSettings.Resend && objGap.Asks < m_objSettings.MostResends)) {
+                objDue = std::min(objDue, objGap.Due);
+            }
+        }
+        objNext = objNext ? std::min(*objNext, objDue) : objDue;
+    }
+    return objNext;
+}
+
+void CReassembly::Finish(bool bDeliver) {
+    while (m_nUnderWay != 0) {
+        DeliverOldest(bDeliver);
+    }
+}
+
+void CReassembly::DeliverDone() {
+    while (m_nUnderWay != 0 && m_vecBlock.front()->m_bDone) {
+        DeliverOldest(true);
+    }
+}
+
+void CReassembly::DeliverOldest(bool bDeliver) {
+    CBlock& objBlock = *m_vecBlock.front();
+    if (m_pCurrent == &objBlock) {
+        m_pCurrent = nullptr;
+    }
+    const FINISHED_BLOCK objResult = objBlock.GetResult(m_nPredictedTrailerID);
+    if (!objBlock.HasMemory()) {
+        m_objStatistics.BlocksLost += objBlock.m_bDropped ? 0 : 1;
+        m_objStatistics.PacketsMissing += objBlock.m_bDropped ? 0 : objResult.PacketsMissing;
+    } else if (!bDeliver) {
+        m_objSink.ReturnMemory(objBlock.GetMemory());
+    } else {
+        ++m_objStatistics.BlocksDelivered;
+        m_objStatistics.BlocksIncomplete += objResult.IsIncomplete ? 1 : 0;
+        m_objStatistics.PacketsMissing += objResult.PacketsMissing;
+        m_objSink.DeliverBlock(objResult);
+    }
+    if (!objResult.IsIncomplete && objBlock.HasMemory()) {
+        m_nPredictedTrailerID = objBlock.GetTrailerID(0);
+        m_nPayload = m_nPredictedTrailerID > 2 ? objBlock.GetPayload() : m_nPayload;
+    }
+    Remember({objBlock.GetSerial(), objResult.HasLeader ? objResult.Leader.Timestamp : 0, objBlock.m_bDropped});
+    std::rotate(m_vecBlock.begin(), m_vecBlock.begin() + 1,
+                m_vecBlock.begin() + static_cast<std::ptrdiff_t>(m_nUnderWay));
+    --m_nUnderWay;
+}
+
+const CReassembly::REMEMBERED* CReassembly::FindRemembered(std::uint64_t nSerial) const {
+    const REMEMBERED& objRemembered = m_arrRemembered[nSerial % kRemembered];
+    return objRemembered.Serial == nSerial ? &objRemembered : nullptr;
+}
+
+}  // namespace producer

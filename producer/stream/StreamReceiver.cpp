@@ -1,0 +1,82 @@
+#include "producer/stream/StreamReceiver.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "producer/ProducerError.h"
+
+namespace producer {
+
+namespace {
+
+constexpr std::chrono::milliseconds kIdleWait{128};
+
+}  // namespace
+
+CStreamReceiver::CStreamReceiver(CStreamSocket& objSocket, IBlockSink& objSink, const REASSEMBLY_SETTINGS& objSettings)
+    : m_objSocket(objSocket), m_objReassembly(objSink, objSettings), m_bResend(objSettings.Resend) {
+    if (!m_objThread.Start(this, &CStreamReceiver::RunThread, kPriorityTimeCritical)) {
+        throw CProducerError(GC_ERR_RESOURCE_EXHAUSTED, "the system has no thread left to receive images on");
+    }
+}
+
+CStreamReceiver::~CStreamReceiver() {
+    Stop(false);
+}
+
+void CStreamReceiver::Stop(bool bDeliver) noexcept {
+    if (m_bStop.exchange(true)) {
+        return;
+    }
+    m_objSocket.Shutdown();
+    m_objThread.Join();
+    m_objReassembly.Finish(bDeliver);
+    const std::lock_guard objLock(m_mtxStatistics);
+    m_objStatistics = m_objReassembly.GetStatistics();
+}
+
+STREAM_STATISTICS CStreamReceiver::GetStatistics() const {
+    const std::lock_guard objLock(m_mtxStatistics);
+    return m_objStatistics;
+}
+
+std::uint32_t CStreamReceiver::RunThread(void* pArg) noexcept {
+    static_cast<CStreamReceiver*>(pArg)->Run();
+    return 0;
+}
+
+void CStreamReceiver::Run() {
+    StreamClock::time_point objNow = StreamClock::now();
+    while (!m_bStop) {
+        const std::span<const RECEIVED_PACKETS> arrReceived = m_objSocket.Receive(GetWait(objNow));
+        objNow = StreamClock::now();
+        m_objReassembly.SetResend(m_bResend);
+        Take(arrReceived, objNow);
+        m_objReassembly.Service(objNow);
+        const std::lock_guard objLock(m_mtxStatistics);
+        m_objStatistics = m_objReassembly.GetStatistics();
+    }
+}
+
+void CStreamReceiver::Take(std::span<const RECEIVED_PACKETS> arrReceived, StreamClock::time_point objNow) {
+    for (const RECEIVED_PACKETS& objReceived : arrReceived) {
+        for (std::span<const std::byte> arrRest = objReceived.Bytes; !arrRest.empty();) {
+            const std::size_t nLength = std::min(arrRest.size(), objReceived.PacketLength);
+            m_objReassembly.TakePacket(arrRest.first(nLength), objNow);
+            arrRest = arrRest.subspan(nLength);
+        }
+    }
+}
+
+/// Until something is due, roughly: telling the kernel another wait costs a call, so there are only few different ones.
+std::chrono::milliseconds CStreamReceiver::GetWait(StreamClock::time_point objNow) const {
+    const std::optional<StreamClock::time_point> objDue = m_objReassembly.GetNextDue();
+    if (!objDue) {
+        return kIdleWait;
+    }
+    const auto objLeft = std::chrono::duration_cast<std::chrono::milliseconds>(*objDue - objNow);
+    const auto nLeft = static_cast<std::uint64_t>(std::clamp<std::int64_t>(objLeft.count(), 1, kIdleWait.count()));
+    return std::chrono::milliseconds(std::bit_floor(nLeft));
+}
+
+}  // namespace producer

@@ -1,0 +1,280 @@
+// Images of a camera at the other end of the cable, through the C interface of the library.
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "camera/FeatureAddress.h"
+#include "camera/TestImage.h"
+#include "gev/BigEndian.h"
+#include "gev/Bootstrap.h"
+#include "tests/camera/RunningCamera.h"
+#include "tests/producer/entries/ProducerTest.h"
+
+namespace {
+
+constexpr std::uint64_t kLongEnough = 5000;
+
+/// What came of one acquisition.
+struct ACQUIRED {
+    std::size_t Frames = 0;
+    std::size_t Incomplete = 0;
+    std::size_t Wrong = 0;  ///< complete by their own account, and not as the camera drew them
+    std::size_t Chunks = 0;
+};
+
+class ProducerStream : public ProducerTest {
+protected:
+    void Plug(const camera::STREAM_FAULTS& objFaults) {
+        camera::CAMERA_CONFIGURATION objConfiguration;
+        objConfiguration.Interface = "far0";
+        objConfiguration.IP = camera::ParseIPSetting("10.1.0.2/24");
+        objConfiguration.Faults.Stream = objFaults;
+        m_pCamera = std::make_unique<CRunningCamera>(*m_objFar, objConfiguration);
+        m_hTL = OpenSystem();
+        m_hInterface = OpenInterface(m_hTL);
+        ASSERT_EQ(Lib().IFOpenDevice(m_hInterface, "IP::10.1.0.2", DEVICE_ACCESS_CONTROL, &m_hDevice), GC_ERR_SUCCESS)
+            << LastError();
+        ASSERT_EQ(Lib().DevGetPort(m_hDevice, &m_hPort), GC_ERR_SUCCESS) << LastError();
+        char szId[64] = {};
+        size_t nSize = sizeof(szId);
+        ASSERT_EQ(Lib().DevGetDataStreamID(m_hDevice, 0, szId, &nSize), GC_ERR_SUCCESS);
+        ASSERT_EQ(Lib().DevOpenDataStream(m_hDevice, szId, &m_hStream), GC_ERR_SUCCESS) << LastError();
+        ASSERT_EQ(Lib().GCRegisterEvent(m_hStream, EVENT_NEW_BUFFER, &m_hEvent), GC_ERR_SUCCESS) << LastError();
+        Write(camera::address::kWidth, m_objFormat.Width);
+        Write(camera::address::kHeight, m_objFormat.Height);
+    }
+
+    void TearDown() override {
+        ProducerTest::TearDown();
+        m_pCamera.reset();
+    }
+
+    void Write(std::uint64_t nAddress, std::uint32_t nValue) {
+        std::array<std::byte, 4> arrValue{};
+        gev::Put32(arrValue, 0, nValue);
+        size_t nSize = 4;
+        EXPECT_EQ(Lib().GCWritePort(m_hPort, nAddress, arrValue.data(), &nSize), GC_ERR_SUCCESS) << LastError();
+    }
+
+    std::uint32_t Read(std::uint64_t nAddress) {
+        std::array<std::byte, 4> arrValue{};
+        size_t nSize = 4;
+        EXPECT_EQ(Lib().GCReadPort(m_hPort, nAddress, arrValue.data(), &nSize), GC_ERR_SUCCESS) << LastError();
+        return gev::Get32(arrValue, 0);
+    }
+
+    template <class Value>
+    Value BufferInfo(BUFFER_HANDLE hBuffer, BUFFER_INFO_CMD nCommand) {
+        Value nValue{};
+        size_t nSize = sizeof nValue;
+        INFO_DATATYPE nType = 0;
+        EXPECT_EQ(Lib().DSGetBufferInfo(m_hStream, hBuffer, nCommand, &nType, &nValue, &nSize), GC_ERR_SUCCESS)
+            << nCommand << " " << LastError();
+        return nValue;
+    }
+
+    template <class Value>
+    Value StreamInfo(STREAM_INFO_CMD nCommand) {
+        Value nValue{};
+        size_t nSize = sizeof nValue;
+        INFO_DATATYPE nType = 0;
+        EXPECT_EQ(Lib().DSGetInfo(m_hStream, nCommand, &nType, &nValue, &nSize), GC_ERR_SUCCESS)
+            << nCommand << " " << LastError();
+        return nValue;
+    }
+
+    void StartWith(std::size_t nBuffers) {
+        const std::size_t nSize = Read(camera::address::kPayloadSize);
+        m_vecMemory.assign(nBuffers, std::vector<std::byte>(nSize));
+        for (auto& vecMemory : m_vecMemory) {
+            BUFFER_HANDLE hBuffer = nullptr;
+            ASSERT_EQ(Lib().DSAnnounceBuffer(m_hStream, vecMemory.data(), nSize, &vecMemory, &hBuffer), GC_ERR_SUCCESS)
+                << LastError();
+        }
+        ASSERT_EQ(Lib().DSFlushQueue(m_hStream, ACQ_QUEUE_ALL_TO_INPUT), GC_ERR_SUCCESS) << LastError();
+        ASSERT_EQ(Lib().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, GENTL_INFINITE), GC_ERR_SUCCESS)
+            << LastError();
+    }
+
+    /// Takes frames until so many came or none comes any more, and compares each with what the camera draws.
+    ACQUIRED Acquire(std::size_t nFrames, std::uint64_t nTimeoutMs = kLongEnough) {
+        const camera::CTestImage objImage(m_objFormat);
+        std::vector<std::byte> vecExpected(objImage.GetSize());
+        ACQUIRED objAcquired;
+        for (EVENT_NEW_BUFFER_DATA objData{}; objAcquired.Frames < nFrames; ++objAcquired.Frames) {
+            size_t nSize = sizeof objData;
+            if (Lib().EventGetData(m_hEvent, &objData, &nSize, nTimeoutMs) != GC_ERR_SUCCESS) {
+                break;
+            }
+            const auto& vecMemory = *static_cast<const std::vector<std::byte>*>(objData.pUserPointer);
+            if (BufferInfo<bool8_t>(objData.BufferHandle, BUFFER_INFO_IS_INCOMPLETE) != 0) {
+                ++objAcquired.Incomplete;
+            } else {
+                objImage.Draw(objImage.ReadFrameNumber(vecMemory), vecExpected);
+                const bool bExact = std::equal(vecExpected.begin(), vecExpected.end(), vecMemory.begin());
+                objAcquired.Wrong += bExact && IsTold(objData.BufferHandle) ? 0 : 1;
+                size_t nChunks = 0;
+                EXPECT_EQ(Lib().DSGetBufferChunkData(m_hStream, objData.BufferHandle, nullptr, &nChunks),
+                          GC_ERR_SUCCESS)
+                    << LastError();
+                objAcquired.Chunks += nChunks;
+            }
+            EXPECT_EQ(Lib().DSQueueBuffer(m_hStream, objData.BufferHandle), GC_ERR_SUCCESS) << LastError();
+        }
+        return objAcquired;
+    }
+
+    bool IsTold(BUFFER_HANDLE hBuffer) {
+        return BufferInfo<size_t>(hBuffer, BUFFER_INFO_WIDTH) == m_objFormat.Width &&
+               BufferInfo<size_t>(hBuffer, BUFFER_INFO_HEIGHT) == m_objFormat.Height &&
+               BufferInfo<std::uint64_t>(hBuffer, BUFFER_INFO_PIXELFORMAT) == 0x01080001 &&
+               BufferInfo<size_t>(hBuffer, BUFFER_INFO_PAYLOADTYPE) == PAYLOAD_TYPE_IMAGE &&
+               BufferInfo<std::uint64_t>(hBuffer, BUFFER_INFO_TIMESTAMP) != 0 &&
+               BufferInfo<std::uint64_t>(hBuffer, BUFFER_INFO_TIMESTAMP_NS) != 0;
+    }
+
+    void SetRate(float nRate) {
+        std::uint32_t nBits = 0;
+        std::memcpy(&nBits, &nRate, sizeof nBits);
+        Write(camera::address::kAcquisitionFrameRate, nBits);
+    }
+
+    void StopAndRevoke() {
+        Write(camera::address::kAcquisitionStop, 1);
+        EXPECT_EQ(Lib().DSStopAcquisition(m_hStream, ACQ_STOP_FLAGS_KILL), GC_ERR_SUCCESS) << LastError();
+        EXPECT_EQ(Lib().DSFlushQueue(m_hStream, ACQ_QUEUE_ALL_DISCARD), GC_ERR_SUCCESS) << LastError();
+        BUFFER_HANDLE hBuffer = nullptr;
+        while (Lib().DSGetBufferID(m_hStream, 0, &hBuffer) == GC_ERR_SUCCESS) {
+            void* pMemory = nullptr;
+            ASSERT_EQ(Lib().DSRevokeBuffer(m_hStream, hBuffer, &pMemory, nullptr), GC_ERR_SUCCESS) << LastError();
+            EXPECT_NE(pMemory, nullptr);
+        }
+        EXPECT_EQ(Read(gev::bootstrap::kStreamChannelPort.Address), 0u) << "the camera's channel is closed";
+    }
+
+    camera::IMAGE_FORMAT m_objFormat{640, 480};
+    std::unique_ptr<CRunningCamera> m_pCamera;
+    TL_HANDLE m_hTL = nullptr;
+    IF_HANDLE m_hInterface = nullptr;
+    DEV_HANDLE m_hDevice = nullptr;
+    PORT_HANDLE m_hPort = nullptr;
+    DS_HANDLE m_hStream = nullptr;
+    EVENT_HANDLE m_hEvent = nullptr;
+    std::vector<std::vector<std::byte>> m_vecMemory;
+};
+
+TEST_F(ProducerStream, ImagesComeExactWithEveryIdWidthWithChunksAndAgainAfterAStop) {
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    EXPECT_EQ(StreamInfo<std::uint32_t>(STREAM_INFO_ZR_OPTIMAL_PACKET_SIZE), 1500u);
+    SetRate(60);
+    for (const bool bWide : {false, true}) {
+        Write(gev::bootstrap::kGvspConfiguration.Address,
+              bWide ? gev::bootstrap::kGvspConfigurationExtendedBlockIDs : 0);
+        Write(camera::address::kChunkModeActive, bWide ? 1 : 0);
+        ASSERT_NO_FATAL_FAILURE(StartWith(8));
+        EXPECT_EQ(Lib().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1), GC_ERR_RESOURCE_IN_USE);
+        Write(camera::address::kAcquisitionStart, 1);
+        const ACQUIRED objAcquired = Acquire(20);
+        EXPECT_EQ(objAcquired.Frames, 20u);
+        EXPECT_EQ(objAcquired.Wrong + objAcquired.Incomplete, 0u);
+        EXPECT_EQ(objAcquired.Chunks != 0, bWide);
+        EXPECT_EQ(Read(gev::bootstrap::kStreamChannelPacketSize.Address) & gev::bootstrap::kPacketSizeMask, 1500u);
+        ASSERT_NO_FATAL_FAILURE(StopAndRevoke());
+    }
+}
+
+struct FAULTY_CASE {
+    const char* Name;
+    camera::STREAM_FAULTS Faults;
+    bool AllComplete;
+};
+
+class ProducerStreamWithFaults : public ProducerStream, public testing::WithParamInterface<FAULTY_CASE> {};
+
+TEST_P(ProducerStreamWithFaults, DeliversEveryFrameAndNoneIsWrongUnawares) {
+    constexpr std::size_t kFrames = 60;
+    ASSERT_NO_FATAL_FAILURE(Plug(GetParam().Faults));
+    SetRate(60);
+    ASSERT_NO_FATAL_FAILURE(StartWith(16));
+    Write(camera::address::kAcquisitionStart, 1);
+    const ACQUIRED objAcquired = Acquire(kFrames);
+    EXPECT_EQ(objAcquired.Frames, kFrames);
+    EXPECT_EQ(objAcquired.Wrong, 0u);
+    EXPECT_EQ(objAcquired.Incomplete == 0, GetParam().AllComplete) << objAcquired.Incomplete;
+    ASSERT_NO_FATAL_FAILURE(StopAndRevoke());
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, ProducerStreamWithFaults,
+                         testing::Values(FAULTY_CASE{"FiveInAHundredLost", {.Loss = 5}, true},
+                                         FAULTY_CASE{"BurstsLost", {.Loss = 1, .LossBurst = 32}, true},
+                                         FAULTY_CASE{
+                                             "LeadersAndTrailersLost", {.LostLeaders = 20, .LostTrailers = 20}, true},
+                                         FAULTY_CASE{"ReorderedAndDoubled", {.Duplicates = 10, .Reorder = 30}, true},
+                                         FAULTY_CASE{"WrongSizes", {.WrongSizes = 1}, true},
+                                         FAULTY_CASE{"ForeignPackets", {.Foreign = 10}, true},
+                                         FAULTY_CASE{"LossWithoutResend", {.Loss = 1, .NoResend = true}, false}),
+                         [](const auto& objInfo) { return objInfo.param.Name; });
+
+// By hand, in release: scripts/stream_endurance.sh.
+TEST_F(ProducerStream, DISABLED_TenThousandImagesAtTheLimitOfAGigabitLink) {
+    constexpr std::size_t kFrames = 10'000;
+    constexpr double kBytesASecond = 1e9 / 8;
+    m_objFar->Run("tc qdisc add dev far0 root tbf rate 1gbit burst 128kb latency 50ms");
+    m_objFormat = {1280, 1024};
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    const std::size_t nSize = Read(camera::address::kPayloadSize);
+    constexpr std::size_t kPayload = 1464;
+    const std::size_t nOnTheLink = nSize + (nSize / kPayload + 3) * (1514 - kPayload);  // with Ethernet headers
+    SetRate(static_cast<float>(0.99 * kBytesASecond / static_cast<double>(nOnTheLink)));
+    ASSERT_NO_FATAL_FAILURE(StartWith(16));
+    Write(camera::address::kAcquisitionStart, 1);
+    const auto objStart = std::chrono::steady_clock::now();
+    const ACQUIRED objAcquired = Acquire(kFrames);
+    const std::chrono::duration<double> objElapsed = std::chrono::steady_clock::now() - objStart;
+    std::printf("%zu images in %.1f s, %.3f of the link\n", objAcquired.Frames, objElapsed.count(),
+                static_cast<double>(objAcquired.Frames * nOnTheLink) / objElapsed.count() / kBytesASecond);
+    EXPECT_EQ(objAcquired.Frames, kFrames);
+    EXPECT_EQ(objAcquired.Incomplete, 0u);
+    EXPECT_EQ(objAcquired.Wrong, 0u);
+    EXPECT_EQ(StreamInfo<std::uint64_t>(STREAM_INFO_NUM_UNDERRUN), 0u);
+    ASSERT_NO_FATAL_FAILURE(StopAndRevoke());
+}
+
+TEST_F(ProducerStream, BuffersAreWhereTheQueueOperationsPutThem) {
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    std::byte arrMemory[64];
+    std::array<BUFFER_HANDLE, 2> arrBuffer{};
+    ASSERT_EQ(Lib().DSAnnounceBuffer(m_hStream, arrMemory, 64, nullptr, &arrBuffer[0]), GC_ERR_SUCCESS);
+    EXPECT_EQ(Lib().DSAnnounceBuffer(m_hStream, arrMemory, 64, nullptr, &arrBuffer[1]), GC_ERR_RESOURCE_IN_USE);
+    ASSERT_EQ(Lib().DSAllocAndAnnounceBuffer(m_hStream, 64, arrMemory, &arrBuffer[1]), GC_ERR_SUCCESS);
+    const struct {
+        ACQ_QUEUE_TYPE Operation;
+        std::size_t Queued;
+        std::size_t Output;
+    } arrStep[] = {{ACQ_QUEUE_UNQUEUED_TO_INPUT, 2, 0}, {ACQ_QUEUE_INPUT_TO_OUTPUT, 0, 2},
+                   {ACQ_QUEUE_ALL_TO_INPUT, 2, 0},      {ACQ_QUEUE_INPUT_TO_OUTPUT, 0, 2},
+                   {ACQ_QUEUE_OUTPUT_DISCARD, 0, 0},    {ACQ_QUEUE_ALL_TO_INPUT, 2, 0},
+                   {ACQ_QUEUE_ALL_DISCARD, 0, 0}};
+    for (const auto& objStep : arrStep) {
+        EXPECT_EQ(Lib().DSFlushQueue(m_hStream, objStep.Operation), GC_ERR_SUCCESS);
+        EXPECT_EQ(StreamInfo<std::size_t>(STREAM_INFO_NUM_QUEUED), objStep.Queued) << objStep.Operation;
+        EXPECT_EQ(StreamInfo<std::size_t>(STREAM_INFO_NUM_AWAIT_DELIVERY), objStep.Output) << objStep.Operation;
+    }
+    EXPECT_EQ(Lib().DSQueueBuffer(m_hStream, arrBuffer[0]), GC_ERR_SUCCESS);
+    EXPECT_EQ(Lib().DSQueueBuffer(m_hStream, arrBuffer[0]), GC_ERR_RESOURCE_IN_USE);
+    EXPECT_EQ(Lib().DSRevokeBuffer(m_hStream, arrBuffer[0], nullptr, nullptr), GC_ERR_BUSY);
+    void* pMemory = arrMemory;
+    void* pUser = nullptr;
+    EXPECT_EQ(Lib().DSRevokeBuffer(m_hStream, arrBuffer[1], &pMemory, &pUser), GC_ERR_SUCCESS);
+    EXPECT_EQ(pMemory, nullptr) << "the producer's own memory";
+    EXPECT_EQ(pUser, arrMemory);
+    EXPECT_EQ(Lib().DSQueueBuffer(m_hStream, arrBuffer[1]), GC_ERR_INVALID_HANDLE);
+}
+
+}  // namespace

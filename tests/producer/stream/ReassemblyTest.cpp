@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <random>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "gev/BigEndian.h"
+#include "gev/GvspHeader.h"
+#include "producer/stream/Reassembly.h"
+#include "tests/producer/stream/SimulatedStream.h"
+
+using namespace producer;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::uint64_t kLast16 = 0xFFFF;
+
+bool LosesNothing(std::size_t, std::size_t) {
+    return false;
+}
+
+/// How many frames came, how many of them complete and exact, in the order of their IDs.
+void ExpectAllExact(const CSimulatedStream& objStream, std::size_t nFrames) {
+    ASSERT_EQ(objStream.m_vecFrame.size(), nFrames);
+    std::uint64_t nID = objStream.m_vecFrame.front().BlockID;
+    for (const CSimulatedStream::FRAME& objFrame : objStream.m_vecFrame) {
+        EXPECT_TRUE(objFrame.IsExact && !objFrame.Block.IsIncomplete) << "block " << objFrame.BlockID;
+        EXPECT_EQ(objFrame.BlockID, nID);
+        nID = nID == kLast16 ? 1 : nID + 1;
+    }
+}
+
+struct LOSS_CASE {
+    std::string Name;
+    CSimulatedStream::CAMERA Camera;
+    std::function<bool(std::size_t, std::size_t)> Loses;
+};
+
+std::function<bool(std::size_t, std::size_t)> LosesAtRate(double dRate) {
+    return [objRandom = std::mt19937(7), objLoss = std::bernoulli_distribution(dRate)](
+               std::size_t, std::size_t) mutable { return objLoss(objRandom); };
+}
+
+/// The packets from a position on, of every third frame, the first time.
+std::function<bool(std::size_t, std::size_t)> LosesBurst(std::size_t nFrom, std::size_t nTo) {
+    return [=](std::size_t nFrame, std::size_t i) { return nFrame % 3 == 1 && i >= nFrom && i < nTo && nFrame < 30; };
+}
+
+std::vector<LOSS_CASE> LossCases() {
+    CSimulatedStream::CAMERA objShort;
+    CSimulatedStream::CAMERA objWide;
+    objWide.ExtendedIDs = true;
+    objWide.FirstBlockID = 0x1'0000'0000;
+    CSimulatedStream::CAMERA objWrap;
+    objWrap.FirstBlockID = kLast16 - 4;
+    CSimulatedStream::CAMERA objChunks;
+    objChunks.ChunkBytes = 300;
+    objChunks.PacketSize = 9000;
+    const std::size_t nPackets = CSimulatedStream(objShort, {}).GetPacketCount();
+    return {{"Nothing", objWide, LosesNothing},
+            {"NothingAtTheWrap", objWrap, LosesNothing},
+            {"NothingWithChunks", objChunks, LosesNothing},
+            {"OneInAThousand", objShort, LosesAtRate(0.001)},
+            {"OneInAHundred", objWide, LosesAtRate(0.01)},
+            {"FiveInAHundredAtTheWrap", objWrap, LosesAtRate(0.05)},
+            {"FiveInAHundredWithChunks", objChunks, LosesAtRate(0.05)},
+            {"Bursts", objShort, LosesBurst(20, 52)},
+            {"Leaders", objShort, LosesBurst(0, 1)},
+            {"Trailers", objChunks, LosesBurst(36, 37)},
+            {"EndsOfBlocks", objShort, LosesBurst(nPackets - 32, nPackets)},
+            {"WholeBlocks", objShort, LosesBurst(0, nPackets)}};
+}
+
+class ReassemblyOfLossyStream : public testing::TestWithParam<LOSS_CASE> {};
+
+TEST_P(ReassemblyOfLossyStream, EveryFrameIsCompleteWithResend) {
+    CSimulatedStream objStream(GetParam().Camera, {});
+    objStream.Send(30, GetParam().Loses);
+    ExpectAllExact(objStream, 30);
+    const STREAM_STATISTICS& objCounts = objStream.Reassembly().GetStatistics();
+    EXPECT_EQ(objCounts.PacketsMissing + objCounts.BlocksLost + objCounts.BlocksUnderrun, 0U);
+    EXPECT_EQ(objStream.m_nRequests == 0, objStream.m_nLostPackets == 0);
+    EXPECT_LE(objStream.m_nRequests, objStream.m_nLostPackets + objStream.m_nLostPackets / 5 + 1);
+}
+
+TEST_P(ReassemblyOfLossyStream, EveryGapIsCountedWithoutResend) {
+    CSimulatedStream objStream(GetParam().Camera, {.Resend = false});
+    objStream.Send(30, GetParam().Loses);
+    const STREAM_STATISTICS& objCounts = objStream.Reassembly().GetStatistics();
+    EXPECT_EQ(objCounts.PacketsMissing, objStream.m_nLostPackets);
+    EXPECT_EQ(objStream.m_nRequests, 0U);
+    EXPECT_EQ(objCounts.BlocksDelivered + objCounts.BlocksLost, 30U);
+    for (const CSimulatedStream::FRAME& objFrame : objStream.m_vecFrame) {
+        EXPECT_EQ(objFrame.Block.IsIncomplete, objFrame.Block.PacketsMissing != 0);
+        EXPECT_TRUE(objFrame.IsExact || objFrame.Block.IsIncomplete) << "block " << objFrame.BlockID;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Losses, ReassemblyOfLossyStream, testing::ValuesIn(LossCases()),
+                         [](const auto& objInfo) { return objInfo.param.Name; });
+
+TEST(Reassembly, ReorderedPacketsAreNotAskedFor) {
+    CSimulatedStream objStream({}, {});
+    std::vector<CSimulatedStream::Packet> vecPacket;
+    for (std::uint64_t nID = 1; nID <= 20; ++nID) {
+        std::ranges::move(objStream.MakeFrame(nID), std::back_inserter(vecPacket));
+    }
+    std::mt19937 objRandom(3);
+    for (std::size_t i = 0; i + 30 < vecPacket.size(); i += 31) {
+        std::shuffle(vecPacket.begin() + static_cast<std::ptrdiff_t>(i),
+                     vecPacket.begin() + static_cast<std::ptrdiff_t>(i + 31), objRandom);
+    }
+    for (const auto& arrPacket : vecPacket) {
+        objStream.Deliver(arrPacket);
+        objStream.Deliver(arrPacket);  // and each twice
+    }
+    EXPECT_EQ(objStream.m_nRequests, 0U);
+    EXPECT_GE(objStream.Reassembly().GetStatistics().PacketsDuplicate, vecPacket.size() - 20);
+    ExpectAllExact(objStream, 20);
+}
+
+TEST(Reassembly, CameraThatStopsInAFrameGetsAFewRequestsAndTheFrameIsDelivered) {
+    CSimulatedStream objStream({.AnswersResends = false}, {});
+    const auto vecPacket = objStream.MakeFrame(1);
+    for (std::size_t i = 0; i < 100; ++i) {
+        objStream.Deliver(vecPacket[i]);
+    }
+    objStream.Settle();
+    ASSERT_EQ(objStream.m_vecFrame.size(), 1U);
+    EXPECT_TRUE(objStream.m_vecFrame[0].Block.IsIncomplete);
+    EXPECT_EQ(objStream.m_vecFrame[0].Block.PacketsMissing, vecPacket.size() - 100);
+    EXPECT_LE(objStream.m_nRequests, 6U);
+    EXPECT_LE(objStream.m_objNow.time_since_epoch(), 1100ms);
+}
+
+TEST(Reassembly, PacketsThatTheCameraHasNoMoreAreNotWaitedFor) {
+    CSimulatedStream objStream({.AnswersResends = false}, {});
+    const auto vecPacket = objStream.MakeFrame(1);
+    for (std::size_t i = 0; i < vecPacket.size(); ++i) {
+        if (i != 50) {
+            objStream.Deliver(vecPacket[i]);
+        }
+    }
+    auto arrGone = vecPacket[50];
+    gev::Put16(arrGone, 0, static_cast<std::uint16_t>(gev::EGvcpStatus::PacketUnavailable));
+    arrGone.resize(gev::kGvspHeaderSize);
+    objStream.Deliver(arrGone);
+    ASSERT_EQ(objStream.m_vecFrame.size(), 1U);
+    EXPECT_EQ(objStream.m_vecFrame[0].Block.PacketsMissing, 1U);
+}
+
+TEST(Reassembly, NumberingThatBeginsAnewIsFollowed) {
+    CSimulatedStream objStream({}, {});
+    for (const std::uint64_t nFirst : {std::uint64_t{1}, std::uint64_t{30'000}, std::uint64_t{2}}) {
+        objStream.m_nNextID = nFirst;
+        objStream.Send(5, LosesNothing);
+    }
+    // Acquisition was stopped and started on the camera's side: the same numbers, other moments.
+    for (const std::uint64_t nID : {2, 3}) {
+        for (auto arrPacket : objStream.MakeFrame(nID)) {
+            if (gev::Get32(arrPacket, 4) == 0x0100'0000) {
+                gev::Put64(arrPacket, gev::kGvspHeaderSize + 4, 77);
+            }
+            objStream.Deliver(arrPacket);
+        }
+    }
+    EXPECT_EQ(objStream.m_vecFrame.size(), 17U);
+    EXPECT_TRUE(std::ranges::all_of(objStream.m_vecFrame, &CSimulatedStream::FRAME::IsExact));
+    EXPECT_EQ(objStream.Reassembly().GetStatistics().BlocksLost, 0U);
+}
+
+TEST(Reassembly, BlocksWithoutABufferAreCountedAndTheStreamGoesOn) {
+    CSimulatedStream objStream({}, {}, 1);
+    const auto vecFirst = objStream.MakeFrame(1);
+    const auto vecSecond = objStream.MakeFrame(2);
+    std::for_each(vecFirst.begin(), vecFirst.end() - 5, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    std::ranges::for_each(vecSecond, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    std::for_each(vecFirst.end() - 5, vecFirst.end(), [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    objStream.m_nNextID = 3;
+    objStream.Send(2, LosesNothing);
+    EXPECT_EQ(objStream.Reassembly().GetStatistics().BlocksUnderrun, 1U);
+    ASSERT_EQ(objStream.m_vecFrame.size(), 3U);
+    EXPECT_TRUE(std::ranges::all_of(objStream.m_vecFrame, &CSimulatedStream::FRAME::IsExact));
+}
+
+TEST(Reassembly, FrameLargerThanItsBufferIsCutAndSaysSo) {
+    CSimulatedStream objSmall({}, {});
+    CSimulatedStream objLarge({.SizeY = 500}, {});
+    for (const auto& arrPacket : objLarge.MakeFrame(1)) {
+        objSmall.Deliver(arrPacket);
+    }
+    ASSERT_EQ(objSmall.m_vecFrame.size(), 1U);
+    EXPECT_TRUE(objSmall.m_vecFrame[0].Block.IsLargerThanMemory);
+    EXPECT_TRUE(objSmall.m_vecFrame[0].Block.IsIncomplete);
+    EXPECT_TRUE(objSmall.m_vecFrame[0].IsExact);
+    EXPECT_EQ(objSmall.m_nRequests, 0U);
+}
+
+}  // namespace
