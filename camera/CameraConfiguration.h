@@ -1,11 +1,14 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "camera/Faults.h"
 
@@ -38,6 +41,8 @@ struct CAMERA_CONFIGURATION {
     std::chrono::milliseconds Reconfiguration{200};  ///< unreachable so long whenever the IP configuration starts
     std::chrono::milliseconds SlowCommand{1000};     ///< what a slow register takes to be written
     FAULTS Faults;
+    /// What PackDescription made for the model, for whoever makes many cameras; may be null.
+    std::shared_ptr<const std::vector<std::byte>> Description;
     std::function<void(std::string_view)> Log;  ///< gets a line for each request and change; may be empty
 };
 

@@ -17,10 +17,6 @@ namespace {
 
 constexpr std::string_view kLock = "TLParamsLocked";
 
-// What an EVENTDATA_CMD of the camera carries behind its entry.
-constexpr std::uint32_t kEventTimestampPlace = 0;
-constexpr std::uint32_t kEventFramePlace = 8;
-
 std::string Decimal(double nValue) {
     std::array<char, 32> arrText{};
     const auto objResult = std::to_chars(arrText.data(), arrText.data() + arrText.size(), nValue);
@@ -175,10 +171,13 @@ private:
                 Element("pFeature", Join("Chunk", objChunk.Name));
             }
         } else if (strCategory == "EventControl") {
-            for (const ENTRY& objEvent : FindFeature("EventSelector").Entries) {
-                for (const std::string_view strData : {"", "Timestamp", "FrameID"}) {
-                    Element("pFeature", Join(Join("Event", objEvent.Name), strData));
-                }
+            const auto arrEvents = FindFeature("EventSelector").Entries;
+            for (const ENTRY& objEvent : arrEvents) {
+                Element("pFeature", Join("Event", objEvent.Name));
+            }
+            // The others come without data.
+            for (const std::string_view strData : {"Timestamp", "FrameID"}) {
+                Element("pFeature", Join(Join("Event", arrEvents[kEventExposureEnd].Name), strData));
             }
         }
     }
@@ -371,6 +370,9 @@ private:
             Element("EventID", Whole(kIDs[i], 16).substr(2));
             Element("Value", Whole(kIDs[i]));
             Close("Integer");
+            if (i != kEventExposureEnd) {
+                continue;  // it comes without data
+            }
             DataFeature("Integer", strName + "Timestamp", "When it was, in ticks", strPort, kEventTimestampPlace, 8);
             DataFeature("Integer", strName + "FrameID", "Image that it belongs to", strPort, kEventFramePlace, 8);
             Open("Port", strPort);

@@ -32,13 +32,13 @@ std::string MakeUrl(std::uint64_t nAddress, std::uint64_t nLength) {
     return "Local:" + std::string(kArchiveName) + ";" + Hex(nAddress) + ";" + Hex(nLength);
 }
 
-std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescription eHostile) {
-    std::string strXML = WriteDescription(strModel);
+std::vector<std::byte> Spoil(std::vector<std::byte> vecArchive, std::string_view strModel,
+                             EHostileDescription eHostile) {
     if (eHostile == EHostileDescription::Xml) {
+        std::string strXML = WriteDescription(strModel);
         strXML.resize(strXML.size() / 2);
-    }
-    std::vector<std::byte> vecArchive = MakeZipArchive(kEntryName, strXML);
-    if (eHostile == EHostileDescription::Bomb) {
+        vecArchive = MakeZipArchive(kEntryName, strXML);
+    } else if (eHostile == EHostileDescription::Bomb) {
         std::fill_n(vecArchive.begin() + kZipUncompressedSizePlace, 4, std::byte{0xFF});
     } else if (eHostile == EHostileDescription::Zip) {
         const auto itData = vecArchive.begin() + static_cast<std::ptrdiff_t>(kZipNamePlace + kEntryName.size());
@@ -49,8 +49,13 @@ std::vector<std::byte> MakeDescription(std::string_view strModel, EHostileDescri
 
 }  // namespace
 
-void PlaceDescription(CRegisterSpace& objRegisters, std::string_view strModel, EHostileDescription eHostile) {
-    std::vector<std::byte> vecDescription = MakeDescription(strModel, eHostile);
+std::vector<std::byte> PackDescription(std::string_view strModel) {
+    return MakeZipArchive(kEntryName, WriteDescription(strModel));
+}
+
+void PlaceDescription(CRegisterSpace& objRegisters, std::string_view strModel, const std::vector<std::byte>& vecPacked,
+                      EHostileDescription eHostile) {
+    std::vector<std::byte> vecDescription = Spoil(vecPacked, strModel, eHostile);
     std::string strUrl = MakeUrl(CRegisterSpace::kDescriptionAddress, vecDescription.size());
     switch (eHostile) {
         case EHostileDescription::Length:

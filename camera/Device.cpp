@@ -109,6 +109,7 @@ void CDevice::SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMA
                                              boot::kGvcpCapabilityEventData | boot::kGvcpCapabilityEvent |
                                              boot::kGvcpCapabilityPacketResend | boot::kGvcpCapabilityWriteMem |
                                              boot::kGvcpCapabilityConcatenation);
+    objMemory.Set(boot::kMessageChannelSourcePort, gev::kGvcpPort);
     objMemory.Set(boot::kStreamChannelSourcePort, m_objStreaming.GetPort());
     objMemory.Set(boot::kTimestampTickFrequencyLow, kTicksPerSecond);
     objMemory.Set(boot::kPendingTimeout, static_cast<std::uint32_t>(objConfiguration.SlowCommand.count()));

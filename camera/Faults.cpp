@@ -24,6 +24,17 @@ constexpr std::array kHelp = {
     FAULT_HELP{"vanish-after=N", "silent after N commands; vanish-after=Ns: after N seconds"},
     FAULT_HELP{"hostile-description=KIND",
                "length, bomb, zip, xml, url or unreadable: what is wrong with the description"},
+    FAULT_HELP{"loss=PERCENT", "so many of the stream's packets are lost, resent ones too"},
+    FAULT_HELP{"loss-burst=N", "packets are lost N in a row, at the same rate"},
+    FAULT_HELP{"lost-leader=PERCENT", "so many leaders are lost besides"},
+    FAULT_HELP{"lost-trailer=PERCENT", "so many trailers are lost besides"},
+    FAULT_HELP{"duplicate=PERCENT", "so many packets come twice"},
+    FAULT_HELP{"reorder=N", "packets are shuffled in groups of N, at most 64"},
+    FAULT_HELP{"wrong-size=PERCENT", "so many packets are cut short or have junk behind them"},
+    FAULT_HELP{"foreign=PERCENT", "behind so many packets comes one of another sender"},
+    FAULT_HELP{"stop-in-frame=N", "the stream stops for good in the middle of the Nth image"},
+    FAULT_HELP{"no-resend", "requests for packets are passed over"},
+    FAULT_HELP{"seed=N", "another series of what is left to chance in the stream"},
 };
 
 constexpr std::array<std::pair<std::string_view, EHostileDescription>, 6> kDescriptions = {{
@@ -56,7 +67,7 @@ std::uint32_t ReadNumber(std::string_view strNumber, std::string_view strText) {
 }
 
 bool* FindSwitch(FAULTS& objFaults, std::string_view strName) {
-    const std::array<std::pair<std::string_view, bool*>, 8> arrSwitch = {{
+    const std::array<std::pair<std::string_view, bool*>, 9> arrSwitch = {{
         {"pending-forever", &objFaults.PendingForever},
         {"wrong-length", &objFaults.WrongLength},
         {"garbage", &objFaults.Garbage},
@@ -65,6 +76,7 @@ bool* FindSwitch(FAULTS& objFaults, std::string_view strName) {
         {"denied", &objFaults.Denied},
         {"names-without-end", &objFaults.NamesWithoutEnd},
         {"flood", &objFaults.Flood},
+        {"no-resend", &objFaults.Stream.NoResend},
     }};
     for (const auto& [strSwitch, pSwitch] : arrSwitch) {
         if (strSwitch == strName) {
@@ -72,6 +84,53 @@ bool* FindSwitch(FAULTS& objFaults, std::string_view strName) {
         }
     }
     return nullptr;
+}
+
+/// A number from 0 to 100.
+double ReadPercent(std::string_view strNumber, std::string_view strText) {
+    double nValue = 0;
+    const char* const pEnd = strNumber.data() + strNumber.size();
+    const auto objResult = std::from_chars(strNumber.data(), pEnd, nValue);
+    if (objResult.ec != std::errc() || objResult.ptr != pEnd || !(nValue >= 0 && nValue <= 100)) {
+        Refuse(strText);
+    }
+    return nValue;
+}
+
+/// @return false when it is no fault of the stream with a value
+bool SetStreamFault(STREAM_FAULTS& objFaults, std::string_view strName, std::string_view strValue,
+                    std::string_view strText) {
+    constexpr std::uint32_t kMostShuffled = 64;
+    const std::array<std::pair<std::string_view, double*>, 6> arrPercent = {{
+        {"loss", &objFaults.Loss},
+        {"lost-leader", &objFaults.LostLeaders},
+        {"lost-trailer", &objFaults.LostTrailers},
+        {"duplicate", &objFaults.Duplicates},
+        {"wrong-size", &objFaults.WrongSizes},
+        {"foreign", &objFaults.Foreign},
+    }};
+    const std::array<std::pair<std::string_view, std::uint32_t*>, 4> arrNumber = {{
+        {"loss-burst", &objFaults.LossBurst},
+        {"reorder", &objFaults.Reorder},
+        {"stop-in-frame", &objFaults.StopInFrame},
+        {"seed", &objFaults.Seed},
+    }};
+    for (const auto& [strFault, pPercent] : arrPercent) {
+        if (strFault == strName) {
+            *pPercent = ReadPercent(strValue, strText);
+            return true;
+        }
+    }
+    for (const auto& [strFault, pNumber] : arrNumber) {
+        if (strFault == strName) {
+            *pNumber = ReadNumber(strValue, strText);
+            if (*pNumber == 0 || (pNumber == &objFaults.Reorder && *pNumber > kMostShuffled)) {
+                Refuse(strText);
+            }
+            return true;
+        }
+    }
+    return false;
 }
 
 void SetVanishing(FAULTS& objFaults, std::string_view strValue, std::string_view strText) {
@@ -111,7 +170,7 @@ void SetFault(FAULTS& objFaults, std::string_view strText) {
             }
         }
         Refuse(strText);
-    } else {
+    } else if (!SetStreamFault(objFaults.Stream, strName, strValue, strText)) {
         Refuse(strText);
     }
 }

@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 
 // The kernel wakes a thread so much too late that the rest of a wait is waited out awake.
 constexpr auto kAwake = 60us;
+constexpr auto kMostBehind = 100ms;  // beyond that frames are left out
 constexpr std::uint32_t kMostTriggers = 1000;
 constexpr std::uint32_t kPatterns = 4;
 
@@ -23,8 +24,10 @@ CImageStream::CImageStream(IPacketOutlet& objOutlet, IStreamNews& objNews)
     : m_objOutlet(objOutlet), m_objNews(objNews), m_objFaulty(objOutlet), m_objThread([this] { Run(); }) {}
 
 CImageStream::~CImageStream() {
-    m_bHurry = true;
-    Order([](ORDERS& objOrders) { objOrders.Quit = true; });
+    Order([this](ORDERS& objOrders) {
+        objOrders.Quit = true;
+        m_bHurry = true;
+    });
     m_objThread.join();
 }
 
@@ -43,8 +46,8 @@ void CImageStream::Open() {
 }
 
 void CImageStream::Close() {
-    m_bHurry = true;
-    Order([](ORDERS& objOrders) {
+    Order([this](ORDERS& objOrders) {
+        m_bHurry = true;
         objOrders.Close = true;
         objOrders.Open = false;
         objOrders.Start.reset();
@@ -237,8 +240,8 @@ bool CImageStream::AwaitFrame() {
             const auto nPeriod =
                 std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(1 / objFrame.Rate));
             m_nExposure = std::min(objFrame.Exposure, nPeriod);
-            // While a frame is sent the next one is exposed, so a late one may have begun in the past.
-            m_tFrame = std::max(m_tNextFrame, tNow - m_nExposure);
+            // The sensor keeps its beat while images wait to be sent, so a frame may have begun in the past.
+            m_tFrame = tNow - m_tNextFrame > kMostBehind ? tNow - m_nExposure : m_tNextFrame;
             m_tNextFrame = m_tFrame + nPeriod;
             return true;
         }
@@ -295,9 +298,10 @@ bool CImageStream::SendBlock(bool bLast) {
         if (bLast && nPacketID == nCount) {
             m_objNews.AcquisitionEnded(m_objSettings.Acquisition);
         }
+        // A late packet may make up for some of it, but never for so much that a burst comes of it.
+        tPacket = std::max(tPacket, std::chrono::steady_clock::now() - nDelay / 4) + nDelay;
         m_objFaulty.Send(std::span(m_arrBatch).first(nBatch), nCount);
         m_objBlocks.SetSent(nPacketID);
-        tPacket = std::max(tPacket + nDelay, std::chrono::steady_clock::now() - nDelay);
         TakeOrders();
         if (!IsAlive() || (nDelay > 0ns && nPacketID < nCount && !WaitUntil(tPacket))) {
             return false;

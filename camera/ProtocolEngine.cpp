@@ -35,12 +35,16 @@ CProtocolEngine::CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, g
                                  std::uint32_t nLinkSpeed, IAdapter& objAdapter, IOutlet& objOutlet,
                                  IStreaming& objStreaming, TIME tNow)
     : m_strModel(objConfiguration.Model),
+      m_pDescription(objConfiguration.Description
+                         ? objConfiguration.Description
+                         : std::make_shared<const std::vector<std::byte>>(PackDescription(m_strModel))),
       m_funLog(objConfiguration.Log),
       m_nSlowCommand(objConfiguration.SlowCommand),
       m_objMAC(objMAC),
       m_objStreaming(objStreaming),
       m_objDevice(objConfiguration, objMAC, nLinkSpeed, objStreaming, tNow),
       m_objControl(m_objDevice),
+      m_objMessages(m_objDevice, objOutlet),
       m_objIP(m_objDevice.Registers(), objAdapter, objMAC, objConfiguration.Reconfiguration),
       m_objAnswering(objOutlet, objMAC.GetLow()) {
     SetFaults(objConfiguration.Faults, tNow);
@@ -57,7 +61,7 @@ void CProtocolEngine::SetFaults(const FAULTS& objFaults, TIME tNow) {
     m_objAnswering.SetFaults(objFaults, tNow);
     m_objStreaming.SetFaults(objFaults.Stream);
     m_objDevice.SetNamesWithoutEnd(objFaults.NamesWithoutEnd);
-    PlaceDescription(m_objDevice.Registers(), m_strModel, objFaults.Description);
+    PlaceDescription(m_objDevice.Registers(), m_strModel, *m_pDescription, objFaults.Description);
 }
 
 bool CProtocolEngine::HasVanished(TIME tNow) const {
@@ -81,6 +85,9 @@ void CProtocolEngine::Receive(const ENDPOINT& objFrom, std::uint32_t nDestinatio
                               std::span<const std::byte> arrDatagram, TIME tNow) {
     Advance(tNow);
     if (m_objIP.IsUnderWay() || !m_objIP.IsMine(nDestination)) {
+        return;
+    }
+    if (m_objMessages.TakeAcknowledge(objFrom, arrDatagram, tNow)) {
         return;
     }
     gev::GVCP_COMMAND_HEADER objHeader;
@@ -260,6 +267,7 @@ void CProtocolEngine::Advance(TIME tNow) {
             m_objDevice.CloseChannels();
         }
     }
+    m_objMessages.Advance(tNow);
     m_objAnswering.Advance(tNow);
 }
 
@@ -274,6 +282,7 @@ std::optional<TIME> CProtocolEngine::NextTime() const {
     if (m_objFaults.VanishAfterTime && !m_bGone) {
         consider(m_tFaultsSet + *m_objFaults.VanishAfterTime);
     }
+    consider(m_objMessages.NextTime());
     consider(m_objAnswering.NextTime());
     if (m_objSlowWork) {
         consider(m_objSlowWork->Done);

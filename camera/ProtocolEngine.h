@@ -4,16 +4,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "camera/Answering.h"
 #include "camera/CameraConfiguration.h"
 #include "camera/ControlChannel.h"
 #include "camera/Device.h"
 #include "camera/IPConfiguration.h"
+#include "camera/MessageChannel.h"
 #include "gev/Address.h"
 #include "gev/GvcpHeader.h"
 #include "gev/GvcpStatus.h"
@@ -42,6 +45,8 @@ public:
 
     void SetFaults(const FAULTS& objFaults, TIME tNow);
 
+    /// Something happened to a frame of the stream.
+    void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
     /// The stream has sent all images of this acquisition.
     void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
 
@@ -104,12 +109,14 @@ private:
     void LogRequest(const REQUEST& objRequest, gev::EGvcpStatus nStatus) const;
 
     std::string m_strModel;
+    std::shared_ptr<const std::vector<std::byte>> m_pDescription;  // packed, without faults
     std::function<void(std::string_view)> m_funLog;
     std::chrono::milliseconds m_nSlowCommand;
     gev::CMACAddress m_objMAC;
     IStreaming& m_objStreaming;
     CDevice m_objDevice;
     CControlChannel m_objControl;
+    CMessageChannel m_objMessages;
     CIPConfiguration m_objIP;
     CAnswering m_objAnswering;
     FAULTS m_objFaults;

@@ -18,6 +18,9 @@ struct CHANNEL {
     std::uint32_t Address = 0;  ///< of the host
     std::uint16_t Port = 0;     ///< of the host; 0 says that the channel is closed
 
+    /// Whether there is somewhere to send to: to the system an address of 0 is this machine.
+    [[nodiscard]] constexpr bool LeadsAnywhere() const { return Address != 0 && Port != 0; }
+
     friend bool operator==(const CHANNEL&, const CHANNEL&) = default;
 };
 
@@ -48,11 +51,16 @@ struct BLOCK_FORMAT {
 enum EEvent : std::size_t { kEventExposureEnd, kEventFrameTrigger };
 enum ETrigger : std::size_t { kTriggerFrameStart, kTriggerAcquisitionStart };
 
+/// What the event of an exposure's end carries behind its entry: two numbers of 8 bytes.
+inline constexpr std::uint32_t kEventTimestampPlace = 0;
+inline constexpr std::uint32_t kEventFramePlace = 8;
+inline constexpr std::size_t kEventDataLength = 16;
+
 /// What may change from frame to frame.
 struct FRAME_SETTINGS {
     double Rate = 25;                                    ///< frames in a second, while no trigger is waited for
     std::chrono::nanoseconds Exposure{};                 ///< cut to what a frame lasts
-    std::chrono::nanoseconds PacketDelay{};              ///< from the start of a packet to the next one's, at least
+    std::chrono::nanoseconds PacketDelay{};              ///< from the start of a packet to the next one's
     ETestPattern Pattern = ETestPattern::Off;            ///< in place of the one in the format
     std::array<bool, address::kTriggerCount> Trigger{};  ///< whether it is waited for
     std::array<bool, address::kEventCount> Event{};      ///< whether it is told

@@ -116,7 +116,7 @@ void CStreamSocket::SetDestination(const CHANNEL& objChannel, bool bDoNotFragmen
 }
 
 void CStreamSocket::Send(std::span<const STREAM_PACKET> arrPacket) {
-    if (m_objChannel.Port == 0) {
+    if (!m_objChannel.LeadsAnywhere()) {
         return;
     }
     while (!arrPacket.empty()) {
@@ -179,7 +179,7 @@ std::size_t CStreamSocket::SendSome(std::span<const STREAM_PACKET> arrPacket) {
 }
 
 void CStreamSocket::SendForeign(const STREAM_PACKET& objPacket) {
-    if (m_objChannel.Port == 0) {
+    if (!m_objChannel.LeadsAnywhere()) {
         return;
     }
     std::array<iovec, kParts> arrPart{};

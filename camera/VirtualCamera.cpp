@@ -105,7 +105,7 @@ public:
         }
     }
 
-    void GiveTo(CProtocolEngine& objEngine, TIME /*tNow*/) {
+    void GiveTo(CProtocolEngine& objEngine, TIME tNow) {
         if (!m_bNews) {
             return;
         }
@@ -114,6 +114,9 @@ public:
         if (m_nEnded) {
             objEngine.EndAcquisition(*m_nEnded);
             m_nEnded.reset();
+        }
+        for (std::size_t i = 0; i < m_nEvents; ++i) {
+            objEngine.TellEvent(m_arrEvent[i], tNow);
         }
         m_nEvents = 0;
     }

@@ -10,6 +10,7 @@ namespace {
 
 // Offsets into an entry. With extended IDs the field of the short block ID is reserved, and the long one stands between
 // it and the timestamp.
+constexpr std::size_t kEventSizeOffset = 0;  // EVENTDATA with extended IDs: bytes of the entry and its data
 constexpr std::size_t kEventIDOffset = 2;
 constexpr std::size_t kStreamChannelOffset = 4;
 constexpr std::size_t kBlockIDOffset = 6;
@@ -97,6 +98,10 @@ std::span<std::byte> EncodeEventData(std::span<std::byte> arrBuffer, std::uint16
     const auto arrDatagram = EncodeCommand(arrBuffer, EGvcpCommand::EventData, MakeFlags(bExtendedIDs, bAcknowledge),
                                            nRequestID, nEntrySize + arrData.size());
     if (!arrDatagram.empty()) {
+        if (bExtendedIDs) {
+            Put16(arrDatagram, kGvcpHeaderSize + kEventSizeOffset,
+                  static_cast<std::uint16_t>(nEntrySize + arrData.size()));
+        }
         PutEntry(arrDatagram.subspan(kGvcpHeaderSize, nEntrySize), objEvent, bExtendedIDs);
         std::ranges::copy(arrData, arrDatagram.subspan(kGvcpHeaderSize + nEntrySize).begin());
     }
@@ -109,6 +114,13 @@ EGvcpStatus DecodeEventData(const GVCP_COMMAND_HEADER& objHeader, std::span<cons
     const std::size_t nEntrySize = GetEntrySize(bExtendedIDs);
     if (arrPayload.size() < nEntrySize) {
         return EGvcpStatus::InvalidHeader;
+    }
+    // A device that says nothing means all that there is.
+    if (const std::size_t nSize = Get16(arrPayload, kEventSizeOffset); bExtendedIDs && nSize != 0) {
+        if (nSize < nEntrySize || nSize > arrPayload.size()) {
+            return EGvcpStatus::InvalidHeader;
+        }
+        arrPayload = arrPayload.first(nSize);
     }
     objEvent = GetEntry(arrPayload, bExtendedIDs);
     arrData = arrPayload.subspan(nEntrySize);

@@ -54,7 +54,9 @@ EGvcpStatus DecodeEvent(const GVCP_COMMAND_HEADER& objHeader, std::span<const st
 std::span<std::byte> EncodeEventData(std::span<std::byte> arrBuffer, std::uint16_t nRequestID,
                                      const EVENT_ENTRY& objEvent, std::span<const std::byte> arrData, bool bExtendedIDs,
                                      bool bAcknowledge);
-/// @return InvalidHeader when there isn't a whole entry.
+/// With extended IDs each event tells its size, so that further ones may stand behind it; these are left out.
+/// Source: the public analyser's reading of the event's size.
+/// @return InvalidHeader when there isn't a whole entry, or less than the event says.
 EGvcpStatus DecodeEventData(const GVCP_COMMAND_HEADER& objHeader, std::span<const std::byte> arrPayload,
                             EVENT_ENTRY& objEvent, std::span<const std::byte>& arrData);
 

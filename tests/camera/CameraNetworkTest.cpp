@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -15,10 +16,12 @@
 
 #include <gtest/gtest.h>
 
+#include "camera/TestImage.h"
 #include "gev/BigEndian.h"
 #include "gev/GvcpDiscovery.h"
 #include "gev/GvcpForceIP.h"
 #include "gev/GvcpRegister.h"
+#include "gev/GvspHeader.h"
 #include "tests/camera/RunningCamera.h"
 
 namespace {
@@ -95,6 +98,48 @@ public:
         const auto objAnswer = Ask(nTo, gev::EncodeReadReg(m_arrBuffer, NextID(), arrAddress), 3);
         return objAnswer && objAnswer->Payload.size() == 4 ? std::optional(gev::Get32(objAnswer->Payload, 0))
                                                            : std::nullopt;
+    }
+    /// Becomes one that a stream can go to.
+    void Bind() {
+        const int nRoom = 16 << 20;
+        setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUFFORCE, &nRoom, sizeof nRoom);
+        sockaddr_in objAddress{};
+        objAddress.sin_family = AF_INET;
+        bind(m_nSocket, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress);
+    }
+    [[nodiscard]] std::uint16_t GetPort() const {
+        sockaddr_in objAddress{};
+        socklen_t nLength = sizeof objAddress;
+        getsockname(m_nSocket, reinterpret_cast<sockaddr*>(&objAddress), &nLength);
+        return ntohs(objAddress.sin_port);
+    }
+    /// The payload of packets up to a trailer, each at its place, or a test packet as it is.
+    std::vector<std::byte> ReceiveBlock(std::size_t nPerPacket) {
+        std::vector<std::byte> vecBlock;
+        std::vector<std::byte> vecPacket(10'000);
+        for (int nSilent = 0; nSilent < 10;) {
+            const ssize_t nReceived = recv(m_nSocket, vecPacket.data(), vecPacket.size(), 0);
+            if (nReceived < 8) {
+                ++nSilent;
+                continue;
+            }
+            gev::GVSP_HEADER objHeader;
+            std::span<const std::byte> arrBody;
+            const auto arrPacket = std::span<const std::byte>(vecPacket).first(static_cast<std::size_t>(nReceived));
+            gev::DecodeGvspHeader(arrPacket, objHeader, arrBody);
+            if (objHeader.BlockID == 0) {
+                return {arrPacket.begin(), arrPacket.end()};
+            }
+            if (objHeader.Format == gev::EGvspFormat::Trailer) {
+                return vecBlock;
+            }
+            if (objHeader.Format == gev::EGvspFormat::Payload) {
+                const std::size_t nPlace = (objHeader.PacketID - 1) * nPerPacket;
+                vecBlock.resize(std::max(vecBlock.size(), nPlace + arrBody.size()));
+                std::ranges::copy(arrBody, vecBlock.begin() + static_cast<std::ptrdiff_t>(nPlace));
+            }
+        }
+        return {};
     }
     std::uint16_t NextID() { return m_nID = gev::NextRequestID(m_nID); }
 
@@ -192,6 +237,34 @@ TEST_F(CameraOnNetwork, LosesItsApplicationWithTheHeartbeatAndVanishesWhenItIsTo
     EXPECT_FALSE(objSecond.Read(kCamera, 0x0A00));
     objCamera.Get().SetFaults({});
     EXPECT_EQ(objSecond.Read(kCamera, 0x0000), 0x00020000u);
+}
+
+TEST_F(CameraOnNetwork, SendsBitExactImagesThatFitTheCableOrAreCutOnIt) {
+    CRunningCamera objCamera(Machines->Far, Configuration("10.0.0.2/24"));
+    constexpr std::uint32_t kCamera = 0x0A000002;
+    CHost objHost(Machines->Near);
+    CHost objSink(Machines->Near);
+    objSink.Bind();
+    ASSERT_EQ(objHost.Write(kCamera, 0x0A00, 2), EGvcpStatus::Success);
+    objHost.Write(kCamera, 0xA120, 0x010C0006);  // Mono12Packed
+    objHost.Write(kCamera, 0xA200, 0);           // one frame each
+    objHost.Write(kCamera, 0x0D18, 0x0A000001);
+    objHost.Write(kCamera, 0x0D00, objSink.GetPort());
+    const camera::CTestImage objImage({1280, 1024, gev::EPixelFormat::Mono12Packed});
+    std::vector<std::byte> vecWanted(objImage.GetSize());
+    std::uint64_t nFrame = 0;
+    for (const std::uint32_t nSize : {1500u, 576u, 8000u}) {  // the cable takes 1500
+        SCOPED_TRACE(nSize);
+        ASSERT_EQ(objHost.Write(kCamera, 0x0D04, nSize), EGvcpStatus::Success);
+        ASSERT_EQ(objHost.Write(kCamera, 0xA204, 1), EGvcpStatus::Success);
+        objImage.Draw(++nFrame, vecWanted);
+        EXPECT_TRUE(objSink.ReceiveBlock(nSize - 36) == vecWanted);
+    }
+    objHost.Write(kCamera, 0x0D04, 0xC0000000 | 1500);
+    EXPECT_EQ(objSink.ReceiveBlock(0).size(), 1500u - 28);
+    objHost.Write(kCamera, 0x0D04, 0xC0000000 | 1504);
+    objHost.Write(kCamera, 0x0D04, 0x80000000 | 1504);
+    EXPECT_EQ(objSink.ReceiveBlock(0).size(), 1504u - 28) << "the one that may be cut; the other is lost";
 }
 
 TEST_F(CameraOnNetwork, SaysWhatIsWrongWithItsAdapter) {

@@ -24,6 +24,10 @@ void Require(bool bHolds) {
 void Step(CEngineOnTable& objTable, std::uint8_t nWho, std::uint8_t nPause, std::span<const std::byte> arrDatagram) {
     const camera::ENDPOINT objFrom = (nWho & 1) != 0 ? camera::ENDPOINT{0xC0A80001, 5} : CEngineOnTable::kHost;
     objTable.Pass(std::chrono::milliseconds(nPause * 8));
+    if ((nWho & 4) != 0) {
+        objTable.Engine.TellEvent({nPause % camera::address::kEventCount, nPause > 100, nWho, nPause, nPause},
+                                  objTable.Now);
+    }
     objTable.Ask(arrDatagram, objFrom, (nWho & 2) != 0 ? 0xFFFFFFFF : 0);
     Require(objTable.Answers.size() < kMostAnswers);
     for (const CEngineOnTable::ANSWER& objAnswer : objTable.Answers) {

@@ -3,11 +3,13 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "camera/DescriptionMemory.h"
 #include "camera/ProtocolEngine.h"
 #include "gev/BigEndian.h"
 #include "gev/GvcpMemory.h"
@@ -36,6 +38,9 @@ public:
         camera::CAMERA_CONFIGURATION objConfiguration;
         objConfiguration.IP = camera::ParseIPSetting("10.0.0.2/24");
         objConfiguration.Faults = objFaults;
+        static const auto pDescription =
+            std::make_shared<const std::vector<std::byte>>(camera::PackDescription(objConfiguration.Model));
+        objConfiguration.Description = pDescription;
         return objConfiguration;
     }
 

@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "gev/GvcpDiscovery.h"
 #include "gev/GvcpForceIP.h"
+#include "gev/GvcpResend.h"
 #include "tests/camera/EngineOnTable.h"
 
 namespace {
@@ -293,6 +295,90 @@ TEST(IPSetting, TakesWhatAHostMayHave) {
                              "127.0.0.1/8", "224.0.0.1/24", "10.0.0.256/24", "10.0.0.2/24x", "10.0.0.2/-1"}) {
         EXPECT_THROW(camera::ParseIPSetting(pBad), std::invalid_argument) << pBad;
     }
+}
+
+TEST_F(Engine, TheStreamIsToldWhatTheRegistersSay) {
+    struct CASE {
+        const char* What;
+        std::vector<gev::REGISTER_WRITE> Write;
+        const char* Told;
+    };
+    const CASE arrCase[] = {
+        {"a test packet without a channel", {{0x0D04, 0x800005DC}}, ""},
+        {"a channel opens", {{0x0D18, CEngineOnTable::kHost.Address}, {0x0D00, 6000}}, "close open "},
+        {"a test packet", {{0x0D04, 0xC0000578}}, "test "},
+        {"a start", {{0xA210, 0x42480000}, {0xA204, 1}}, "start "},
+        {"a further start", {{0xA204, 1}}, ""},
+        {"a trigger that isn't waited for", {{0xA230, 1}}, ""},
+        {"triggers that are", {{0xA220, 1}, {0xA224, 1}, {0xA230, 1}, {0xA234, 1}}, "trigger0 trigger1 "},
+        {"a stop", {{0xA208, 1}}, "stop "},
+        {"another port while images are taken", {{0xA204, 1}, {0x0D00, 6001}}, "start close open "},
+        {"one image", {{0xA200, 0}, {0xA204, 1}}, "start "}};
+    On.TakeControl();
+    for (const CASE& objCase : arrCase) {
+        SCOPED_TRACE(objCase.What);
+        On.Stream.clear();
+        EXPECT_EQ(On.Write(objCase.Write).Status, EGvcpStatus::Success);
+        EXPECT_EQ(On.Stream, objCase.Told);
+    }
+    EXPECT_EQ(On.Settings.Channel, (camera::CHANNEL{CEngineOnTable::kHost.Address, 6001}));
+    EXPECT_EQ(On.Settings.Frame.Rate, 50);
+    EXPECT_EQ(On.Settings.Format.PacketSize, 1400u);
+    EXPECT_TRUE(On.Settings.DoNotFragment);
+    EXPECT_EQ(On.Settings.FrameCount, 1u);
+    EXPECT_EQ(On.Write({{0x0D04, 1500}}).Status, EGvcpStatus::AccessDenied) << "images are taken";
+    On.Engine.EndAcquisition(On.Settings.Acquisition - 1);
+    EXPECT_EQ(On.Write({{0x0D04, 1500}}).Status, EGvcpStatus::AccessDenied) << "an older one has ended";
+    On.Engine.EndAcquisition(On.Settings.Acquisition);
+    EXPECT_EQ(On.Write({{0x0D04, 1500}}).Status, EGvcpStatus::Success);
+
+    On.Stream.clear();
+    const gev::RESEND_COMMAND objResend{0, 7, 1, 2, false};
+    EXPECT_TRUE(On.Ask(gev::EncodeResend(On.Buffer, 1, objResend), kOther).empty());
+    EXPECT_TRUE(On.Ask(gev::EncodeResend(On.Buffer, 1, objResend), {CEngineOnTable::kHost.Address, 9}).empty());
+    EXPECT_EQ(On.Stream, "resend7 ") << "of the stream's host alone, and never acknowledged";
+    On.Pass(4s);
+    EXPECT_TRUE(On.Stream.starts_with("resend7 close ")) << "no heartbeat";
+}
+
+TEST_F(Engine, EventsAreRepeatedUntilTheyAreAcknowledgedOneAfterTheOther) {
+    const auto codes = [&] {
+        std::string strCodes;
+        for (const auto& objEvent : std::exchange(On.Answers, {})) {
+            EXPECT_EQ(objEvent.To, (ENDPOINT{CEngineOnTable::kHost.Address, 7000}));
+            strCodes += std::to_string(objEvent.Code) + "/" + std::to_string(objEvent.ID) + " ";
+        }
+        return strCodes;
+    };
+    const auto tell = [&](std::size_t nEvent) { On.Engine.TellEvent({nEvent, true, 5, 5, 99}, On.Now); };
+    On.TakeControl();
+    tell(camera::kEventExposureEnd);
+    On.Answers.clear();
+    On.Write({{0x0B10, CEngineOnTable::kHost.Address}, {0x0B14, 100}, {0x0B18, 2}, {0x0B00, 7000}});
+    On.Answers.clear();
+    tell(camera::kEventFrameTrigger);
+    tell(camera::kEventExposureEnd);
+    EXPECT_EQ(codes(), "192/1 ") << "the one before the channel was there is lost, the second waits";
+    On.Pass(99ms);
+    EXPECT_EQ(codes(), "");
+    On.Pass(1ms);
+    EXPECT_EQ(codes(), "192/1 ");
+    gev::GvcpBuffer arrBuffer;
+    On.Ask(gev::EncodeAcknowledge(arrBuffer, gev::EGvcpCommand::Event, 9, EGvcpStatus::Success));
+    EXPECT_EQ(codes(), "") << "of another event";
+    On.Ask(gev::EncodeAcknowledge(arrBuffer, gev::EGvcpCommand::Event, 1, EGvcpStatus::NotImplemented));
+    EXPECT_EQ(On.Answers.at(0).Payload.size(), 40u) << "an entry with a long ID, and 16 bytes";
+    EXPECT_EQ(gev::Get64(On.Answers.at(0).Payload, 32), 5u);
+    EXPECT_EQ(codes(), "194/2 ");
+    for (int i = 0; i < 5; ++i) {
+        On.Pass(100ms);
+    }
+    EXPECT_EQ(codes(), "194/2 194/2 ") << "two repeats, then it is given up";
+    On.Write({{0x0B14, 0}});
+    On.Answers.clear();
+    tell(camera::kEventFrameTrigger);
+    tell(camera::kEventFrameTrigger);
+    EXPECT_EQ(codes(), "192/3 192/4 ") << "without a time-out nobody is waited for";
 }
 
 }  // namespace

@@ -243,7 +243,8 @@ void SayWhatHappens(CTalk& objTalk) {
     objTalk.Command(gev::EncodeEventData(arrBuffer, 11, {0x9001, 1, 7, 9}, kData, true, true),
                     "cmd.command=0x00c2 cmd.flags=0x11 cmd.payloadlength=0x001c cmd.req_id=0x000b "
                     "cmd.event.devicespecificid=0x9001 cmd.event.streamchannelindex=0x0001 "
-                    "event_timestamp=0x0000000000000007 cmd.event.timestamp=0x0000000000000009 ");
+                    "event_timestamp=0x0000000000000007 cmd.event.timestamp=0x0000000000000009 "
+                    "cmd.eventdata.data=deadbeef ");
     objTalk.Command(gev::EncodeResend(arrBuffer, 12, {0, 0x1234, 5, 0xABCDEF, false}),
                     "cmd.command=0x0040 cmd.flags=0x00 cmd.payloadlength=0x000c cmd.req_id=0x000c "
                     "cmd.resend.streamchannelindex=0x0000 cmd.resend.blockid=0x1234 "
