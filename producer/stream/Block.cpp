@@ -29,7 +29,7 @@ CBlock::CBlock() {
 
 void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload, bool bSure,
                    StreamClock::time_point objNow) {
-    m_objLastArrival = objNow;
+    m_objLastArrival = m_objTailAsked = objNow;
     m_bOvertaken = m_bDropped = m_bTailNoticed = m_bTailProbed = m_bDone = false;
     m_objMemory = {};
     m_nBlockID = nBlockID;
@@ -262,7 +262,7 @@ FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {
     // An expectation is worth something only while nothing that came contradicts it.
     const std::uint32_t nTrailerID = std::max(GetTrailerID(nPredictedTrailerID), m_nNextID);
     const std::uint64_t nCame = m_nSettled - m_nUnavailable;
-    const std::uint64_t nMeant = GetTracked(nTrailerID);
+    const std::uint64_t nMeant = HasMemory() ? GetTracked(nTrailerID) : nTrailerID;
     objResult.PacketsMissing = (nMeant > nCame ? nMeant - nCame : 0) + (m_bTrailer ? 0 : 1);
     objResult.IsLargerThanMemory = m_bLarger;
     objResult.DataSize = std::max(objResult.DataSize, m_nBytes);
