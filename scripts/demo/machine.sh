@@ -4,12 +4,21 @@
 set -u
 . scripts/setup.sh
 
-build=$1
+programs=$1 window=$1/bin/norvik
 pictures=${2:-build/demo}
 # A new machine's first process, with nothing switched on yet.
 if [ $$ -ne 1 ] || [ -n "$(ip -o link show up)" ]; then
     fail "this is no machine of the demo's own"
 fi
+# An installation has the layout of a build folder further down, and its window a launcher that knows the producer.
+if [ -d "$1/lib/norvik" ]; then
+    programs=$1/lib/norvik
+    unset GENICAM_GENTL64_PATH
+else
+    GENICAM_GENTL64_PATH=$(realpath "$programs/cti")
+    export GENICAM_GENTL64_PATH
+fi
+[ -x "$window" ] || fail "there is no $window: $1 is neither a build folder nor where Norvik is installed"
 rm -rf "$pictures"
 mkdir -p "$pictures"
 
@@ -57,7 +66,7 @@ camera() {
     new_namespace
     inside "$switch" ip link add name "port$serial" type veth peer name camera address "$mac" netns "$namespace"
     inside "$switch" ip link set "port$serial" master bridge up
-    inside "$namespace" "$build/bin/virtual-camera" --interface camera --serial "$serial" --name "$name" \
+    inside "$namespace" "$programs/bin/virtual-camera" --interface camera --serial "$serial" --name "$name" \
         --persistent "$address" --verbose "$@" >"$pictures/camera-$serial.log" 2>&1 &
     wait_for 10 "the camera $serial did not start" has_address "$namespace" "${address%/*}"
 }
@@ -86,9 +95,7 @@ build_network() {
 }
 
 start_window() {
-    GENICAM_GENTL64_PATH=$(realpath "$build/cti")
-    export GENICAM_GENTL64_PATH
-    "$build/bin/norvik" >"$pictures/norvik.log" 2>&1 &
+    "$window" >"$pictures/norvik.log" 2>&1 &
     norvik=$!
 }
 
