@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -195,6 +196,10 @@ struct FAULTY_CASE {
     camera::STREAM_FAULTS Faults;
     bool AllComplete;
 };
+
+void PrintTo(const FAULTY_CASE& objCase, std::ostream* pStream) {
+    *pStream << objCase.Name;
+}
 
 class ProducerStreamWithFaults : public ProducerStream, public testing::WithParamInterface<FAULTY_CASE> {};
 
