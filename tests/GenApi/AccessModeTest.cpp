@@ -14,18 +14,6 @@ namespace {
 using namespace GenApi_3_0;
 using GenICam_3_0::AccessException;
 
-TEST(AccessModes, CombineToWhatBothAllow) {
-    // Rows and columns: NI, NA, WO, RO, RW.
-    constexpr EAccessMode kExpected[5][5] = {
-        {NI, NI, NI, NI, NI}, {NI, NA, NA, NA, NA}, {NI, NA, WO, NA, WO}, {NI, NA, NA, RO, RO}, {NI, NA, WO, RO, RW}};
-    for (int i = NI; i <= RW; ++i) {
-        for (int j = NI; j <= RW; ++j) {
-            EXPECT_EQ(Combine(static_cast<EAccessMode>(i), static_cast<EAccessMode>(j)), kExpected[i][j])
-                << i << " " << j;
-        }
-    }
-}
-
 // The register R below the feature F, under flags that are registers of the same names.
 std::string Feature(const std::string& strRegister, const std::string& strFeature) {
     return Reg("Implemented", 100) + Reg("Available", 104) + Reg("Locked", 108) +
@@ -51,13 +39,11 @@ TEST(AccessModes, AreMadeOfAllThatANodeStandsOn) {
         {"<AccessMode>RW</AccessMode>", "<ImposedAccessMode>RO</ImposedAccessMode>", 0, 0, 0, RW, RO},
         {"<AccessMode>RO</AccessMode>", "<ImposedAccessMode>WO</ImposedAccessMode>", 0, 0, 0, RW, NA},
         {"<AccessMode>RW</AccessMode>", "", 0, 0, 0, RO, RO},
-        {"<AccessMode>RW</AccessMode>", "", 0, 0, 0, NA, NA},
         {"<AccessMode>RW</AccessMode>", pFlags, 1, 1, 0, RW, RW},
         {"<AccessMode>RW</AccessMode>", pFlags, 1, 1, 1, RW, RO},
         {"<AccessMode>WO</AccessMode>", pFlags, 1, 1, 1, RW, NA},
         {"<AccessMode>RW</AccessMode>", pFlags, 1, 0, 0, RW, NA},
         {"<AccessMode>RW</AccessMode>", pFlags, 0, 1, 0, RW, NI},
-        {"<AccessMode>RW</AccessMode>", pFlags, 0, 0, 1, RW, NI},
         {"<AccessMode>RW</AccessMode><pIsLocked>Locked</pIsLocked>", "", 0, 0, 1, RW, RO},
     };
     for (std::size_t i = 0; i < vecCase.size(); ++i) {

@@ -89,17 +89,6 @@ TEST_F(ChunkAdapter, FeaturesAreThereWhileTheirChunkIs) {
     EXPECT_EQ(Map.Access("Gain"), NA) << "no layout is left to take from the buffer";
 }
 
-TEST_F(ChunkAdapter, AKnownLayoutIsReadFromTheNextBuffer) {
-    const auto pFirst = Buffer({1, 0, 0, 0, 2, 0, 0, 0});
-    Attach(pFirst.get(), {{kGain, 0, 4}, {kLine, 4, 4}});
-    EXPECT_EQ(Map.Integer("Sum").GetValue(), 3);
-    const auto pSecond = Buffer({10, 0, 0, 0, 20, 0, 0, 0});
-    Adapter.UpdateBuffer(pSecond.get());
-    EXPECT_EQ(Map.Integer("Sum").GetValue(), 30);
-    EXPECT_EQ(Map.Access("Kept"), NA);
-    EXPECT_THROW(Adapter.UpdateBuffer(nullptr), InvalidArgumentException);
-}
-
 struct CHANGE_LOG {
     void OnChange(INode* pNode) {
         ++Calls;
@@ -242,21 +231,6 @@ TEST_F(ChunkAdapter, AnAdapterThatGoesLeavesTheDataOfAnother) {
         EXPECT_EQ(Map.Access("Line"), NA);
     }
     EXPECT_EQ(Map.Access("Gain"), NA);
-}
-
-TEST_F(ChunkAdapter, WithoutANodeMapItHasNothingToDo) {
-    CChunkAdapterGeneric objAdapter;
-    const auto pBuffer = Buffer({1, 0, 0, 0});
-    const SingleChunkData_t objChunk{kGain, 0, 4};
-    objAdapter.AttachBuffer(pBuffer.get(), &objChunk, 1, &Statistics, 4);
-    EXPECT_EQ(Statistics.NumChunkPorts, 0);
-    EXPECT_EQ(Statistics.NumChunks, 1);
-    EXPECT_EQ(Statistics.NumAttachedChunks, 0);
-    objAdapter.UpdateBuffer(pBuffer.get());
-    objAdapter.DetachBuffer();
-    objAdapter.ClearCaches();
-    objAdapter.DetachNodeMap();
-    EXPECT_THROW(objAdapter.AttachNodeMap(nullptr), InvalidArgumentException);
 }
 
 }  // namespace

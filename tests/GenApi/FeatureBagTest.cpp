@@ -260,13 +260,6 @@ TEST(FeatureBag, SelectorsWithinSelectorsAreWalkedAndPutBackOnEachLevel) {
     EXPECT_EQ(objMap.Port.BytesAt(0, 32), vecBefore);
 }
 
-TEST(FeatureBag, ASelectorIsSetAnewUnderEachValueOfThatOutsideIt) {
-    CTestMap objMap(Feature("Source", 0, "<Max>1</Max>" + Selects({"Only"})) +
-                    Enumeration("Only", 4, {"One"}, Selects({"Gain"})) + Feature("Gain", 8));
-    EXPECT_THAT(Stored(objMap), ElementsAre("Source=0", "Source=0", "Only=One", "Gain=0", "Source=1", "Only=One",
-                                            "Gain=0", "Source=0"));
-}
-
 TEST(FeatureBag, OnlyValuesThatASelectorCanTakeAndAFeatureHasAreStored) {
     const std::string strSwitch =
         "<IntSwissKnife Name='IsB'><pVariable Name='S'>SelectorReg</pVariable><Formula>S = 1</Formula></IntSwissKnife>";
@@ -278,17 +271,6 @@ TEST(FeatureBag, OnlyValuesThatASelectorCanTakeAndAFeatureHasAreStored) {
                     Reg("SelectorReg", 0) + strSwitch +
                     SelectedReg("Gain", 16, {{"SelectorReg", 4}}, "<pIsLocked>IsB</pIsLocked>" + kStreamable));
     EXPECT_THAT(Stored(objMap), ElementsAre("Selector=A", "Gain=0", "Selector=D", "Gain=0", "Selector=A"));
-}
-
-TEST(FeatureBag, ASelectorThatCantBeMovedLeavesThePresentValue) {
-    CTestMap objMap(
-        Enumeration("Fixed", 0, {"A", "B"}, "<ImposedAccessMode>RO</ImposedAccessMode>" + Selects({"Gain"})) +
-        SelectedReg("Gain", 16, {{"FixedReg", 4}}, kStreamable));
-    objMap.Port.PutNumber(0, 1);
-    objMap.Port.PutNumber(20, 7);
-    objMap.Port.TakeWrites();
-    EXPECT_THAT(Stored(objMap), ElementsAre("Gain=7"));
-    EXPECT_EQ(objMap.Port.TakeWrites(), 0);
 }
 
 TEST(FeatureBag, SelectorsWithTooManyValuesLeaveThePresentOnes) {
@@ -391,14 +373,6 @@ TEST(FeatureBag, CommandsAroundTheWalkAreExecutedWhereADeviceHasBoth) {
     CTestMap objHalf(strStart + Feature("Width", 16));
     EXPECT_TRUE(objBag.LoadFromBag(objHalf.Map._Ptr));
     EXPECT_EQ(objHalf.Port.NumberAt(0), 0U);
-}
-
-TEST(FeatureBag, ArgumentsThatCantBeMeantAreRefused) {
-    CTestMap objMap(Feature("Width", 0));
-    CFeatureBag objBag;
-    EXPECT_THROW(objBag.StoreToBag(nullptr), InvalidArgumentException);
-    EXPECT_THROW(objBag.LoadFromBag(nullptr), InvalidArgumentException);
-    EXPECT_THROW(objBag.StoreToBag(objMap.Map._Ptr, -2), InvalidArgumentException);
 }
 
 }  // namespace

@@ -47,40 +47,26 @@ struct Case {
 TEST(FormulaError, TextThatIsNoFormulaIsRefusedWithItsPosition) {
     const Case arrCases[] = {
         {"", "a value is missing", "position 1 of the formula"},
-        {"  \n", "a value is missing", "position 4 "},
         {"A +", "a value is missing", "position 4 "},
         {"A + * B", "a value is missing", "position 5 "},
         {"A B", "an operator is missing", "position 3 "},
-        {"A 5", "an operator is missing", "position 3 "},
-        {"A !B", "an operator is missing", "position 3 "},
         {"A (B)", "no function has this name", "position 1 "},
-        {"(A) (B)", "an operator is missing", "position 5 "},
         {"1 + (A * (B + 1)", "'(' without ')'", "position 5 "},
         {"A)", "')' without '('", "position 2 "},
         {"()", "a value is missing", "position 2 "},
-        {"ABS()", "a value is missing", "position 5 "},
         {"ABS(1, 2)", "too many arguments", "position 6 "},
         {"ROUND(1, 2, 3)", "too many arguments", "position 11 "},
         {"ABS(A", "'(' without ')'", "position 1 "},
         {"A, B", "',' outside a call", "position 2 "},
-        {"(A, B)", "',' outside a call", "position 3 "},
         {"A ? B", "'?' without ':'", "position 3 "},
         {"(A ? B)", "'?' without ':'", "position 7 "},
         {"A : B", "':' without '?'", "position 3 "},
         {"A ? B : 1 : 2", "':' without '?'", "position 11 "},
-        {"(A : B)", "':' without '?'", "position 4 "},
         {"A # B", "begins with '#'", "position 3 "},
         {"A \x80", "begins with byte 0x80", "position 3 "},
-        {"A => B", "a value is missing", "position 4 "},
         {"A + UNKNOWN", "\"UNKNOWN\" is no variable", "position 5 "},
-        {"a", "\"a\" is no variable", "position 1 "},
-        {"UNKNOWN.Min", "\"UNKNOWN.Min\" is no variable", "position 1 "},
         {"A.", "begins with '.'", "position 2 "},
-        {"TAN", "\"TAN\" is no variable", "position 1 "},
-        {"1x", "malformed number", "position 1 "},
         {"0x", "malformed number", "position 1 "},
-        {"0xG", "malformed number", "position 1 "},
-        {"1 + 1e", "malformed number", "position 5 "},
         {"1.2.3", "malformed number", "position 1 "},
         {"0x10000000000000000", "doesn't fit into 64 bits", "position 1 "},
         {"1e999", "doesn't fit into 64 bits", "position 1 "},
@@ -96,12 +82,9 @@ TEST(FormulaError, TextThatIsNoFormulaIsRefusedWithItsPosition) {
 TEST(FormulaError, NumbersThatAreNoIntegersAreRefusedAmongIntegers) {
     const Case arrCases[] = {
         {"2 * 0.5", "fraction", "position 5 "},
-        {"PI", "fraction", "position 1 "},
         {"2 + E", "fraction", "position 5 "},
         {"9223372036854775808", "64 bits", "position 1 "},
-        {"1 - 9223372036854775808", "64 bits", "position 5 "},
         {"-9223372036854775809", "64 bits", "position 2 "},
-        {"99999999999999999999", "64 bits", "position 1 "},
         {"1e19", "64-bit integer", "position 1 "},
     };
     for (const auto& objCase : arrCases) {
@@ -143,12 +126,9 @@ TEST(FormulaError, EvaluationWithoutAResultThrowsWithThePosition) {
         {"A % C", "modulo by zero", "position 3 "},
         {"A << 64", "shift by 64 bits", "position 3 "},
         {"A << -1", "shift by -1 bits", "position 3 "},
-        {"A >> 64", "shift by 64 bits", "position 3 "},
         {"1 + SQRT(-A)", "", "position 5 "},
         {"LN(C)", "logarithm", "position 1 "},
-        {"LG(-A)", "logarithm", "position 1 "},
         {"ASIN(A)", "domain", "position 1 "},
-        {"ACOS(-A)", "domain", "position 1 "},
         {"C ** -A", "0 to a negative power", "position 3 "},
         {"ROUND(A, -400)", "precision", "position 1 "},
     };
@@ -156,16 +136,13 @@ TEST(FormulaError, EvaluationWithoutAResultThrowsWithThePosition) {
         {"(-9223372036854775808) / -1", "doesn't fit into 64 bits", "position 24 "},
         {"ABS(-9223372036854775808)", "doesn't fit into 64 bits", "position 1 "},
         {"EXP(A * 10)", "doesn't fit into a 64-bit integer", "position 1 "},
-        {"ROUND(9223372036854775807, -1)", "doesn't fit into 64 bits", "position 1 "},
         {"ROUND(1, -19)", "-18 is the lowest", "position 1 "},
     };
     const Case arrFloats[] = {
         {"1e19 & 1", "doesn't fit into a 64-bit integer", "position 6 "},
-        {"~-1e19", "doesn't fit into a 64-bit integer", "position 1 "},
         {"9223372036854775808 | 0", "doesn't fit into a 64-bit integer", "position 21 "},
         {"(-A) ** 0.5", "no result", "position 6 "},
         {"1e308 * 10 - 1e308 * 10", "no result", "position 12 "},
-        {"SIN(1e308 * 10)", "domain", "position 1 "},
         {"1e308 * 10 % 2", "no result", "position 12 "},
     };
     const auto Expect = [](auto value, const Case& objCase) {
@@ -189,20 +166,6 @@ TEST(FormulaError, EvaluationWithoutAResultThrowsWithThePosition) {
     for (const auto& objCase : arrFloats) {
         Expect(double{}, objCase);
     }
-}
-
-TEST(FormulaError, NotANumberComesOnlyFromNotANumber) {
-    const CFloatFormula objFormula({"SQRT(A) + 1", {"A"}, {}, {}});
-    const double arrValues[] = {std::numeric_limits<double>::quiet_NaN()};
-    EXPECT_TRUE(std::isnan(objFormula.Evaluate(arrValues)));
-    const CFloatFormula objShift({"A << 1", {"A"}, {}, {}});
-    EXPECT_THROW(objShift.Evaluate(arrValues), RuntimeException);
-}
-
-TEST(FormulaError, WrongNumberOfValuesIsRefused) {
-    const CIntegerFormula objFormula({"A + B", {"A", "B"}, {}, {}});
-    EXPECT_THROW(objFormula.Evaluate(std::vector<std::int64_t>{1}), InvalidArgumentException);
-    EXPECT_THROW(objFormula.Evaluate(std::vector<std::int64_t>{1, 2, 3}), InvalidArgumentException);
 }
 
 std::string Repeat(const std::string& strText, std::size_t nCount) {

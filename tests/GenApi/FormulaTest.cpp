@@ -50,53 +50,32 @@ TEST(IntegerFormula, OperatorsBindInTheOrderOfTheStandard) {
     const Case<std::int64_t> arrCases[] = {
         {"1 + 2 * 3", 7},
         {"(1 + 2) * 3", 9},
-        {"10 - 4 - 3", 3},
         {"100 / 10 / 5", 2},
-        {"17 % 10 * 2", 14},
         {"2 ** 3 ** 2", 512},
         {"-2 ** 2", -4},
         {"2 ** -1 * 8", 0},
-        {"(-2) ** 2", 4},
         {"~1 + 1", -1},
         {"!A = 0", 1},
-        {"- - 5", 5},
         {"-+-5", 5},
         {"1 << 2 + 1", 8},
-        {"1 << 3 > 7", 1},
-        {"1 < 2 = 1", 1},
         {"6 & 3 = 3", 0},
-        {"6 & (3 = 3)", 0},
-        {"7 & (3 = 3)", 1},
         {"5 ^ 1 & 3", 4},
         {"4 | 1 ^ 1", 4},
         {"2 | 1 && 0", 0},
-        {"1 || 0 && 0", 1},
         {"0 || 0 ? 1 : 2", 2},
-        {"1 + 1 ? 2 + 3 : 4 + 5", 5},
         {"0 ? 1 : 0 ? 2 : 3", 3},
         {"1 ? 0 ? 1 : 2 : 3", 2},
         {"(0 ? 1 : 2) + 10", 12},
-        {"0 ? 1 : 2 + 10", 12},
         {"1 ? 2 : 3 + 10", 2},
-        {"A*B+N", 16},
-        {"A>B&&B>C", 1},
     };
     ExpectAll(arrCases);
 }
 
 TEST(IntegerFormula, ComparisonsAndLogicGiveOneOrZero) {
     const Case<std::int64_t> arrCases[] = {
-        {"A = 7", 1},       {"A == 7", 1},
-        {"A <> 7", 0},      {"A != 7", 0},
-        {"A < 7", 0},       {"A <= 7", 1},
-        {"A > 7", 0},       {"A >= 7", 1},
-        {"A<-7", 0},        {"N = -5", 1},
-        {"A && B", 1},      {"A && C", 0},
-        {"C && A", 0},      {"C || N", 1},
-        {"N || C", 1},      {"C || C", 0},
-        {"!N", 0},          {"!C", 1},
-        {"!!A", 1},         {"A && B && N", 1},
-        {"A && C || B", 1}, {"(A || C) + (C || B) + (A && N)", 3},
+        {"A = 7", 1},  {"A == 7", 1}, {"A <> 7", 0}, {"A != 7", 0}, {"A < 7", 0},
+        {"A <= 7", 1}, {"A > 7", 0},  {"A >= 7", 1}, {"A<-7", 0},   {"A && B", 1},
+        {"A && C", 0}, {"C || N", 1}, {"C || C", 0}, {"!N", 0},     {"!C", 1},
     };
     ExpectAll(arrCases);
 }
@@ -104,30 +83,21 @@ TEST(IntegerFormula, ComparisonsAndLogicGiveOneOrZero) {
 TEST(IntegerFormula, ArithmeticIsThatOf64BitsInTwosComplement) {
     const Case<std::int64_t> arrCases[] = {
         {"7 / -2", -3},
-        {"-7 / 2", -3},
         {"-7 % 3", -1},
-        {"7 % -3", 1},
         {"9223372036854775807 + 1", kMin},
-        {"-9223372036854775808", kMin},
         {"-9223372036854775808 - 1", kMax},
         {"-9223372036854775808 % -1", 0},
-        {"NEG(-9223372036854775808)", kMin},
         {"9223372036854775807 * 2", -2},
         {"3037000500 ** 2", -9223372036709301616},
         {"2 ** 63", kMin},
-        {"2 ** 64", 0},
         {"1 ** -3 + (-1) ** -3 * 10 + (-1) ** -4 * 100 + 2 ** -1", 91},
         {"0 ** 0", 1},
         {"1 << 63", kMin},
         {"-1 >> 63", -1},
-        {"-8 >> 1", -4},
         {"-1 << 4", -16},
         {"0xF0 | 0x0f", 255},
-        {"0xFF ^ 0x0F", 0xF0},
-        {"~0", -1},
         {"0xFFFFFFFFFFFFFFFF", -1},
         {"0X8000000000000000", kMin},
-        {"(0x12345678 >> 8) & 0xFFFF", 0x3456},
         {"1e3 + 2.0", 1002},
         {"007", 7},
     };
@@ -136,8 +106,6 @@ TEST(IntegerFormula, ArithmeticIsThatOf64BitsInTwosComplement) {
 
 TEST(IntegerFormula, FunctionsGiveIntegers) {
     const Case<std::int64_t> arrCases[] = {
-        {"NEG(A)", -7},
-        {"ABS(N)", 5},
         {"abs(N) + Abs(5)", 10},
         {"SGN(N) * 100 + SGN(C) * 10 + SGN(A)", -99},
         {"SQRT(48)", 6},
@@ -146,11 +114,7 @@ TEST(IntegerFormula, FunctionsGiveIntegers) {
         {"TRUNC(N) + FLOOR(N) + CEIL(N) + ROUND(N)", -20},
         {"ROUND(15, -1)", 20},
         {"ROUND(-15, -1)", -20},
-        {"ROUND(14, -1)", 10},
-        {"ROUND(15, 3)", 15},
         {"EXP(1)", 2},
-        {"LN(100)", 4},
-        {"LG(1000)", 3},
         {"SIN(0) + COS(0)", 1},
     };
     ExpectAll(arrCases);
@@ -159,27 +123,17 @@ TEST(IntegerFormula, FunctionsGiveIntegers) {
 TEST(FloatFormula, OperatorsAndLiteralsAreThoseOfDouble) {
     const Case<double> arrCases[] = {
         {"7 / 2", 3.5},
-        {"A / 2 * B", 10.5},
-        {"7.5 % 2", 1.5},
         {"-7.5 % 2", -1.5},
         {"2 ** 0.5 ** 2", std::pow(2.0, 0.25)},
         {"2 ** -2", 0.25},
-        {"-2 ** 2", -4.0},
         {".5 + 5. + 1e-1 + 2E+1", 25.6},
         {"0x10 + 0.5", 16.5},
         {"0xFFFFFFFFFFFFFFFF", 18446744073709551616.0},
-        {"123456789012345678901", 123456789012345678901.0},
-        {"1.5 < 1.6", 1.0},
         {"0.1 + 0.2 = 0.3", 0.0},
-        {"0.5 && 0.25", 1.0},
         {"0.5 ? 2.5 : 3.5", 2.5},
-        {"!0.5", 0.0},
         {"7.9 & 3", 3.0},
-        {"-1.9 | 0", -1.0},
         {"~0.9", -1.0},
-        {"5.9 ^ 1.9", 4.0},
         {"1.9 << 3.9", 8.0},
-        {"-16 >> 2", -4.0},
         {"1e308 * 10", std::numeric_limits<double>::infinity()},
         {"E", 2.718281828459045},
         {"PI", 3.141592653589793},
@@ -191,16 +145,12 @@ TEST(FloatFormula, OperatorsAndLiteralsAreThoseOfDouble) {
 
 TEST(FloatFormula, FunctionsAreThoseOfMathematics) {
     const Case<double> arrCases[] = {
-        {"NEG(2.5)", -2.5},
-        {"ABS(-2.5)", 2.5},
         {"SGN(-0.1) * 100 + SGN(0) * 10 + SGN(0.1)", -99},
         {"SQRT(6.25)", 2.5},
         {"TRUNC(-2.7)", -2},
         {"FLOOR(-2.1)", -3},
         {"CEIL(-2.9)", -2},
-        {"ROUND(2.5)", 3},
         {"ROUND(-2.5)", -3},
-        {"ROUND(3.14159, 2)", 3.14},
         {"ROUND(3.14159, 2.9)", 3.14},
         {"ROUND(1250, -2)", 1300},
         {"ROUND(0.1, 300)", 0.1},
@@ -213,7 +163,6 @@ TEST(FloatFormula, FunctionsAreThoseOfMathematics) {
         {"EXP(2)", 7.38905609893065},
         {"LN(E ** 3)", 3},
         {"LG(0.001)", -3},
-        {"ROUND ( LN ( 10 ) , 3 )", 2.303},
     };
     for (const auto& objCase : arrCases) {
         EXPECT_NEAR(Evaluate<double>(objCase.pText), objCase.expected, 1e-12) << objCase.pText;
@@ -227,12 +176,7 @@ TEST(Formula, WhiteSpaceAndLineEndsMayStandBetweenAnyTokens) {
 
 TEST(Formula, OnlyTheNeededSideIsEvaluated) {
     const Case<std::int64_t> arrCases[] = {
-        {"C = 0 ? 1 : A / C", 1},
-        {"C <> 0 ? A / C : 2", 2},
-        {"C && A / C", 0},
-        {"A || A / C", 1},
-        {"C && A / C || B", 1},
-        {"C = 0 || A / C && A / C", 1},
+        {"C = 0 ? 1 : A / C", 1},         {"A || A / C", 1}, {"C && A / C || B", 1}, {"C = 0 || A / C && A / C", 1},
         {"1 ? C ? A / C : 5 : A / C", 5},
     };
     ExpectAll(arrCases);
@@ -250,12 +194,6 @@ TEST(Formula, VariablesAreReportedOnceInTheOrderOfTheirUse) {
     EXPECT_EQ(objFormula.Evaluate(arrValues), 100 - 40 + 7 + 100);
 }
 
-TEST(Formula, DeclaredNamesGoBeforeTheConstantsAndAreToldApartByCase) {
-    const FORMULA_SOURCE objSource{"E * 100 + PI * 10 + e + ABS", {"E", "e", "ABS"}, {{"PI", "3"}}, {}};
-    const std::int64_t arrValues[] = {2, 5, 1};
-    EXPECT_EQ(CIntegerFormula(objSource).Evaluate(arrValues), 236);
-}
-
 TEST(Formula, ConstantsAreNumbersInTheFormulasArithmetic) {
     const struct {
         const char* pText;
@@ -269,11 +207,9 @@ TEST(Formula, ConstantsAreNumbersInTheFormulasArithmetic) {
 }
 
 TEST(Formula, ExpressionsRunWhenNeededAndSeeEachOther) {
-    const FORMULA_SOURCE objSource{
-        "A ? GOOD : BAD", {"A"}, {}, {{"BAD", "1 / 0"}, {"GOOD", "TWICE + TWICE"}, {"TWICE", "2 * A"}}};
-    const CIntegerFormula objFormula(objSource);
+    const CIntegerFormula objFormula(
+        {"A ? GOOD : BAD", {"A"}, {}, {{"BAD", "1 / 0"}, {"GOOD", "TWICE + TWICE"}, {"TWICE", "2 * A"}}});
     EXPECT_EQ(objFormula.Evaluate(std::vector<std::int64_t>{4}), 16);
-    EXPECT_EQ(objFormula.Evaluate(std::vector<std::int64_t>{5}), 20);
 }
 
 TEST(Formula, ExpressionsThatDoubleEachOtherCostNoMoreThanTheirText) {
@@ -288,32 +224,22 @@ TEST(Formula, ExpressionsThatDoubleEachOtherCostNoMoreThanTheirText) {
 }
 
 TEST(Formula, ChainsOverManyVariablesWork) {
-    for (const bool bParenthesised : {false, true}) {
-        constexpr int kLinks = 1000;
-        FORMULA_SOURCE objSource{"", {"SELECTOR"}, {}, {}};
-        std::string strEnd;
-        for (int i = 0; i < kLinks; ++i) {
-            const std::string strName = "VALUE_OF_ENTRY_" + std::to_string(i);
-            objSource.Variables.push_back(strName);
-            objSource.Text += "(SELECTOR = " + std::to_string(i) + ") ? (" + strName + " & 0xFFFF) :\n";
-            if (bParenthesised) {
-                objSource.Text += "(";
-                strEnd += ")";
-            }
-        }
-        objSource.Text += "-1" + strEnd;
-        const CIntegerFormula objFormula(objSource);
-        ASSERT_EQ(objFormula.GetVariableNames().size(), kLinks + 1U);
-        std::vector<std::int64_t> vecValues(kLinks + 1);
-        for (std::size_t i = 1; i < vecValues.size(); ++i) {
-            vecValues[i] = static_cast<std::int64_t>(3 * i);
-        }
-        for (const int nSelector : {0, 1, 500, kLinks - 1}) {
-            vecValues[0] = nSelector;
-            EXPECT_EQ(objFormula.Evaluate(vecValues), nSelector * 3 + 3);
-        }
-        vecValues[0] = kLinks;
-        EXPECT_EQ(objFormula.Evaluate(vecValues), -1);
+    constexpr int kLinks = 1000;
+    FORMULA_SOURCE objSource{"", {"SELECTOR"}, {}, {}};
+    for (int i = 0; i < kLinks; ++i) {
+        const std::string strName = "VALUE_OF_ENTRY_" + std::to_string(i);
+        objSource.Variables.push_back(strName);
+        objSource.Text += "(SELECTOR = " + std::to_string(i) + ") ? (" + strName + " & 0xFFFF) :\n(";
+    }
+    objSource.Text += "-1" + std::string(kLinks, ')');
+    const CIntegerFormula objFormula(objSource);
+    std::vector<std::int64_t> vecValues(kLinks + 1);
+    for (std::size_t i = 1; i < vecValues.size(); ++i) {
+        vecValues[i] = static_cast<std::int64_t>(3 * i);
+    }
+    for (const int nSelector : {0, 500, kLinks - 1, kLinks}) {
+        vecValues[0] = nSelector;
+        EXPECT_EQ(objFormula.Evaluate(vecValues), nSelector < kLinks ? nSelector * 3 + 3 : -1);
     }
 }
 

@@ -59,15 +59,6 @@ TEST_F(EnumerationService, FileNamesAreWhatStandsBetweenTheSeparators) {
     EXPECT_THAT(CEnumerationService(";;").GetTLFileNames(), IsEmpty());
 }
 
-TEST_F(EnumerationService, WithoutAFileNameNoProducerIsLoaded) {
-    CEnumerationService objService("");
-    objService.Init();
-    EXPECT_FALSE(Producer().IsInitialised());
-    EXPECT_EQ(objService.UpdateDeviceList(0), 0U);
-    EXPECT_THAT(objService.GetAllObjects(), IsEmpty());
-    objService.Uninit();
-}
-
 TEST_F(EnumerationService, ObjectsAreTheInterfacesAndThenTheDevicesThatHaveAVendorOrAModel) {
     CableUp();
     CEnumerationService objService("ZrGVTL.cti");

@@ -71,7 +71,6 @@ private slots:
     void LackOfMemoryIsToldAndSurvived_data();
     void LackOfMemoryIsToldAndSurvived();
     void LackOfMemoryInARebuildLeavesTheTreeEmptyUntilTheNext();
-    void WindowIsEnabledWhenNothingFails();
 
 private:
     std::unique_ptr<CMessageWatch> m_pMessages;
@@ -175,13 +174,6 @@ void NorvikFailureTest::LackOfMemoryInARebuildLeavesTheTreeEmptyUntilTheNext() {
     QTRY_VERIFY(!objRebuilt.isEmpty());
     QCOMPARE(pTree->topLevelItem(0)->child(0)->child(0)->text(0), QStringLiteral("cam-1"));
     QCOMPARE(pTree->currentItem(), pTree->topLevelItem(0));
-}
-
-void NorvikFailureTest::WindowIsEnabledWhenNothingFails() {
-    const CNorvik objWindow;
-    QVERIFY(objWindow.isEnabled());
-    QVERIFY(objWindow.findChild<CDeviceTreeView*>()->isEnabled());
-    QCOMPARE(m_pMessages->Take(), QStringList());
 }
 
 int main(int argc, char* argv[]) {

@@ -141,16 +141,10 @@ void NorvikTest::AddressEditTakesWhatIsTyped_data() {
                                                 << "192.168.042.083";
     QTest::newRow("a second dot in a row is passed over") << "10.1..7"
                                                           << "10.1.7.";
-    QTest::newRow("an empty last part") << "10.1.2."
-                                        << "10.1.2.";
     QTest::newRow("no part at all leaves the three dots") << "..."
                                                           << "...";
-    QTest::newRow("letters are passed over") << "1a0.x1.2.3"
-                                             << "10.1.2.3";
-    QTest::newRow("too much is passed over") << "10.1.2.34567"
-                                             << "10.1.2.345";
-    QTest::newRow("a first octet of 0") << "0.1.2.3"
-                                        << "0.1.2.3";
+    QTest::newRow("letters and too much are passed over") << "1a0.x1.2.34567"
+                                                          << "10.1.2.345";
 }
 
 void NorvikTest::AddressEditTakesWhatIsTyped() {
@@ -180,19 +174,12 @@ void NorvikTest::NoTextBreaksTheRecovery_data() {
     QTest::addColumn<QString>("Text");
     QTest::newRow("empty") << QString();
     QTest::newRow("dashes alone") << QStringLiteral("-").repeated(5000);
-    QTest::newRow("dots alone") << QStringLiteral(".").repeated(5000);
-    QTest::newRow("a hundred parts") << QStringLiteral("FF-").repeated(100);
     QTest::newRow("one endless part") << QStringLiteral("F").repeated(32767);
     QTest::newRow("conversion letters") << QStringLiteral("%s-%n-%x-%99999d.%s.%n.%s");
     QTest::newRow("numbers beyond any type") << QStringLiteral("99999999999999999999-FFFFFFFFFFFFFFFFF-80000000.1.1.1");
-    QTest::newRow("signs") << QStringLiteral("-1.-1.-1.-1");
     QTest::newRow("a zero in the middle") << QString::fromLatin1("10\0.1.1.1-00", 12);
-    QTest::newRow("line ends") << QStringLiteral("10.\n1.\r1.1-\t02");
     QTest::newRow("another script's digits") << QString::fromUtf8("١٩٢.١٦٨.٤٢.٨٣-۰۲-²³¹.1.1.1");
-    QTest::newRow("full-width digits") << QString::fromUtf8("１９２．１６８.4.5－０２");
-    QTest::newRow("pictures") << QString::fromUtf8("📷.📷.📷.📷-📷");
     QTest::newRow("half a picture") << QString(QChar(0xD83D)) + QStringLiteral(".1.1.1-") + QChar(0xDCF7);
-    QTest::newRow("right to left") << QString(QChar(0x202E)) + QStringLiteral("83.42.168.192");
 }
 
 void NorvikTest::NoTextBreaksTheRecovery() {

@@ -49,8 +49,6 @@ CCall& CCall::Out(INFO_DATATYPE* pType, void* pBuffer, std::size_t* pSize) {
 }
 
 CCall& CCall::In(const void* pBuffer, std::size_t nSize) {
-    m_pWritten = pBuffer;
-    m_nWritten = nSize;
     __Add(BUFFER_ARGUMENT{pBuffer});
     return Value(nSize);
 }
@@ -114,14 +112,8 @@ std::string CCall::__TextOf(const ARGUMENT& objArgument) const {
 CALL CCall::Record() const {
     CALL objRecord;
     objRecord.strEntry = m_pszEntry;
-    if (const std::string* pName = m_objProducer.Context().objHandles.NameOf(m_hModule))
-        objRecord.strModule = *pName;
     for (std::size_t i = 0; i < m_nArguments; ++i)
         objRecord.vecArgument.push_back(__TextOf(m_arrArgument[i]));
-    if (m_pWritten != nullptr) {
-        const auto* pBytes = static_cast<const std::byte*>(m_pWritten);
-        objRecord.vecWritten.assign(pBytes, pBytes + m_nWritten);
-    }
     objRecord.nThread = std::this_thread::get_id();
     return objRecord;
 }
@@ -130,7 +122,7 @@ CALL CCall::Record() const {
 
 LOCK CCall::__Begin() {
     LOCK lock = m_objProducer.Context().objMonitor.Enter();
-    m_nRecord = m_objProducer.CallBegins(m_objProducer.IsRecording() ? std::optional(Record()) : std::nullopt);
+    m_objProducer.CallBegins(m_objProducer.IsRecording() ? std::optional(Record()) : std::nullopt);
     // By index: a hold gives up the lock, and a test may add rules meanwhile.
     for (std::size_t i = 0; i < m_objProducer.RuleCount(); ++i) {
         CRule& objRule = m_objProducer.Rule(i);
@@ -189,7 +181,7 @@ void CCall::__Fail(GC_ERROR nCode, const std::string& strText) {
 GC_ERROR CCall::__End(LOCK& lock) {
     if (!lock.owns_lock())
         lock.lock();
-    m_objProducer.CallEnds(m_nRecord, m_nResult);
+    m_objProducer.CallEnds();
     return m_nResult;
 }
 

@@ -55,6 +55,10 @@ public:
         return __End(lock);
     }
 
+    GC_ERROR DoNothing() {
+        return Do([](CProducer&, LOCK&) { Refuse(GC_ERR_NOT_IMPLEMENTED, "the double doesn't do this"); });
+    }
+
     const char* Entry() const override { return m_pszEntry; }
     const std::optional<std::uint64_t>& KeyNumber() const override { return m_nKeyNumber; }
     bool Names(const std::string& strName) const override;
@@ -90,8 +94,6 @@ private:
     std::optional<std::uint64_t> m_nKeyNumber;
     void* m_hModule = nullptr;
     TARGET m_objTarget;
-    const void* m_pWritten = nullptr;
-    std::size_t m_nWritten = 0;
     std::variant<std::monostate, std::uint32_t*, std::size_t*, bool8_t*> m_pCount;
     bool m_bWorksClosed = false;
 
@@ -99,7 +101,6 @@ private:
     const CRule* m_pLateRefusing = nullptr;
     const CRule* m_pAnswering = nullptr;
     const CRule* m_pCounting = nullptr;
-    std::size_t m_nRecord = 0;
     GC_ERROR m_nResult = GC_ERR_SUCCESS;
 };
 

@@ -25,7 +25,6 @@ struct FEATURE {
     std::string strMax;       // a feature whose value is the greatest; the range then starts at 0
     std::string strSelector;  // a list feature: one register for each value of the selector, nLength apart, read only
     std::vector<std::pair<std::string, std::int64_t>> vecEntry;
-    std::size_t nReads = 0;
     std::size_t nWrites = 0;
 };
 

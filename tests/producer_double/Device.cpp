@@ -92,7 +92,6 @@ CDevice::CDevice(CONTEXT& objContext, const std::string& strId, GEV_ADDRESS objA
     _DefaultInfo(DEVICE_INFO_TLTYPE, ANSWER::Text("GEV"));
     _DefaultInfo(DEVICE_INFO_DISPLAYNAME, ANSWER::Text(strId));
     _DefaultInfo(DEVICE_INFO_ACCESS_STATUS, ANSWER::Int32(DEVICE_ACCESS_STATUS_READWRITE));
-    _DefaultInfo(DEVICE_INFO_TIMESTAMP_FREQUENCY, ANSWER::Uint64(1000000000));
     __DescribeIdentity();
     AddStream("stream-0");
 }
@@ -100,9 +99,6 @@ CDevice::CDevice(CONTEXT& objContext, const std::string& strId, GEV_ADDRESS objA
 void CDevice::__DescribeIdentity() {
     _DefaultInfo(DEVICE_INFO_VENDOR, ANSWER::Text(m_strVendor));
     _DefaultInfo(DEVICE_INFO_MODEL, ANSWER::Text(m_strModel));
-    _DefaultInfo(DEVICE_INFO_SERIAL_NUMBER, ANSWER::Text(m_strSerialNumber));
-    _DefaultInfo(DEVICE_INFO_VERSION, ANSWER::Text(m_strVersion));
-    _DefaultInfo(DEVICE_INFO_USER_DEFINED_NAME, ANSWER::Text(m_strUserId));
 }
 
 IStreamControl& CDevice::AddStream(std::string strId) {
@@ -117,12 +113,6 @@ IStreamControl& CDevice::Stream(const std::string& strId) {
         if (pStream->Id() == strId)
             return *pStream;
     throw std::out_of_range(Name() + " has no stream " + strId);
-}
-
-IDeviceControl& CDevice::RemoveStreams() {
-    const LOCK lock = _Enter();
-    m_vecStream.clear();
-    return *this;
 }
 
 IDeviceControl& CDevice::Address(GEV_ADDRESS objAddress) {
@@ -151,7 +141,6 @@ IDeviceControl& CDevice::Identity(std::string strVendor, std::string strModel, s
 IDeviceControl& CDevice::Version(std::string strVersion) {
     const LOCK lock = _Enter();
     m_strVersion = std::move(strVersion);
-    __DescribeIdentity();
     return *this;
 }
 
@@ -159,7 +148,6 @@ IDeviceControl& CDevice::UserId(std::string strUserId) {
     {
         const LOCK lock = _Enter();
         m_strUserId = std::move(strUserId);
-        __DescribeIdentity();
     }
     m_pRemote->Port().SetText("DeviceUserID", m_strUserId);
     return *this;

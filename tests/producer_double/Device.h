@@ -39,7 +39,6 @@ public:
     IPortControl& Remote() override { return m_pRemote->Port(); }
     IStreamControl& AddStream(std::string strId) override;
     IStreamControl& Stream(const std::string& strId) override;
-    IDeviceControl& RemoveStreams() override;
     IDeviceControl& Address(GEV_ADDRESS objAddress) override;
     GEV_ADDRESS Address() const override;
     IDeviceControl& Identity(std::string strVendor, std::string strModel, std::string strSerialNumber) override;

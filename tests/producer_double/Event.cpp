@@ -1,7 +1,6 @@
 #include "tests/producer_double/Event.h"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <cstring>
 
@@ -12,17 +11,10 @@ namespace {
 // Longer waits count as endless, so that the clock's arithmetic can't overflow.
 constexpr std::uint64_t kLongestTimedWaitMs = std::uint64_t{1} << 40;
 
-std::string HexText(std::uint64_t nValue) {
-    char szText[17] = {};
-    std::to_chars(szText, szText + 16, nValue, 16);
-    return szText;
-}
-
 }  // namespace
 
 void CRecordQueue::Push(BYTES vecRecord) {
     m_queRecord.push_back(std::move(vecRecord));
-    ++m_nFired;
 }
 
 void CRecordQueue::Declare(std::size_t nMaxSize, std::size_t nMaxValueSize) {
@@ -94,12 +86,8 @@ void CEvent::Unregister() {
 
 void CEvent::GetInfo(EVENT_INFO_CMD nCommand, const TARGET& objTarget) {
     switch (nCommand) {
-        case EVENT_EVENT_TYPE:
-            return PutValue(objTarget, INFO_DATATYPE_INT32, m_nType);
         case EVENT_NUM_IN_QUEUE:
             return PutValue(objTarget, INFO_DATATYPE_SIZET, m_objQueue.Waiting());
-        case EVENT_NUM_FIRED:
-            return PutValue(objTarget, INFO_DATATYPE_UINT64, m_objQueue.Fired());
         case EVENT_SIZE_MAX:
             return PutValue(objTarget, INFO_DATATYPE_SIZET, m_objQueue.MaxSize());
         case EVENT_INFO_DATA_SIZE_MAX:
@@ -110,17 +98,9 @@ void CEvent::GetInfo(EVENT_INFO_CMD nCommand, const TARGET& objTarget) {
 }
 
 void CEvent::GetDataInfo(std::span<const std::byte> data, EVENT_DATA_INFO_CMD nCommand, const TARGET& objTarget) const {
-    if (m_nType == EVENT_NEW_BUFFER && data.size() == sizeof(EVENT_NEW_BUFFER_DATA)) {
-        EVENT_NEW_BUFFER_DATA objData;
-        std::memcpy(&objData, data.data(), sizeof(objData));
-        void* const pAnswer = nCommand == EVENT_DATA_ID ? objData.BufferHandle : objData.pUserPointer;
-        if (nCommand == EVENT_DATA_ID || nCommand == EVENT_DATA_VALUE)
-            return PutValue(objTarget, INFO_DATATYPE_PTR, pAnswer);
-    } else if (m_nType == EVENT_REMOTE_DEVICE && data.size() >= sizeof(std::uint64_t)) {
+    if (m_nType == EVENT_REMOTE_DEVICE && data.size() >= sizeof(std::uint64_t)) {
         std::uint64_t nId = 0;
         std::memcpy(&nId, data.data(), sizeof(nId));
-        if (nCommand == EVENT_DATA_ID)
-            return PutText(objTarget, HexText(nId));
         if (nCommand == EVENT_DATA_NUMID)
             return PutValue(objTarget, INFO_DATATYPE_UINT64, nId);
         if (nCommand == EVENT_DATA_VALUE)

@@ -18,7 +18,6 @@ public:
     virtual std::size_t NextSize() const = 0;  ///< bytes of the first record, which must be there
     virtual void Take(std::byte* pBuffer) = 0;
     virtual void Clear() = 0;
-    virtual std::uint64_t Fired() const = 0;
     virtual std::size_t MaxSize() const = 0;
     virtual std::size_t MaxValueSize() const = 0;
 
@@ -36,13 +35,11 @@ public:
     std::size_t NextSize() const override { return m_queRecord.front().size(); }
     void Take(std::byte* pBuffer) override;
     void Clear() override { m_queRecord.clear(); }
-    std::uint64_t Fired() const override { return m_nFired; }
     std::size_t MaxSize() const override { return m_nMaxSize; }
     std::size_t MaxValueSize() const override { return m_nMaxValueSize; }
 
 private:
     std::deque<BYTES> m_queRecord;
-    std::uint64_t m_nFired = 0;
     std::size_t m_nMaxSize = 0;
     std::size_t m_nMaxValueSize = 0;
 };

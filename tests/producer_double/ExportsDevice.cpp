@@ -107,10 +107,8 @@ GC_ERROR DSGetInfo(DS_HANDLE hStream, STREAM_INFO_CMD nCommand, INFO_DATATYPE* p
     });
 }
 
-GC_ERROR DSGetBufferID(DS_HANDLE hStream, uint32_t nIndex, BUFFER_HANDLE* phBuffer) {
-    return CCall("DSGetBufferID").Handle(hStream).Number(nIndex).Do([&](CProducer& p, LOCK&) {
-        Required(phBuffer) = Opened<CStream>(p, hStream).BufferAt(nIndex);
-    });
+GC_ERROR DSGetBufferID(DS_HANDLE hStream, uint32_t nIndex, BUFFER_HANDLE* /*phBuffer*/) {
+    return CCall("DSGetBufferID").Handle(hStream).Number(nIndex).DoNothing();
 }
 
 GC_ERROR DSClose(DS_HANDLE hStream) {

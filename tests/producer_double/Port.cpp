@@ -160,17 +160,6 @@ std::size_t CPort::Writes(const std::string& strName) const {
     return __Find(strName).nWrites;
 }
 
-std::size_t CPort::Reads(const std::string& strName) const {
-    const LOCK lock = m_objMonitor.Enter();
-    return __Find(strName).nReads;
-}
-
-IPortControl& CPort::OnWrite(const std::string& strName, HOOK fn) {
-    const LOCK lock = m_objMonitor.Enter();
-    m_mapHook[__Find(strName).strName] = std::move(fn);
-    return *this;
-}
-
 void CPort::OnWriteInside(const std::string& strName, std::function<void()> fn) {
     m_mapInnerHook[strName] = std::move(fn);
 }
@@ -278,18 +267,14 @@ BYTES CPort::Register(std::uint64_t nAddress, std::size_t nLength) const {
     return vecBytes;
 }
 
-void CPort::Read(std::uint64_t nAddress, std::span<std::byte> bytes) {
+void CPort::Read(std::uint64_t nAddress, std::span<std::byte> bytes) const {
     if (!m_objRegisters.Read(nAddress, bytes))
         Refuse(GC_ERR_INVALID_ADDRESS, "no register at 0x" + Hex(nAddress));
-    for (FEATURE& objFeature : m_vecFeature)
-        if (Touches(objFeature, nAddress, bytes.size()))
-            ++objFeature.nReads;
 }
 
-std::vector<CPort::HOOK> CPort::Write(std::uint64_t nAddress, std::span<const std::byte> bytes) {
+void CPort::Write(std::uint64_t nAddress, std::span<const std::byte> bytes) {
     if (!m_objRegisters.Write(nAddress, bytes))
         Refuse(GC_ERR_INVALID_ADDRESS, "no register at 0x" + Hex(nAddress));
-    std::vector<HOOK> vecHook;
     for (FEATURE& objFeature : m_vecFeature) {
         if (!Touches(objFeature, nAddress, bytes.size()))
             continue;
@@ -298,10 +283,7 @@ std::vector<CPort::HOOK> CPort::Write(std::uint64_t nAddress, std::span<const st
             m_objRegisters.Place(objFeature.nAddress, BigEndian(0));
         if (const auto it = m_mapInnerHook.find(objFeature.strName); it != m_mapInnerHook.end())
             it->second();
-        if (const auto it = m_mapHook.find(objFeature.strName); it != m_mapHook.end())
-            vecHook.push_back(it->second);
     }
-    return vecHook;
 }
 
 // What the port says of itself.
@@ -320,24 +302,9 @@ std::size_t CPort::UrlCount() {
 void CPort::GetUrlInfo(std::size_t nIndex, URL_INFO_CMD nCommand, const TARGET& objTarget) {
     if (nIndex >= UrlCount())
         Refuse(GC_ERR_INVALID_INDEX, "the port has no URL of this index");
-    const std::string& strUrl = m_vecUrl[nIndex];
-    switch (nCommand) {
-        case URL_INFO_URL:
-            return PutText(objTarget, strUrl);
-        case URL_INFO_SCHEMA_VER_MAJOR:
-        case URL_INFO_SCHEMA_VER_MINOR:
-        case URL_INFO_FILE_VER_MAJOR:
-            return PutValue(objTarget, INFO_DATATYPE_INT32, std::int32_t{1});
-        case URL_INFO_FILE_VER_MINOR:
-        case URL_INFO_FILE_VER_SUBMINOR:
-            return PutValue(objTarget, INFO_DATATYPE_INT32, std::int32_t{0});
-        case URL_INFO_SCHEME:
-            return PutValue(
-                objTarget, INFO_DATATYPE_INT32,
-                std::int32_t{strUrl.starts_with('F') || strUrl.starts_with('f') ? URL_SCHEME_FILE : URL_SCHEME_LOCAL});
-        default:
-            Refuse(GC_ERR_NOT_AVAILABLE, "the port doesn't tell this of its URL");
-    }
+    if (nCommand != URL_INFO_URL)
+        Refuse(GC_ERR_NOT_AVAILABLE, "the port doesn't tell this of its URL");
+    PutText(objTarget, m_vecUrl[nIndex]);
 }
 
 void CPort::GetPortInfo(PORT_INFO_CMD nCommand, const TARGET& objTarget) const {
@@ -346,24 +313,6 @@ void CPort::GetPortInfo(PORT_INFO_CMD nCommand, const TARGET& objTarget) const {
     switch (nCommand) {
         case PORT_INFO_ID:
             return PutText(objTarget, m_strId);
-        case PORT_INFO_VENDOR:
-            return PutText(objTarget, "Norvik");
-        case PORT_INFO_MODEL:
-            return PutText(objTarget, "Double");
-        case PORT_INFO_TLTYPE:
-            return PutText(objTarget, "GEV");
-        case PORT_INFO_MODULE:
-            return PutText(objTarget, m_strModuleKind);
-        case PORT_INFO_BIG_ENDIAN:
-        case PORT_INFO_ACCESS_READ:
-        case PORT_INFO_ACCESS_WRITE:
-            return PutBool(objTarget, true);
-        case PORT_INFO_LITTLE_ENDIAN:
-        case PORT_INFO_ACCESS_NA:
-        case PORT_INFO_ACCESS_NI:
-            return PutBool(objTarget, false);
-        case PORT_INFO_VERSION:
-            return PutText(objTarget, "1.0.0");
         case PORT_INFO_PORTNAME:
             return PutText(objTarget, m_strPortName);
         default:

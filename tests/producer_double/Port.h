@@ -21,8 +21,6 @@ namespace ProducerDouble {
 /// Owned by its module and as long-lived. Control operations take the monitor's lock, the others expect it.
 class CPort : public IPortControl {
 public:
-    using HOOK = std::function<void(std::span<const std::byte>)>;
-
     /// @param strModuleKind  the standard's text for PORT_INFO_MODULE
     CPort(const MONITOR& objMonitor, std::string strId, std::string strModuleKind, std::string strPortName);
 
@@ -40,8 +38,6 @@ public:
     IPortControl& SetText(const std::string& strName, std::string_view strValue) override;
     std::uint64_t AddressOf(const std::string& strName) const override;
     std::size_t Writes(const std::string& strName) const override;
-    std::size_t Reads(const std::string& strName) const override;
-    IPortControl& OnWrite(const std::string& strName, HOOK fn) override;
     IPortControl& Describe(std::string strXml) override;
     IPortControl& DescribeAs(std::string strFileName, BYTES vecContent) override;
     IPortControl& Urls(std::vector<std::string> vecUrl) override;
@@ -58,9 +54,8 @@ public:
     /// Runs with the lock held, at each write of the consumer to the feature.
     void OnWriteInside(const std::string& strName, std::function<void()> fn);
 
-    void Read(std::uint64_t nAddress, std::span<std::byte> bytes);
-    /// @return what a test wants to be told of the write, to be called without the lock
-    std::vector<HOOK> Write(std::uint64_t nAddress, std::span<const std::byte> bytes);
+    void Read(std::uint64_t nAddress, std::span<std::byte> bytes) const;
+    void Write(std::uint64_t nAddress, std::span<const std::byte> bytes);
     std::size_t UrlCount();
     void GetUrlInfo(std::size_t nIndex, URL_INFO_CMD nCommand, const TARGET& objTarget);
     void GetPortInfo(PORT_INFO_CMD nCommand, const TARGET& objTarget) const;
@@ -87,7 +82,6 @@ private:
     bool m_bDescribed = false;      // the own description is up to date
     std::vector<std::string> m_vecUrl;
     std::unordered_map<PORT_INFO_CMD, ANSWER> m_mapInfo;
-    std::map<std::string, HOOK> m_mapHook;
     std::map<std::string, std::function<void()>> m_mapInnerHook;
 };
 

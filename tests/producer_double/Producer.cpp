@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
 #include <stdexcept>
 
 namespace ProducerDouble {
@@ -10,7 +9,6 @@ namespace ProducerDouble {
 namespace {
 
 constexpr std::chrono::seconds kPatience{10};
-constexpr std::size_t kNotRecorded = std::numeric_limits<std::size_t>::max();
 
 bool IsEntry(const std::string& strName) {
 #define ENTRY_NAME(name, parameters) #name,
@@ -125,7 +123,7 @@ IRule& CProducer::On(const std::string& strEntry) {
 
 std::vector<CALL> CProducer::Calls() const {
     const LOCK lock = m_objContext.objMonitor.Enter();
-    return {m_queCall.begin(), m_queCall.end()};
+    return m_vecCall;
 }
 
 std::vector<CALL> CProducer::CallsOf(const std::string& strEntry) const {
@@ -167,8 +165,7 @@ void CProducer::ClearCalls() {
 }
 
 void CProducer::__ForgetCalls() {
-    m_nForgottenCalls += m_queCall.size();
-    m_queCall.clear();
+    m_vecCall.clear();
     m_mapCount.clear();
 }
 
@@ -177,19 +174,16 @@ void CProducer::RecordCalls(bool bRecord) {
     m_bRecord = bRecord;
 }
 
-std::size_t CProducer::CallBegins(std::optional<CALL> objRecord) {
+void CProducer::CallBegins(std::optional<CALL> objRecord) {
     ++m_nCallsInside;
     if (!objRecord)
-        return kNotRecorded;
-    m_queCall.push_back(*std::move(objRecord));
-    ++m_mapCount[m_queCall.back().strEntry];
+        return;
+    m_vecCall.push_back(*std::move(objRecord));
+    ++m_mapCount[m_vecCall.back().strEntry];
     m_objContext.objMonitor.changed.notify_all();
-    return m_nForgottenCalls + m_queCall.size() - 1;
 }
 
-void CProducer::CallEnds(std::size_t nRecord, GC_ERROR nResult) {
-    if (nRecord != kNotRecorded && nRecord >= m_nForgottenCalls)
-        m_queCall[nRecord - m_nForgottenCalls].nResult = nResult;
+void CProducer::CallEnds() {
     --m_nCallsInside;
     if (m_nCallsInside == 0)
         m_objContext.objMonitor.changed.notify_all();

@@ -1,7 +1,6 @@
 #ifndef NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCER_H
 #define NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCER_H
 
-#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,9 +55,8 @@ public:
     void Uninitialise();
     bool IsRecording() const { return m_bRecord; }
     /// @param objRecord  nothing while calls aren't recorded
-    /// @return the record's number, for CallEnds
-    std::size_t CallBegins(std::optional<CALL> objRecord);
-    void CallEnds(std::size_t nRecord, GC_ERROR nResult);
+    void CallBegins(std::optional<CALL> objRecord);
+    void CallEnds();
     std::size_t RuleCount() const { return m_vecRule.size(); }
     CRule& Rule(std::size_t nIndex) { return *m_vecRule[nIndex]; }
     void RememberError(GC_ERROR nCode, const std::string& strText);
@@ -77,9 +75,8 @@ private:
     bool m_bInitialised = false;
     std::vector<std::unique_ptr<CRule>> m_vecRule;
     bool m_bRecord = true;
-    std::deque<CALL> m_queCall;
+    std::vector<CALL> m_vecCall;
     std::unordered_map<std::string, std::size_t> m_mapCount;  // of the records held, by entry
-    std::size_t m_nForgottenCalls = 0;                        // the number of the first record still held
     std::size_t m_nCallsInside = 0;
     std::unordered_map<std::thread::id, std::pair<GC_ERROR, std::string>> m_mapLastError;
 };

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <optional>
 #include <span>
@@ -68,12 +67,9 @@ struct ANSWER {
 /// One call of an entry, recorded when it came in.
 struct CALL {
     std::string strEntry;
-    std::string strModule;                 ///< name behind the handle, empty if there is none
     std::vector<std::string> vecArgument;  ///< handles as names, buffers as "buffer" or "null", then sizes; out
                                            ///< parameters are left out
-    BYTES vecWritten;                      ///< what a port write carried
     std::thread::id nThread;
-    std::optional<GC_ERROR> nResult;  ///< empty while the call is inside
 
     std::string Text() const;  ///< "IFOpenDevice(if-1, cam-1, 3)"
 };
@@ -143,10 +139,6 @@ public:
     virtual std::uint64_t AddressOf(const std::string& strName) const = 0;
     /// Writes of the consumer to the feature's register; a command's executions.
     virtual std::size_t Writes(const std::string& strName) const = 0;
-    virtual std::size_t Reads(const std::string& strName) const = 0;
-    /// Called on the consumer's thread behind each of its writes to the feature, without a lock of the double.
-    /// It must not throw.
-    virtual IPortControl& OnWrite(const std::string& strName, std::function<void(std::span<const std::byte>)> fn) = 0;
 
     virtual IPortControl& Describe(std::string strXml) = 0;
     /// Serves these bytes (an archive, say) under this file name.
@@ -176,17 +168,8 @@ protected:
 /// What the info commands say of a delivered buffer.
 struct FRAME_LAYOUT {
     std::uint64_t nFrameId = 0;
-    std::uint64_t nTimestamp = 0;
     std::size_t nWidth = 0;
     std::size_t nHeight = 0;
-    std::size_t nOffsetX = 0;
-    std::size_t nOffsetY = 0;
-    std::size_t nPaddingX = 0;
-    std::size_t nPaddingY = 0;
-    std::size_t nImageOffset = 0;
-    std::size_t nPayloadType = PAYLOAD_TYPE_IMAGE;
-    std::uint64_t nPixelFormat = 0x01080001;  // Mono8
-    std::uint64_t nPixelFormatNamespace = PIXELFORMAT_NAMESPACE_PFNC_32BIT;
     bool bIncomplete = false;
     std::vector<SINGLE_CHUNK_DATA> vecChunk;
 };
@@ -202,7 +185,6 @@ public:
     /// From now on every queued buffer is filled at once, while an acquisition runs: frame IDs count on.
     virtual void FlowFrames(FRAME objFrame) = 0;
     virtual void StopFlow() = 0;
-    virtual bool IsStarted() const = 0;
     virtual std::size_t Announced() const = 0;
     virtual std::size_t Queued() const = 0;
 
@@ -215,7 +197,6 @@ public:
     virtual IPortControl& Remote() = 0;
     virtual IStreamControl& AddStream(std::string strId) = 0;  ///< the first, "stream-0", is there from the start
     virtual IStreamControl& Stream(const std::string& strId = "stream-0") = 0;
-    virtual IDeviceControl& RemoveStreams() = 0;
 
     virtual IDeviceControl& Address(GEV_ADDRESS objAddress) = 0;
     virtual GEV_ADDRESS Address() const = 0;

@@ -11,6 +11,7 @@ CStream::CStream(CONTEXT& objContext, const std::string& strDevice, std::string 
     Port().AddInteger("StreamAnnouncedBufferCount", 0);
     _DefaultInfo(STREAM_INFO_ID, ANSWER::Text(m_strId));
     _DefaultInfo(STREAM_INFO_TLTYPE, ANSWER::Text("GEV"));
+    _DefaultInfo(STREAM_INFO_PAYLOAD_SIZE, ANSWER::Size(0));
     _DefaultInfo(STREAM_INFO_NUM_CHUNKS_MAX, ANSWER::Size(16));
     _DefaultInfo(STREAM_INFO_BUF_ANNOUNCE_MIN, ANSWER::Size(1));
     _DefaultInfo(STREAM_INFO_BUF_ALIGNMENT, ANSWER::Size(1));
@@ -22,10 +23,8 @@ CStream::CStream(CONTEXT& objContext, const std::string& strDevice, std::string 
 
 bool CStream::PushFrame(FRAME objFrame) {
     const LOCK lock = _Enter();
-    if (!m_bStarted) {
-        ++m_nUnderrun;
+    if (!m_bStarted)
         return false;
-    }
     m_queFrame.push_back(std::move(objFrame));
     __Deliver();
     _Changed();
@@ -41,11 +40,6 @@ void CStream::FlowFrames(FRAME objFrame) {
 void CStream::StopFlow() {
     const LOCK lock = _Enter();
     m_objFlow.reset();
-}
-
-bool CStream::IsStarted() const {
-    const LOCK lock = _Enter();
-    return m_bStarted;
 }
 
 std::size_t CStream::Announced() const {
@@ -92,7 +86,6 @@ void CStream::Queue(void* hBuffer) {
     if (objBuffer.nPlace != BUFFER::PLACE::Unqueued)
         Refuse(GC_ERR_RESOURCE_IN_USE, "the buffer is in a queue already");
     objBuffer.nPlace = BUFFER::PLACE::Input;
-    objBuffer.bNewData = false;
     m_vecInput.push_back(&objBuffer);
     __Deliver();
     _Changed();
@@ -103,12 +96,6 @@ BUFFER& CStream::__Find(void* hBuffer) const {
         if (pBuffer->hSelf == hBuffer)
             return *pBuffer;
     Refuse(GC_ERR_INVALID_HANDLE, Name() + " has no buffer of this handle");
-}
-
-void* CStream::BufferAt(std::size_t nIndex) const {
-    if (nIndex >= m_vecBuffer.size())
-        Refuse(GC_ERR_INVALID_INDEX, Name() + " has no buffer of this index");
-    return m_vecBuffer[nIndex]->hSelf;
 }
 
 void CStream::FlushQueue(ACQ_QUEUE_TYPE nOperation) {
@@ -154,7 +141,6 @@ void CStream::__QueueWhere(bool bEvenOutput) {
         if (pBuffer->nPlace != BUFFER::PLACE::Unqueued)
             continue;
         pBuffer->nPlace = BUFFER::PLACE::Input;
-        pBuffer->bNewData = false;
         m_vecInput.push_back(pBuffer.get());
     }
 }
@@ -190,11 +176,8 @@ void CStream::__Fill(BUFFER& objBuffer, const FRAME& objFrame) {
     objBuffer.objLayout = static_cast<const FRAME_LAYOUT&>(objFrame);
     if (objFrame.vecData.size() > objBuffer.nSize)
         objBuffer.objLayout.bIncomplete = true;
-    objBuffer.bNewData = true;
     objBuffer.nPlace = BUFFER::PLACE::Output;
     m_vecOutput.push_back(&objBuffer);
-    ++m_nStarted;
-    ++m_nFired;
     if (m_nFramesLeft != GENTL_INFINITE && --m_nFramesLeft == 0)
         m_bStarted = false;
 }
@@ -235,39 +218,10 @@ IEventQueue* CStream::_QueueOf(EVENT_TYPE nType) {
 // What the stream and its buffers say of themselves.
 
 bool CStream::_GetOwnInfo(std::int32_t nCommand, const TARGET& objTarget) {
-    const auto PutSize = [&](std::size_t nValue) { PutValue(objTarget, INFO_DATATYPE_SIZET, nValue); };
-    const auto PutUint64 = [&](std::uint64_t nValue) { PutValue(objTarget, INFO_DATATYPE_UINT64, nValue); };
-    switch (nCommand) {
-        case STREAM_INFO_NUM_DELIVERED:
-            PutUint64(m_nDelivered);
-            return true;
-        case STREAM_INFO_NUM_UNDERRUN:
-            PutUint64(m_nUnderrun);
-            return true;
-        case STREAM_INFO_NUM_ANNOUNCED:
-            PutSize(m_vecBuffer.size());
-            return true;
-        case STREAM_INFO_NUM_QUEUED:
-            PutSize(m_vecInput.size());
-            return true;
-        case STREAM_INFO_NUM_AWAIT_DELIVERY:
-            PutSize(m_vecOutput.size());
-            return true;
-        case STREAM_INFO_NUM_STARTED:
-            PutUint64(m_nStarted);
-            return true;
-        case STREAM_INFO_PAYLOAD_SIZE:
-            PutSize(0);
-            return true;
-        case STREAM_INFO_IS_GRABBING:
-            PutBool(objTarget, m_bStarted);
-            return true;
-        case STREAM_INFO_DEFINES_PAYLOADSIZE:
-            PutBool(objTarget, false);
-            return true;
-        default:
-            return false;
-    }
+    if (nCommand != STREAM_INFO_NUM_DELIVERED)
+        return false;
+    PutValue(objTarget, INFO_DATATYPE_UINT64, m_nDelivered);
+    return true;
 }
 
 void CStream::GetBufferInfo(void* hBuffer, BUFFER_INFO_CMD nCommand, const TARGET& objTarget) const {
@@ -282,47 +236,30 @@ void CStream::GetBufferInfo(void* hBuffer, BUFFER_INFO_CMD nCommand, const TARGE
             return PutSize(objBuffer.nSize);
         case BUFFER_INFO_USER_PTR:
             return PutValue(objTarget, INFO_DATATYPE_PTR, objBuffer.pUserPointer);
-        case BUFFER_INFO_TIMESTAMP:
-            return PutUint64(objLayout.nTimestamp);
-        case BUFFER_INFO_NEW_DATA:
-            return PutBool(objTarget, objBuffer.bNewData);
-        case BUFFER_INFO_IS_QUEUED:
-            return PutBool(objTarget, objBuffer.nPlace != BUFFER::PLACE::Unqueued);
-        case BUFFER_INFO_IS_ACQUIRING:
-            return PutBool(objTarget, false);
         case BUFFER_INFO_IS_INCOMPLETE:
             return PutBool(objTarget, objLayout.bIncomplete);
-        case BUFFER_INFO_TLTYPE:
-            return PutText(objTarget, "GEV");
         case BUFFER_INFO_SIZE_FILLED:
-        case BUFFER_INFO_DATA_SIZE:
             return PutSize(objBuffer.nFilled);
         case BUFFER_INFO_WIDTH:
             return PutSize(objLayout.nWidth);
         case BUFFER_INFO_HEIGHT:
             return PutSize(objLayout.nHeight);
         case BUFFER_INFO_XOFFSET:
-            return PutSize(objLayout.nOffsetX);
         case BUFFER_INFO_YOFFSET:
-            return PutSize(objLayout.nOffsetY);
         case BUFFER_INFO_XPADDING:
-            return PutSize(objLayout.nPaddingX);
         case BUFFER_INFO_YPADDING:
-            return PutSize(objLayout.nPaddingY);
+        case BUFFER_INFO_IMAGEOFFSET:
+            return PutSize(0);
+        case BUFFER_INFO_PAYLOADTYPE:
+            return PutSize(PAYLOAD_TYPE_IMAGE);
+        case BUFFER_INFO_TIMESTAMP:
+            return PutUint64(0);
         case BUFFER_INFO_FRAMEID:
             return PutUint64(objLayout.nFrameId);
-        case BUFFER_INFO_IMAGEPRESENT:
-            return PutBool(objTarget, objLayout.nWidth > 0);
-        case BUFFER_INFO_IMAGEOFFSET:
-            return PutSize(objLayout.nImageOffset);
-        case BUFFER_INFO_PAYLOADTYPE:
-            return PutSize(objLayout.nPayloadType);
         case BUFFER_INFO_PIXELFORMAT:
-            return PutUint64(objLayout.nPixelFormat);
+            return PutUint64(0x01080001);  // Mono8
         case BUFFER_INFO_PIXELFORMAT_NAMESPACE:
-            return PutUint64(objLayout.nPixelFormatNamespace);
-        case BUFFER_INFO_CONTAINS_CHUNKDATA:
-            return PutBool(objTarget, !objLayout.vecChunk.empty());
+            return PutUint64(PIXELFORMAT_NAMESPACE_PFNC_32BIT);
         default:
             Refuse(GC_ERR_NOT_AVAILABLE, "the buffer doesn't tell this");
     }

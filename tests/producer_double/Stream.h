@@ -21,7 +21,6 @@ struct BUFFER {
     void* pUserPointer = nullptr;
     BYTES vecOwn;
     PLACE nPlace = PLACE::Unqueued;
-    bool bNewData = false;
     std::size_t nFilled = 0;
     FRAME_LAYOUT objLayout;
 };
@@ -39,7 +38,6 @@ public:
     bool PushFrame(FRAME objFrame) override;
     void FlowFrames(FRAME objFrame) override;
     void StopFlow() override;
-    bool IsStarted() const override;
     std::size_t Announced() const override;
     std::size_t Queued() const override;
 
@@ -51,7 +49,6 @@ public:
     void FlushQueue(ACQ_QUEUE_TYPE nOperation);
     void Start(std::uint64_t nFrames);
     void Stop();
-    void* BufferAt(std::size_t nIndex) const;
     void GetBufferInfo(void* hBuffer, BUFFER_INFO_CMD nCommand, const TARGET& objTarget) const;
     void GetChunks(void* hBuffer, SINGLE_CHUNK_DATA* pChunks, std::size_t* pCount) const;
 
@@ -59,7 +56,6 @@ public:
     std::size_t NextSize() const override { return sizeof(EVENT_NEW_BUFFER_DATA); }
     void Take(std::byte* pBuffer) override;
     void Clear() override;
-    std::uint64_t Fired() const override { return m_nFired; }
     std::size_t MaxSize() const override { return sizeof(EVENT_NEW_BUFFER_DATA); }
     std::size_t MaxValueSize() const override { return sizeof(void*); }
 
@@ -69,7 +65,6 @@ private:
     IEventQueue* _QueueOf(EVENT_TYPE nType) override;
 
     BUFFER& __Find(void* hBuffer) const;
-    std::size_t __CountIn(BUFFER::PLACE nPlace) const;
     void __Unqueue(BUFFER::PLACE nPlace);
     void __QueueWhere(bool bEvenOutput);
     void __Deliver();
@@ -83,10 +78,7 @@ private:
     std::optional<FRAME> m_objFlow;
     bool m_bStarted = false;
     std::uint64_t m_nFramesLeft = 0;
-    std::uint64_t m_nFired = 0;
-    std::uint64_t m_nStarted = 0;
     std::uint64_t m_nDelivered = 0;
-    std::uint64_t m_nUnderrun = 0;
 };
 
 }  // namespace ProducerDouble

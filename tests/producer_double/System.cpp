@@ -25,9 +25,6 @@ CSystem::CSystem(CONTEXT& objContext) : CModule(objContext, "tl", "TLSystem", "T
     _DefaultInfo(TL_INFO_NAME, ANSWER::Text("Double.cti"));
     _DefaultInfo(TL_INFO_PATHNAME, ANSWER::Text("/opt/double/Double.cti"));
     _DefaultInfo(TL_INFO_DISPLAYNAME, ANSWER::Text("Producer double"));
-    _DefaultInfo(TL_INFO_CHAR_ENCODING, ANSWER::Int32(TL_CHAR_ENCODING_UTF8));
-    _DefaultInfo(TL_INFO_GENTL_VER_MAJOR, ANSWER::Uint32(1));
-    _DefaultInfo(TL_INFO_GENTL_VER_MINOR, ANSWER::Uint32(3));
 }
 
 bool CSystem::UpdateList() {

@@ -61,23 +61,6 @@ TEST_F(Environment, OnlyWhatIsMissingOrEmptyIsSetIfMissing) {
     EXPECT_FALSE(SetEnvironment("A=B", "x"));
 }
 
-TEST_F(Environment, EqualValueStaysWhereReadersMayBe) {
-    char arrInherited[] = "NORVIK_TEST_VARIABLE=value";
-    ASSERT_EQ(putenv(arrInherited), 0);
-    const char* const pBefore = std::getenv(kName);
-    ASSERT_TRUE(SetEnvironment(kName, "value"));
-    EXPECT_EQ(std::getenv(kName), pBefore);
-    unsetenv(kName);
-}
-
-TEST_F(Environment, AnythingAtAPathExists) {
-    std::ofstream(In("file")) << "x";
-    EXPECT_TRUE(PathExists(In("file")));
-    EXPECT_TRUE(PathExists(m_objDirectory.string()));
-    EXPECT_FALSE(PathExists(In("nothing")));
-    EXPECT_FALSE(PathExists(""));
-}
-
 TEST_F(Environment, ReadersAndWritersOnManyThreadsSeeWholeValues) {
     const std::string arrValues[] = {std::string(100, 'a'), std::string(5000, 'b')};
     ASSERT_TRUE(SetEnvironment(kName, arrValues[0]));

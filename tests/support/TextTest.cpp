@@ -27,15 +27,11 @@ TEST(Text, SplitDropsEmptyPiecesAndPassesTheWholeSeparator) {
     const Case arrCases[] = {
         {"a;;b", ";", {"a", "b"}},
         {";", ";", {}},
-        {"", ";", {}},
-        {"a", ";", {"a"}},
         {";a b; c ;", ";", {"a b", " c "}},
         {"a--b", "--", {"a", "b"}},
-        {"a---b", "--", {"a", "-b"}},
-        {"a-", "--", {"a"}},  // with the separator behind it, the text's own dash begins the separator found
-        {"-", "--", {}},
         {"a;b", "", {"a;b"}},
-        {"", "", {}},
+        // With the separator behind it, the text's own dash begins the separator found.
+        {"a-", "--", {"a"}},
     };
     for (const auto& objCase : arrCases) {
         EXPECT_EQ(Split(objCase.pText, objCase.pSeparator), objCase.vecPieces)
@@ -49,15 +45,13 @@ TEST(Text, WideTextKeepsTheNarrowLength) {
         std::wstring strWide;  // without the NULs at its end
     };
     const Case arrCases[] = {
-        {"abc", L"abc"},
         {std::string("a\0b", 3), std::wstring(L"a\0b", 3)},
         {"枚举€é😀", L"枚举€é😀"},
         {"\xC3", L"\xFFFD"},        // breaks off
         {"\xE2\x82z", L"\xFFFDz"},  // the good beginning is one fault, the byte behind it is kept
         {"\xC0\xAF\x80\xFF", L"\xFFFD\xFFFD\xFFFD\xFFFD"},  // overlong, stray, never used
-        {"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},            // a surrogate
-        {"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"},  // beyond the last character
-        {"\xE0\x9F\x80\xF0\x8F\x80\x80", std::wstring(7, L'\xFFFD')},
+        // A surrogate, beyond the last character, overlong.
+        {"\xED\xA0\x80\xF4\x90\x80\x80\xE0\x9F\x80\xF0\x8F\x80\x80", std::wstring(14, L'\xFFFD')},
     };
     for (const auto& objCase : arrCases) {
         std::wstring strExpected = objCase.strWide;
@@ -73,21 +67,13 @@ TEST(Text, WideTextKeepsTheNarrowLength) {
 }
 
 TEST(Text, NarrowTextIsUtf8) {
-    const std::pair<const wchar_t*, std::string> arrCases[] = {
-        {L"", ""},
-        {L"\x7F\x80\x7FF\x800\xFFFF\x10000\x10FFFF",
-         "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80"
-         "\xF4\x8F\xBF\xBF"},
-    };
-    for (const auto& [pWide, strExpected] : arrCases) {
-        std::string strNarrow = "before";
-        EXPECT_TRUE(WStringToString(pWide, strNarrow));
-        EXPECT_EQ(strNarrow, strExpected);
-    }
-
     std::string strNarrow = "before";
     EXPECT_FALSE(WStringToString(nullptr, strNarrow));
     EXPECT_EQ(strNarrow, "before");
+    EXPECT_TRUE(WStringToString(L"\x7F\x80\x7FF\x800\xFFFF\x10000\x10FFFF", strNarrow));
+    EXPECT_EQ(strNarrow,
+              "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80"
+              "\xF4\x8F\xBF\xBF");
     const wchar_t arrNoCharacters[] = {0xD800, 0xDFFF, 0x110000, -1, 0};
     EXPECT_TRUE(WStringToString(arrNoCharacters, strNarrow));
     EXPECT_EQ(strNarrow, "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
@@ -95,10 +81,6 @@ TEST(Text, NarrowTextIsUtf8) {
 
 TEST(Address, HighestOctetComesFirst) {
     EXPECT_EQ(IPToString(3232246355U), "192.168.42.83");
-    EXPECT_EQ(IPToString(0), "0.0.0.0");
-    EXPECT_EQ(IPToString(0xFFFFFFFFU), "255.255.255.255");
-    EXPECT_EQ(MACToString(0x123456ABCDEFU), "12-34-56-AB-CD-EF");
-    EXPECT_EQ(MACToString(0), "00-00-00-00-00-00");
     EXPECT_EQ(MACToString(0xFFFF025E1700ADEAU), "02-5E-17-00-AD-EA");
     EXPECT_TRUE(IsLittleEndian() && !IsBigEndian());
 }

@@ -137,18 +137,6 @@ TEST_F(DeviceOfflineEvent, CallbackCantCloseTheDevice) {
     m_pDevice->DoCloseDevice();
 }
 
-TEST_F(DeviceOfflineEvent, EndsAtTheCloseWithoutAWord) {
-    CCollectedLog objLog;
-    Note("nobody");
-    EXPECT_TRUE(Double().WaitForEventWaiters(kEvent, 1));
-    EXPECT_NE(m_pDevice->GetDeviceOfflineEventThreadId(), 0U);
-    m_pDevice->DoCloseDevice();
-    EXPECT_EQ(m_pDevice->GetDeviceOfflineEventThreadId(), 0U);
-    EXPECT_FALSE(m_pDevice->IsDeviceOffline());
-    EXPECT_THAT(m_vecCalled, IsEmpty());
-    EXPECT_THAT(objLog.Take(), IsEmpty());
-}
-
 TEST_F(DeviceOfflineEvent, ProducerWithoutItGetsALineAndNoThread) {
     for (const GC_ERROR nError : {GC_ERR_NOT_IMPLEMENTED, GC_ERR_ERROR}) {
         auto& objRule = Double().On("GCRegisterEvent").Fail(nError, "no such event");

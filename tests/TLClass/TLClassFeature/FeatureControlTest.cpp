@@ -141,12 +141,6 @@ std::string MessageOf(FUNCTION&& fnCall) {
     }
 }
 
-TEST_F(FeatureControl, EveryOperationReachesAFeatureOfItsKind) {
-    for (const auto& objOperation : Operations()) {
-        EXPECT_NO_THROW(objOperation.Run(Control(), objOperation.pFeature)) << objOperation.pName;
-    }
-}
-
 TEST_F(FeatureControl, MissingAndUnimplementedFeaturesAreNamed) {
     for (const auto& objOperation : Operations()) {
         for (const std::string strFeature : {"Nowhere", "NotImplemented"}) {
@@ -190,14 +184,6 @@ TEST_F(FeatureControl, ExceptionsOfTheNodeMapBecomeThoseOfTheFamily) {
         EXPECT_EQ(MessageOf<CDeviceOfflineError>(Run), "gone") << objOperation.pName;
         m_objPort.Fault = [] {};
     }
-}
-
-TEST_F(FeatureControl, AccessIsTestedByTheNodeAlone) {
-    EXPECT_THROW(Control().DoGetInt("WriteOnly"), CInvalidAccessError);
-    EXPECT_THROW(Control().DoSetInt("ReadOnly", 1), CInvalidAccessError);
-    EXPECT_THROW(Control().DoGetInt("NotAvailable"), CInvalidAccessError);
-    EXPECT_THROW(Control().DoSetInt("Width", 2000), COutOfRangeError);
-    EXPECT_THROW(Control().DoSetFloat("Gain", 0.25), COutOfRangeError);
 }
 
 TEST_F(FeatureControl, ModesOfAFeatureAreAskedOneByOne) {

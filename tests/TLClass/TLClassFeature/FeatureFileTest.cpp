@@ -150,15 +150,4 @@ TEST_F(FeatureFile, SectionWithoutItsMarkStopsBehindThoseBeforeIt) {
     EXPECT_EQ(Stream.Port.NumberAt(0), 0U);
 }
 
-TEST_F(FeatureFile, NeedsNodeMapsAndAModel) {
-    GenApi_3_0::CNodeMapRef objEmpty;
-    EXPECT_THROW(CFeatureFile(&Remote.Map, &Local.Map, nullptr), std::runtime_error);
-    EXPECT_THROW(CFeatureFile(&Remote.Map, &objEmpty, &Stream.Map), std::runtime_error);
-
-    CTestMap objNoModel{""};
-    std::ostringstream stream;
-    EXPECT_THROW(CFeatureFile(&objNoModel.Map, &Local.Map, &Stream.Map).Save(stream), std::runtime_error);
-    EXPECT_EQ(stream.str(), "");
-}
-
 }  // namespace

@@ -21,12 +21,6 @@ std::string TextOfFailure(TCall funCall) {
     return "no failure";
 }
 
-TEST(FeatureSections, NothingButBlanksIsNoSection) {
-    EXPECT_THAT(SplitFeatureSections(""), ElementsAre());
-    EXPECT_THAT(SplitFeatureSections(" \r\n </x>\n\n "), ElementsAre());
-    EXPECT_THAT(SplitFeatureSections("\ta"), ElementsAre("\ta"));
-}
-
 TEST(FeatureHeader, ValueStandsBehindTheFirstOccurrenceOfItsKey) {
     struct Case {
         const char* pText;

@@ -131,25 +131,12 @@ TEST_F(FeatureRecords, OfAnAdapterComeFromItsSubnetOrFromItsDefaultByTheRoad) {
                             "GevInterfaceDefaultSubnetMask", "GevInterfaceMACAddress"));
 }
 
-TEST_F(FeatureRecords, OfASingleDeviceHaveTheFieldsOfTheList) {
-    Double().AddInterface("if-1");
-    IFeatureControl* pFeatures = FeaturesOfAdapterWith(2);
-    // The features of a list, read without the walk, are those of the device that is selected.
-    pFeatures->DoSetInt("DeviceSelector", 0);
-    EXPECT_EQ(CCommonInformation::ReadCommonDeviceInfo(pFeatures).UserID, "user-1");
-    EXPECT_EQ(CGevInformation::ReadGevDeviceInfo(pFeatures).IPAddress, Ipv4(192, 168, 1, 10));
-}
-
 TEST_F(FeatureRecords, OfChildrenWithoutAnIDKeepTheirPlace) {
     Double().AddInterface("if-1");
     FeaturesOfAdapterWith(3);
     Double().On("IFGetDeviceID").Index(1).Fail(GC_ERR_IO);
     UpdateDevices(*m_pInterface);
     EXPECT_THAT(IDsOf(m_pInterface->GetDeviceList()), ElementsAre("cam-1", "", "cam-3"));
-    Double().ClearCalls();
-    Double().RemoveInterface("if-1");
-    m_objTree.UpdateInterfaces();
-    EXPECT_EQ(Double().Count("TLGetInterfaceID"), 0U);
 }
 
 }  // namespace

@@ -83,12 +83,6 @@ TEST_F(ProducerSearch, EarliestDirectoryWinsForEachNameByItself) {
                 ElementsAre(strSecond + "/a.cti", strFirst + "/b.cti", strSecond + "/a.cti"));
 }
 
-TEST_F(ProducerSearch, PathsAreJoinedAsTheyStand) {
-    m_objRoot.MakeFile("a.cti");
-    SearchIn(m_objRoot.Path("") + ":" + m_objRoot.Path("."));
-    EXPECT_THAT(CCtiRetrival::GetTLFilePaths({"a.cti"}), ElementsAre(m_objRoot.Path("/a.cti")));
-}
-
 TEST_F(ProducerSearch, DirectoryOfTheNameSoughtCountsAsFound) {
     const std::string strFirst = m_objRoot.MakeDirectory("first");
     const std::string strSecond = m_objRoot.MakeDirectory("second");

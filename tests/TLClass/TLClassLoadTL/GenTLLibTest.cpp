@@ -91,29 +91,6 @@ TEST(ProducerLibrary, WhatIsNoLibraryIsThrownBackWithItsPath) {
     }
 }
 
-TEST(ProducerLibrary, EntriesThatAreMissingAnswerMinusOneAndTheOthersWork) {
-    struct CASE {
-        const char* pFile;
-        std::vector<std::string> vecMissing;
-    };
-    const CASE arrCase[] = {
-        {PRODUCER_DOUBLE_WITHOUT_LAST_ERROR, {"GCGetLastError"}},
-        {PRODUCER_DOUBLE_WITHOUT_STACKED, {"GCReadPortStacked", "GCWritePortStacked"}},
-        {PRODUCER_DOUBLE_WITHOUT_FURTHER, {"IFIpConfiguration", "IFForceIp", "IFResetDevice", "IFUpdateSpecialDevice"}},
-    };
-    for (const CASE& objCase : arrCase) {
-        const CGenTLLib objLib(objCase.pFile);
-        const std::vector<GC_ERROR> vecResult = CallAllEntries(objLib);
-        std::vector<std::string> vecMissing;
-        for (std::size_t i = 0; i < kEntryNames.size(); ++i) {
-            if (vecResult[i] == -1) {
-                vecMissing.push_back(kEntryNames[i]);
-            }
-        }
-        EXPECT_EQ(vecMissing, objCase.vecMissing) << objCase.pFile;
-    }
-}
-
 TEST(ProducerLibrary, FindsFiveFunctionsByNameAndNoOther) {
     const std::vector<std::string> vecName = {"GCGetLastError", "GCReadPort", "GCWritePort", "GCReadPortStacked",
                                               "GCWritePortStacked"};
@@ -162,26 +139,6 @@ TEST(ProducerLibrary, FailedUnloadIsOneLineInTheLog) {
         objLog.Take();
     }
     EXPECT_THAT(objLog.Take(), ElementsAre("FreeLibrary failed"));
-}
-
-TEST(DynamicLibrary, AnswersBySayingWhatItHolds) {
-    CDynamicLibrary objLibrary;
-    CCollectedLog objLog;
-    EXPECT_TRUE(objLibrary.Free());
-    EXPECT_EQ(objLibrary.GetFunction("TLOpen"), nullptr);
-    EXPECT_THAT(objLog.Take(), IsEmpty());
-
-    EXPECT_FALSE(objLibrary.Load("/nowhere/a.cti"));
-    EXPECT_TRUE(objLibrary.Load(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR));
-    EXPECT_FALSE(objLibrary.Load(PRODUCER_DOUBLE));
-    EXPECT_NE(objLibrary.GetFunction("TLOpen"), nullptr);
-    EXPECT_EQ(objLibrary.GetFunction("GCGetLastError"), nullptr);
-    EXPECT_THAT(objLog.Take(), ElementsAre("Failed to get ProcAddress GCGetLastError"));
-
-    EXPECT_TRUE(objLibrary.Free());
-    EXPECT_FALSE(CProducerLibrary::IsLoaded(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR));
-    EXPECT_TRUE(objLibrary.Load(PRODUCER_DOUBLE));
-    EXPECT_NE(objLibrary.GetFunction("GCGetLastError"), nullptr);
 }
 
 }  // namespace

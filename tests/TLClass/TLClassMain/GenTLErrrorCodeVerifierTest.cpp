@@ -99,10 +99,7 @@ TEST_F(ResultChecking, EveryCodeHasItsClassItsTextAndItsSite) {
         {-1009, FromVerifier<CInvalidParameterError>("busy", 115)},
         {-1003, FromVerifier<CNotImplementedError>("busy", 120)},
         {-1001, FromCaller<CUnexpectedError>("busy", -1001)},
-        {-1012, FromCaller<CUnexpectedError>("busy", -1012)},
         {-10001, FromCaller<CUnexpectedError>("busy", -10001)},
-        {-2, FromCaller<CUnexpectedError>("busy", -2)},
-        {1, FromCaller<CUnexpectedError>("busy", 1)},
         {nLowest, FromCaller<CUnexpectedError>("busy", nLowest)},
     };
     for (const ROW& objRow : arrRow) {
@@ -157,11 +154,6 @@ TEST_F(ResultChecking, UnreadableDescriptionIsReplaced) {
         EXPECT_EQ(GetLastErrorDescription(&m_objLib), objCase.strText) << objCase.pName;
         objRule.Remove();
     }
-}
-
-TEST_F(ResultChecking, TextThatFailsAtTheSecondCallIsReplaced) {
-    m_objDouble->On("GCGetLastError").Call(2).Fail(GC_ERR_BUFFER_TOO_SMALL);
-    EXPECT_EQ(Check(GC_ERR_TIMEOUT, m_objLib), FromCaller<CTimeoutError>(kNoDescription));
 }
 
 TEST(ResultCheckingWithoutLastError, KeepsTheClassOfTheCode) {

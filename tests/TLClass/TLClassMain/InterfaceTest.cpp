@@ -167,16 +167,6 @@ TEST_F(Interface, SetsAnOpenDeviceAsideUntilItComesBack) {
     EXPECT_NE(Device(0), pOpen);
 }
 
-TEST_F(Interface, PutsSpecialDevicesBehindTheListedOnes) {
-    Adapter().Plug("cam-1").Hide();
-    ASSERT_TRUE(m_pInterface->DoCreateSpecialDevice("192.168.1.10"));
-    const auto pSpecial = Device(0);
-    Adapter().Plug("cam-2");
-    Update();
-    EXPECT_THAT(Listed(), ElementsAre("cam-2", "Double(02-10-00-01-00-00)"));
-    EXPECT_EQ(Device(1), pSpecial);
-}
-
 TEST_F(Interface, KeepsADeviceThatIsReachedWhileAnUpdateMergesItsList) {
     Adapter().Plug("cam-1").Hide();
     m_pInterface->AddGcObject(boost::shared_ptr<CDeviceAsked>(

@@ -18,16 +18,11 @@ TEST(AddressCalculator, ReadsTextAsOctetsWithoutTestingThem) {
         {"192.168.1.10", 0xC0A8010A},
         {"1.2", 0x01020000},
         {"", 0},
-        {"...", 0},
-        {"1..2", 0x01000200},
-        {"1.2.3.4.5", 0x06020304},    // a fifth number lands in the first octet again
-        {"1.2.3.4.0.1", 0x01030304},  // and a sixth in the second
-        {"0.0.0.999", 0x000003E7},    // too large a number reaches into the octet above
-        {"300.0.0.0", 0x2C000000},    // or out of the address
+        {"1.2.3.4.5", 0x06020304},  // a fifth number lands in the first octet again
+        {"0.0.0.999", 0x000003E7},  // too large a number reaches into the octet above
+        {"300.0.0.0", 0x2C000000},  // or out of the address
         {"0.0.0.-1", 0xFFFFFFFF},
-        {"0.0. +7.1a", 0x00000701},
         {"1.2.3.0004", 0},  // four characters are too many
-        {"1.2.3.4.    ", 0},
         {nullptr, 0},
     };
     for (const auto& objCase : arrCase) {
@@ -70,13 +65,11 @@ TEST(AddressCalculator, CountsSubnetsAndHostsByTheClassOfTheAddress) {
     } arrCase[] = {
         {0x0A000001, 0xFF000000, 'A', 0, 1, 0xFFFFFE},
         {0x7FFFFFFF, 0xFFFF0000, 'A', 8, 254, 0xFFFE},
-        {0x80000001, 0xFFFF0000, 'B', 0, 1, 0xFFFE},
         {0xBFFFFFFF, 0xFFFF8000, 'B', 1, 0, 0x7FFE},  // one borrowed bit makes no subnet
         {0xC0A80001, 0xFFFFFFF0, 'C', 4, 14, 14},
         {0xDFFFFFFF, 0xFFFFFFFF, 'C', 8, 254, kAllOnes},  // no host: 1 less 2
         {0xC0A80001, 0xFFFF0000, 'C', -8, kAllOnes - 1, 0xFFFE},
         {0xE0000001, 0xFFFFFF00, 'D', -1, kAllOnes - 1, kAllOnes},
-        {0xF0000001, 0xFFFFFF00, 'E', -1, kAllOnes - 1, kAllOnes},
     };
     const Cipcalc objCalc;
     for (const auto& objCase : arrCase) {
@@ -132,24 +125,16 @@ TEST(AddressCalculator, TellsAddressesMasksAndGatewaysApartByTheirText) {
     } arrCase[] = {
         {"192.168.1.10", true, false, true},
         {"1.2", true, false, true},  // fewer than four numbers pass
-        {"255.255.255.254", true, true, true},
         {"255.255.255.255", false, false, false},
         {"1.2.3.255", false, false, false},  // not as the fourth
-        {"1.2.255.4", true, false, true},
         {"255.255.255.0", true, true, true},
-        {"255.255.0.255", false, false, false},
         {"255.0.255.0", true, false, true},
         {"128", true, true, true},
         {"0.0.0.0", false, false, true},
-        {"0.1.2.3", false, false, true},
         {"0.255.0.0", false, false, true},
         {"256.1.1.1", false, false, false},
         {"1.2.3.4.5", false, false, false},
-        {"0001.2.3.4", false, false, false},
-        {"1..3.4", false, false, false},
         {"1.2.3.", false, false, false},
-        {"1.2.3.4 ", false, false, false},
-        {"-1.2.3.4", false, false, false},
         {"", false, false, false},
         {nullptr, false, false, false},
     };

@@ -186,26 +186,6 @@ TEST_F(ListUpdate, WaitsForItsThreadsAlsoWhenAStopIsRefused) {
     EXPECT_THAT(IDsOf(m_objTree.Interface("if-1")->GetDeviceList()), ElementsAre("cam-1"));
 }
 
-TEST_F(ListUpdate, OfNothingChangesNothing) {
-    bool bChanged = true;
-    CGevUpdateAgency({}).DoLimitedBroadcastUpdate(kForeverMs, 1, &bChanged);
-    EXPECT_FALSE(bChanged);
-    bChanged = true;
-    CGenericUpdateAgency({}).DoUpdate(kForeverMs, 1, &bChanged);
-    EXPECT_FALSE(bChanged);
-    EXPECT_FALSE(LimitedUpdate()) << "a transport layer without interfaces";
-    EXPECT_THAT(DeviceUpdates(), IsEmpty());
-}
-
-TEST_F(ListUpdate, CountsARefusalOfTheProducerAsNoChange) {
-    Double().AddInterface("if-1");
-    LimitedUpdate();
-    CCollectedLog objLog;
-    Double().On("IFUpdateDeviceList").Fail(GC_ERR_TIMEOUT, "too late");
-    EXPECT_FALSE(LimitedUpdate());
-    EXPECT_THAT(objLog.Take(), ElementsAre(HasSubstr("too late")));
-}
-
 // What a list update throws on a thread of its own is nobody's to catch.
 TEST_F(ListUpdate, EndsTheProcessWhenAThreadOfItThrows) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -90,15 +90,6 @@ TEST_F(TransportLayer, RefreshesTheRecordsOfAKnownInterface) {
     EXPECT_THAT(m_objTree.TL()->GetInterfaceSpecialInfo(), SizeIs(1));
 }
 
-TEST_F(TransportLayer, TellsInterfacesApartByTheCaseOfTheirIDs) {
-    const auto pLower = m_objTree.AddInterface("if-a");
-    const auto pUpper = m_objTree.AddInterface("IF-A");
-    EXPECT_NE(pLower, pUpper);
-    Double().Lists({{"IF-A"}});
-    m_objTree.UpdateInterfaces();
-    EXPECT_THAT(m_objTree.TL()->GetRemovedInterfaceList(), ElementsAre(pLower));
-}
-
 TEST_F(TransportLayer, KeepsItsListWhenTheProducerRefusesToUpdate) {
     m_objTree.AddInterface("if-1");
     Double().AddInterface("if-2");
@@ -179,9 +170,7 @@ TEST_F(TransportLayer, ClosesListedAndRemovedInterfacesWithItself) {
     EXPECT_FALSE(pGone->IsOpened());
     EXPECT_FALSE(pTL->IsOpened());
     EXPECT_EQ(pTL->GetHandle(), nullptr);
-    EXPECT_EQ(pTL->GetFeatureControl(), nullptr);
     EXPECT_EQ(pTL->GetNodeMap(), nullptr);
-    EXPECT_EQ(pTL->GetXML(), "");
     EXPECT_EQ(pTL->GetTLInformation().TLType, "");
     EXPECT_FALSE(pTL->GetGevTLInfo().VersionMajorValid);
     EXPECT_THAT(pTL->GetInterfaceList(), IsEmpty());

@@ -65,16 +65,6 @@ TEST_F(XMLAnalyzer, SecondLoadReplacesTheFirst) {
     EXPECT_EQ(Integer("Height").GetValue(), 480);
 }
 
-TEST_F(XMLAnalyzer, ClearEmptiesItAtAnyTime) {
-    m_objAnalyzer.Clear();
-    ExpectEmpty();
-    Load();
-    m_objAnalyzer.Clear();
-    ExpectEmpty();
-    Load();
-    EXPECT_EQ(Integer("Width").GetValue(), 640);
-}
-
 TEST_F(XMLAnalyzer, AgencyClearsUnlessItIsDismissed) {
     {
         CLoadXMLAgency objAgency(m_objAnalyzer, m_objSystem.Handle());
@@ -133,22 +123,6 @@ TEST_F(XMLAnalyzer, OneModulesReadHoldsBackNoOther) {
     EXPECT_NE(objOther.GetNodeMapRef()->_GetNode("Width"), nullptr);
     objRead.Release();
     EXPECT_NO_THROW(objBlocked.get());
-}
-
-TEST_F(XMLAnalyzer, AnalyzersOfManyThreadsLoadAtOnce) {
-    std::vector<std::future<void>> vecLoads;
-    for (int i = 0; i < 4; ++i) {
-        vecLoads.push_back(std::async(std::launch::async, [this] {
-            for (int nRound = 0; nRound < 5; ++nRound) {
-                CXMLAnalyzer objAnalyzer(m_objSystem.Library());
-                objAnalyzer.LoadXMLFromPortHandle(m_objSystem.Handle());
-                EXPECT_NE(objAnalyzer.GetNodeMapRef()->_GetNode("Width"), nullptr);
-            }
-        }));
-    }
-    for (auto& objLoad : vecLoads) {
-        EXPECT_NO_THROW(objLoad.get());
-    }
 }
 
 }  // namespace

@@ -62,32 +62,6 @@ TEST(XMLArchive, ArchivesOfUsualToolsAreUnpacked) {
     ExpectHandedOn(ReadArchive("stored.zip"), kNoZip);
 }
 
-TEST(XMLArchive, FarthestDistanceOfDeflateIsWithinReach) {
-    // A stored block of 32,768 bytes, then a block of fixed codes: length 3 from distance 32,768, end.
-    const std::string strText = MakeDescriptionText(32768);
-    const std::string strStored = std::string("\x00\x00\x80\xFF\x7F", 5) + strText;
-    std::string strDeflated = strStored;
-    std::uint64_t nBits = 0;
-    std::size_t nCount = 0;
-    const auto Add = [&](std::uint64_t nValue, std::size_t nWidth) {
-        nBits |= nValue << nCount;
-        nCount += nWidth;
-    };
-    Add(1, 1);          // the last block
-    Add(1, 2);          // fixed codes, which stand with their highest bit first
-    Add(0b1000000, 7);  // length 3
-    Add(0b10111, 5);    // distance 24577 and
-    Add(8191, 13);      // 8191 more
-    Add(0, 7);          // end
-    for (std::size_t i = 0; i < nCount; i += 8) {
-        strDeflated += static_cast<char>(nBits >> i & 0xFF);
-    }
-    ZIP_ENTRY objEntry;
-    objEntry.CompressedSize = static_cast<std::uint32_t>(strDeflated.size());
-    objEntry.UncompressedSize = 32771;
-    ExpectUnpacked(MakeZip(objEntry, strDeflated), strText + strText.substr(0, 3));
-}
-
 TEST(XMLArchive, ZlibStreamsAreUnpackedUpToTheirFirstZeroByte) {
     for (const std::size_t nSize : {std::size_t{1}, std::size_t{1500000}}) {
         const std::string strText = MakeDescriptionText(nSize);
@@ -113,10 +87,8 @@ TEST(XMLArchive, ZipFilesThatLieAreHandedOnAsTheyAre) {
     ExpectRefused(&ZIP_ENTRY::CompressedSize, objHonest.CompressedSize + 1);
     ExpectRefused(&ZIP_ENTRY::CompressedSize, objHonest.CompressedSize - 1);
     ExpectRefused(&ZIP_ENTRY::CompressedSize, 0);
-    ExpectRefused(&ZIP_ENTRY::CompressedSize, 0xFFFFFFFF);
     ExpectRefused(&ZIP_ENTRY::CompressedSize, 0xFFFFFFFF - 29);
     ExpectRefused(&ZIP_ENTRY::UncompressedSize, 999);
-    ExpectRefused(&ZIP_ENTRY::UncompressedSize, 0);
     ExpectRefused(&ZIP_ENTRY::UncompressedSize, 0xFFFFFFFF);
     ExpectRefused(&ZIP_ENTRY::UncompressedSize, static_cast<std::uint32_t>(kMaxDescriptionLength) + 1);
     ZIP_ENTRY objNamed = objHonest;

@@ -76,13 +76,6 @@ TEST_F(XMLLoader, RegistersAreReadInOneCallWhateverTheUrlsForm) {
     }
 }
 
-TEST_F(XMLLoader, PackedDescriptionsAreUnpacked) {
-    m_objSystem.Serve("cam.zip", MakeZip(kText));
-    ExpectLoaded(kText, "ZIP");
-    m_objSystem.Serve("CAM.ZIP", CompressZlib(kText));
-    ExpectLoaded(kText, "zlib");
-}
-
 TEST_F(XMLLoader, FilesAreOpenedInTheCaseTheProducerGave) {
     m_objDirectory.MakeFile("Cam_v1.xml", kText);
     m_objDirectory.MakeFile("Cam_v1.Zip", MakeZip(kText));
@@ -195,12 +188,6 @@ TEST_F(XMLLoader, LengthsBeyondTheBoundFailBeforeAnythingIsRead) {
     ASSERT_EQ(truncate(strSparse.c_str(), static_cast<off_t>(kMaxDescriptionLength) + 1), 0);
     m_objSystem.Port().Urls({"File:" + strSparse + "?"});
     EXPECT_THAT(Failure<CUnexpectedError>(), HasSubstr("67108865 bytes, more than 67108864"));
-}
-
-TEST_F(XMLLoader, MissingEntriesOfTheProducerAreNamedIncomplete) {
-    auto& objRule = m_objSystem.Producer().On("GCGetNumPortURLs");
-    objRule.Fail(-1);
-    EXPECT_EQ(Failure<CUnexpectedError>(), "The TL library is not complete");
 }
 
 TEST_F(XMLLoader, PortMovesRegistersAndIsAlwaysReadAndWrite) {
