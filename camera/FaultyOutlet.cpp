@@ -75,8 +75,12 @@ bool CFaultyOutlet::IsLost(const STREAM_PACKET& objPacket, std::uint32_t nPacket
     if (m_bStopped) {
         return true;
     }
-    if (m_nStillLost == 0 && Happens(m_objFaults.Loss / m_objFaults.LossBurst)) {
-        m_nStillLost = m_objFaults.LossBurst;
+    if (m_nStillLost == 0 && m_objFaults.Loss > 0) {
+        // Bursts begin between bursts alone: so often that the rate of all comes out right.
+        const double nRate = m_objFaults.Loss / 100;
+        if (Happens(m_objFaults.Loss / (m_objFaults.LossBurst * (1 - nRate) + nRate))) {
+            m_nStillLost = m_objFaults.LossBurst;
+        }
     }
     if (m_nStillLost > 0) {
         --m_nStillLost;

@@ -73,11 +73,25 @@ void CAcquisition::OpenChannel(bool bProbe) {
     PointChannelTo(m_objChannel, m_objSocket);
     m_bOpen = true;
     if (bProbe) {
-        FindPacketSize(m_objChannel, m_objSocket);
+        ProbeChannel();
     }
     m_objFacts.PacketSize = m_objChannel.DoReadRegister(kStreamChannelPacketSize.Address) & kPacketSizeMask;
     m_objSettings.PacketSize = m_objFacts.PacketSize;
     m_objSettings.Resend = m_objSettings.Resend && m_objFacts.CanResend;
+}
+
+/// Finds the packet size, and whether the camera sends from the port that it tells: if so, it is heard there alone.
+void CAcquisition::ProbeChannel() {
+    std::uint32_t nPort = 0;
+    try {
+        nPort = m_objChannel.DoReadRegister(kStreamChannelSourcePort.Address) & kChannelPortMask;
+    } catch (const CProducerError&) {
+        // Older cameras have no such register.
+    }
+    m_objSocket.HearPort(static_cast<std::uint16_t>(nPort));
+    if (!FindPacketSize(m_objChannel, m_objSocket) && nPort != 0) {
+        m_objSocket.HearPort(0);
+    }
 }
 
 void CAcquisition::Run() {

@@ -53,6 +53,7 @@ public:
 
 private:
     void OpenChannel(bool bProbe);
+    void ProbeChannel();
 
     BLOCK_MEMORY TakeMemory() override { return m_objSink.TakeMemory(); }
     void ReturnMemory(const BLOCK_MEMORY& objMemory) override { m_objSink.ReturnMemory(objMemory); }

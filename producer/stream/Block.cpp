@@ -262,7 +262,7 @@ FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {
     // An expectation is worth something only while nothing that came contradicts it.
     const std::uint32_t nTrailerID = std::max(GetTrailerID(nPredictedTrailerID), m_nNextID);
     const std::uint64_t nCame = m_nSettled - m_nUnavailable;
-    const std::uint64_t nMeant = GetTracked(nTrailerID);
+    const std::uint64_t nMeant = HasMemory() ? GetTracked(nTrailerID) : nTrailerID;
     objResult.PacketsMissing = (nMeant > nCame ? nMeant - nCame : 0) + (m_bTrailer ? 0 : 1);
     objResult.IsLargerThanMemory = m_bLarger;
     objResult.DataSize = std::max(objResult.DataSize, m_nBytes);

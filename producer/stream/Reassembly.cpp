@@ -350,12 +350,20 @@ std::optional<CReassembly::TimePoint> CReassembly::GetNextDue() const {
         if (!objBlock.HasTrailer() && !objBlock.m_bTailNoticed && m_objSettings.Resend) {
             objDue = std::min(objDue, objBlock.m_objLastArrival + m_objSettings.TailTime);
         }
-        const bool bWholeSent = objBlock.HasTrailer() || IsOvertaken(objBlock);
+        // The first gap that is to be asked for counts, or else the last that is still believed in.
+        std::optional<TimePoint> objAsk;
+        std::optional<TimePoint> objGivenUp;
         for (const PACKET_GAP& objGap : objBlock.GetGaps()) {
-            // A gap that nothing more is done for waits for the block's end or for the block's own time to be over.
-            if (bWholeSent || (m_objSettings.Resend && objGap.Asks < m_objSettings.MostResends)) {
-                objDue = std::min(objDue, objGap.Due);
+            if (m_objSettings.Resend && objGap.Asks < m_objSettings.MostResends) {
+                objAsk = std::min(objAsk.value_or(objGap.Due), objGap.Due);
+            } else {
+                objGivenUp = std::max(objGivenUp.value_or(objGap.Due), objGap.Due);
             }
+        }
+        if (objAsk) {
+            objDue = std::min(objDue, *objAsk);
+        } else if (objGivenUp && (objBlock.HasTrailer() || IsOvertaken(objBlock))) {
+            objDue = std::min(objDue, *objGivenUp);
         }
         objNext = objNext ? std::min(*objNext, objDue) : objDue;
     }

@@ -188,7 +188,9 @@ std::vector<SINGLE_CHUNK_DATA> CStreamBuffer::GetChunks() const {
     gev::CChunkWalk objWalk(arrData);
     while (objWalk.GetRest() > nStart) {
         const std::optional<gev::CHUNK> objChunk = objWalk.GetPrevious();
-        if (!objChunk || objWalk.GetRest() < nStart || vecChunk.size() == kMostChunks) {
+        // The image may be a chunk itself, of which the length that the camera tells counts only the end.
+        const bool bTooLong = objWalk.GetRest() < nStart && objWalk.GetRest() != 0;
+        if (!objChunk || bTooLong || vecChunk.size() == kMostChunks) {
             throw CProducerError(GC_ERR_PARSING_CHUNK_DATA, "the lengths of the chunks don't add up to the " +
                                                                 std::to_string(nLength) +
                                                                 " bytes that the camera tells");

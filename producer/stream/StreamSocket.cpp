@@ -31,21 +31,6 @@ int SetOption(int nSocket, int nLevel, int nOption, const Value& objValue) {
     return setsockopt(nSocket, nLevel, nOption, &objValue, sizeof objValue);
 }
 
-/// A filter in the kernel that lets one sender through.
-void HearOnly(int nSocket, std::uint32_t nCamera) {
-    constexpr auto kIPSourceOffset = static_cast<std::uint32_t>(SKF_NET_OFF + 12);
-    std::array<sock_filter, 4> arrFilter{{
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kIPSourceOffset),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, nCamera, 0, 1),
-        BPF_STMT(BPF_RET | BPF_K, 0xFFFF'FFFF),
-        BPF_STMT(BPF_RET | BPF_K, 0),
-    }};
-    const sock_fprog objProgram{static_cast<unsigned short>(arrFilter.size()), arrFilter.data()};
-    if (SetOption(nSocket, SOL_SOCKET, SO_ATTACH_FILTER, objProgram) != 0) {
-        ThrowSocketError(errno, "let the stream's socket hear " + IPToString(nCamera) + " alone");
-    }
-}
-
 std::size_t AskForBuffer(int nSocket, std::size_t nBuffer) {
     const int nWanted = static_cast<int>(std::min<std::size_t>(nBuffer, 1U << 30U));
     if (SetOption(nSocket, SOL_SOCKET, SO_RCVBUFFORCE, nWanted) != 0) {
@@ -71,11 +56,11 @@ struct CStreamSocket::BATCH {
 CStreamSocket::CStreamSocket(const ADAPTER& objAdapter, std::uint32_t nLocalAddress, std::uint32_t nCamera,
                              std::size_t nBuffer)
     // Not initialised: most of it is never touched.
-    : m_objDescriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)), m_pBatch(new BATCH) {
+    : m_objDescriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)), m_nCamera(nCamera), m_pBatch(new BATCH) {
     if (m_objDescriptor.Get() < 0) {
         ThrowSocketError(errno, "make a socket for the stream of " + IPToString(nCamera));
     }
-    SetUp(objAdapter, nCamera, nBuffer);
+    SetUp(objAdapter, nBuffer);
     sockaddr_in objAddress{};
     objAddress.sin_family = AF_INET;
     objAddress.sin_addr.s_addr = htonl(nLocalAddress);
@@ -99,16 +84,37 @@ CStreamSocket::CStreamSocket(const ADAPTER& objAdapter, std::uint32_t nLocalAddr
 
 CStreamSocket::~CStreamSocket() = default;
 
-void CStreamSocket::SetUp(const ADAPTER& objAdapter, std::uint32_t nCamera, std::size_t nBuffer) {
+void CStreamSocket::SetUp(const ADAPTER& objAdapter, std::size_t nBuffer) {
     const int nSocket = m_objDescriptor.Get();
     const auto nBound = setsockopt(nSocket, SOL_SOCKET, SO_BINDTODEVICE, objAdapter.Name.data(),
                                    static_cast<socklen_t>(objAdapter.Name.size()));
     if (nBound != 0 && errno != EPERM) {  // without that right the address alone ties it
-        ThrowSocketError(errno, "bind the stream of " + IPToString(nCamera) + " to " + objAdapter.Name);
+        ThrowSocketError(errno, "bind the stream of " + IPToString(m_nCamera) + " to " + objAdapter.Name);
     }
-    HearOnly(nSocket, nCamera);
+    HearPort(0);
     m_nGrantedBuffer = AskForBuffer(nSocket, nBuffer);
     m_bJoining = SetOption(nSocket, IPPROTO_UDP, UDP_GRO, 1) == 0;
+}
+
+/// A filter in the kernel that lets one sender through.
+void CStreamSocket::HearPort(std::uint16_t nPort) {
+    constexpr auto kIPSourceOffset = static_cast<std::uint32_t>(SKF_NET_OFF + 12);
+    constexpr std::uint32_t kUDPSourceOffset = 0;  // what a UDP socket's filter sees begins with the UDP header
+    std::array<sock_filter, 6> arrFilter{{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kIPSourceOffset),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, m_nCamera, 0, 3),
+        BPF_STMT(BPF_LD | BPF_H | BPF_ABS, kUDPSourceOffset),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, nPort, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, 0xFFFF'FFFF),
+        BPF_STMT(BPF_RET | BPF_K, 0),
+    }};
+    if (nPort == 0) {
+        arrFilter[3] = BPF_STMT(BPF_RET | BPF_K, 0xFFFF'FFFF);
+    }
+    const sock_fprog objProgram{static_cast<unsigned short>(arrFilter.size()), arrFilter.data()};
+    if (SetOption(m_objDescriptor.Get(), SOL_SOCKET, SO_ATTACH_FILTER, objProgram) != 0) {
+        ThrowSocketError(errno, "let the stream's socket hear " + IPToString(m_nCamera) + " alone");
+    }
 }
 
 void CStreamSocket::SetWait(std::chrono::milliseconds objWait) {

@@ -39,6 +39,10 @@ public:
     CStreamSocket(const CStreamSocket&) = delete;
     CStreamSocket& operator=(const CStreamSocket&) = delete;
 
+    /// From now on it hears one port of the camera alone, or with 0 every port again.
+    /// @throws CProducerError  as ThrowSocketError
+    void HearPort(std::uint16_t nPort);
+
     /// Waits for packets, and takes with them what else is there.
     /// @return good until the next call; empty when the wait was in vain or ended by Shutdown
     std::span<const RECEIVED_PACKETS> Receive(std::chrono::milliseconds objWait);
@@ -57,10 +61,11 @@ public:
 private:
     struct BATCH;
 
-    void SetUp(const ADAPTER& objAdapter, std::uint32_t nCamera, std::size_t nBuffer);
+    void SetUp(const ADAPTER& objAdapter, std::size_t nBuffer);
     void SetWait(std::chrono::milliseconds objWait);
 
     CSocketDescriptor m_objDescriptor;
+    const std::uint32_t m_nCamera;
     std::uint16_t m_nLocalPort = 0;
     std::size_t m_nGrantedBuffer = 0;
     bool m_bJoining = false;
