@@ -28,7 +28,7 @@ case "$preset" in
 esac
 
 # shellcheck disable=SC2086 # lists of names
-ensure_packages $PACKAGES_BUILD $PACKAGES_TEST
+ensure_packages $PACKAGES_BUILD $PACKAGES_PACKAGE $PACKAGES_TEST
 configure "$preset" -DNORVIK_BUILD_TESTS=ON -DNORVIK_BUILD_BENCH=ON \
     -DNORVIK_WARNINGS_AS_ERRORS="$([ "${CI:-}" = true ] && echo ON || echo OFF)"
 build "$preset"

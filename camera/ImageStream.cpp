@@ -14,6 +14,7 @@ using namespace std::chrono_literals;
 
 // The kernel wakes a thread so much too late that the rest of a wait is waited out awake.
 constexpr auto kAwake = 60us;
+constexpr auto kMostBehind = 100ms;  // beyond that frames are left out
 constexpr std::uint32_t kMostTriggers = 1000;
 constexpr std::uint32_t kPatterns = 4;
 
@@ -239,8 +240,8 @@ bool CImageStream::AwaitFrame() {
             const auto nPeriod =
                 std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::duration<double>(1 / objFrame.Rate));
             m_nExposure = std::min(objFrame.Exposure, nPeriod);
-            // While a frame is sent the next one is exposed, so a late one may have begun in the past.
-            m_tFrame = std::max(m_tNextFrame, tNow - m_nExposure);
+            // The sensor keeps its beat while images wait to be sent, so a frame may have begun in the past.
+            m_tFrame = tNow - m_tNextFrame > kMostBehind ? tNow - m_nExposure : m_tNextFrame;
             m_tNextFrame = m_tFrame + nPeriod;
             return true;
         }

@@ -71,6 +71,7 @@ void CSentBlocks::Finish(const BLOCK_FACTS& objFacts) {
     gev::GVSP_TRAILER objTrailer;
     objTrailer.PayloadType = GetPayloadType();
     objTrailer.SizeY = m_objFormat.Image.Height;
+    // What stands behind the image: the ID and length that make the image a chunk count, the image itself doesn't.
     objTrailer.ChunkDataLength = static_cast<std::uint32_t>(m_nPayload - m_nImage);
     // Each set of chunks is a layout of its own.
     objTrailer.ChunkLayoutID = 1;

@@ -23,7 +23,7 @@ endif()
 # norvik_add_library(NAME SOURCES...): a static library of the tree, named as its folder.
 function(norvik_add_library name)
     add_library(${name} STATIC ${ARGN})
-    target_link_libraries(${name} PUBLIC norvik_options)
+    target_link_libraries(${name} PUBLIC "$<BUILD_INTERFACE:norvik_options>")
 endfunction()
 
 # norvik_add_program(NAME SOURCES...): a program in build/<preset>/bin.

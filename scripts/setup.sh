@@ -1,11 +1,13 @@
 # shellcheck shell=bash disable=SC2034
-# Sourced by run.sh, test.sh and .ci/run: what the machine needs, and how it gets there.
+# Sourced by run.sh, test.sh, .ci/run and the scripts beside it: what the machine needs, and how it gets there.
 
 # Debian packages, by what they are for.
 PACKAGES_BUILD="g++ cmake ninja-build qt6-base-dev libboost-dev libboost-filesystem-dev libpugixml-dev zlib1g-dev \
 libcli11-dev nlohmann-json3-dev libpng-dev"
 PACKAGES_RUN="fonts-wqy-microhei"
-PACKAGES_TEST="locales libgtest-dev libgmock-dev libbenchmark-dev iproute2 tshark clang-format python3 git xvfb xdotool"
+PACKAGES_PACKAGE="binutils dpkg-dev file"
+PACKAGES_TEST="locales libgtest-dev libgmock-dev libbenchmark-dev iproute2 tshark clang-format python3 git xvfb xdotool \
+desktop-file-utils"
 PACKAGES_DEMO="iproute2 util-linux xvfb xdotool python3"
 PACKAGES_FUZZ="clang libclang-rt-dev"
 

@@ -192,7 +192,7 @@ void CInterfaceModule::AddForceIpFeatures() {
                          const std::lock_guard objLock(m_mtxState);
                          objSettings = m_objForced;
                      }
-                     DoForceIp(m_strAdapter, objEntry.Device.Mac, objSettings);
+                     DoForceIp(m_strAdapter, objEntry.Device.Mac, objSettings, m_objClosing.get_token());
                  })
         .SelectedBy("DeviceSelector");
 }

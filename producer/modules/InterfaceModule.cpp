@@ -147,7 +147,7 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
 }
 
 void CInterfaceModule::ForceIp(const std::string& strId, const IP_SETTINGS& objSettings) {
-    DoForceIp(m_strAdapter, Resolve(strId).Device.Mac, objSettings);
+    DoForceIp(m_strAdapter, Resolve(strId).Device.Mac, objSettings, m_objClosing.get_token());
 }
 
 void CInterfaceModule::ConfigureIp(const std::string& strId, const IP_CONFIGURATION& objConfiguration) {
@@ -161,7 +161,7 @@ void CInterfaceModule::ConfigureIp(const std::string& strId, const IP_CONFIGURAT
 }
 
 void CInterfaceModule::RestartIp(const std::string& strId) {
-    DoRestartIpConfiguration(m_strAdapter, Resolve(strId).Device.Mac);
+    DoRestartIpConfiguration(m_strAdapter, Resolve(strId).Device.Mac, m_objClosing.get_token());
 }
 
 DISCOVERY_REPLY CInterfaceModule::AskDevice(std::uint32_t nAddress) const {

@@ -78,7 +78,7 @@ private:
     const std::string m_strAdapter;
     const std::function<void()> m_funClosed;
     CDiscovery m_objDiscovery;
-    std::stop_source m_objClosing;          // ends the attempts to open a camera
+    std::stop_source m_objClosing;          // ends the attempts to open a camera or to give it an address
     CChildren<CDeviceModule> m_objDevices;  // by MAC, so that a camera is open once whatever ID it was opened by
 
     std::mutex m_mtxUpdate;                          // held for a whole update; taken before m_mtxState; guards:

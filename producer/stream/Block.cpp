@@ -29,7 +29,7 @@ CBlock::CBlock() {
 
 void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload, bool bSure,
                    StreamClock::time_point objNow) {
-    m_objLastArrival = objNow;
+    m_objLastArrival = m_objTailAsked = objNow;
     m_bOvertaken = m_bDropped = m_bTailNoticed = m_bTailProbed = m_bDone = false;
     m_objMemory = {};
     m_nBlockID = nBlockID;

@@ -101,12 +101,15 @@ public:
     [[nodiscard]] bool HasTrailer() const { return m_bTrailerSettled; }
     [[nodiscard]] std::size_t GetPayload() const { return m_nPayload; }
     [[nodiscard]] std::uint32_t GetNextID() const { return m_nNextID; }
+    /// Whether only the trailer can still be of use.
+    [[nodiscard]] bool IsMemoryPassed() const { return HasMemory() && m_nNextID >= m_nBits; }
     [[nodiscard]] std::vector<PACKET_GAP>& GetGaps() { return m_vecGap; }
 
     // What CReassembly notes of the block.
     StreamClock::time_point m_objLastArrival;
-    bool m_bOvertaken = false;  // a packet of a later block was seen when the end was last looked at
-    bool m_bDropped = false;    // for want of memory
+    StreamClock::time_point m_objTailAsked;  // when the end was last asked for, or the block began
+    bool m_bOvertaken = false;               // a packet of a later block was seen when the end was last looked at
+    bool m_bDropped = false;                 // for want of memory
     bool m_bTailNoticed = false;
     bool m_bTailProbed = false;  // a packet of the end was asked for and came: the block has been sent to its end
     bool m_bDone = false;        // nothing more is waited for

@@ -289,7 +289,8 @@ void CReassembly::NoticeTail(CBlock& objBlock, TimePoint objNow) {
     if (objBlock.HasTrailer()) {
         return;
     }
-    const bool bSilent = m_objSettings.Resend && objNow - objBlock.m_objLastArrival >= m_objSettings.TailTime;
+    const TimePoint objLast = std::max(objBlock.m_objLastArrival, objBlock.m_objTailAsked);
+    const bool bSilent = m_objSettings.Resend && objNow - objLast >= m_objSettings.TailTime;
     const bool bOvertaken = IsOvertaken(objBlock);
     if (bOvertaken && !objBlock.m_bOvertaken) {
         objBlock.m_bOvertaken = true;
@@ -298,7 +299,8 @@ void CReassembly::NoticeTail(CBlock& objBlock, TimePoint objNow) {
     if (objBlock.m_bTailNoticed || !(bOvertaken || bSilent)) {
         return;
     }
-    const bool bWhole = bOvertaken || objBlock.m_bTailProbed;
+    const bool bWhole = bOvertaken || objBlock.m_bTailProbed || objBlock.IsMemoryPassed();
+    objBlock.m_objTailAsked = objNow;
     const std::uint32_t nLast = bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
     objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objNow + m_objSettings.ReorderTime : objNow);
 }
@@ -348,7 +350,8 @@ std::optional<CReassembly::TimePoint> CReassembly::GetNextDue() const {
         }
         TimePoint objDue = objBlock.m_objLastArrival + m_objSettings.BlockTimeout;
         if (!objBlock.HasTrailer() && !objBlock.m_bTailNoticed && m_objSettings.Resend) {
-            objDue = std::min(objDue, objBlock.m_objLastArrival + m_objSettings.TailTime);
+            objDue =
+                std::min(objDue, std::max(objBlock.m_objLastArrival, objBlock.m_objTailAsked) + m_objSettings.TailTime);
         }
         // The first gap that is to be asked for counts, or else the last that is still believed in.
         std::optional<TimePoint> objAsk;

@@ -1,7 +1,6 @@
 #include "producer/wire/Heartbeat.h"
 
 #include <algorithm>
-#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -18,6 +17,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kLeastTimeout{gev::bootstrap::kHeartbeatTimeoutLeastMs};
 constexpr milliseconds kLongestTimeout{60'000};  // so that a camera that is gone is noticed at all
 constexpr int kLeastAttempts = 4;                // between a beat that is due and the loss
+constexpr milliseconds kPause{10};               // of a beat, between two rounds of attempts
 
 }  // namespace
 
@@ -93,7 +93,6 @@ Clock::time_point CHeartbeat::__GetLossTime() const {
 ASKING CHeartbeat::__MakeAsking(Clock::time_point objStart) const {
     ASKING objAsking = m_objDialogue.GetAsking();
     objAsking.AnswerTimeout = std::min(objAsking.AnswerTimeout, GetTimeout() * 6 / 10 / kLeastAttempts);
-    objAsking.Repeats = std::numeric_limits<std::uint32_t>::max() - 1;  // the deadline ends it
     // A beat that starts late, as after the process was stopped, asks once all the same.
     objAsking.Deadline = std::max(__GetLossTime(), objStart + objAsking.AnswerTimeout);
     objAsking.IsHeartbeat = true;
@@ -119,8 +118,15 @@ std::optional<CONTROL_LOSS> CHeartbeat::__Beat() {
                 if (Clock::now() >= __GetLossTime()) {
                     return CONTROL_LOSS::NoAnswer;
                 }
+                __LetOthersAsk();
         }
     }
+}
+
+/// Who waits for its turn gets it, and fails in its own time instead of ours, which may be a minute.
+void CHeartbeat::__LetOthersAsk() {
+    std::unique_lock objLock(m_mtxStop);
+    m_objChanged.wait_for(objLock, kPause, [this] { return m_bStop; });
 }
 
 std::optional<CONTROL_LOSS> CHeartbeat::__JudgeAnswer(const OUTCOME& objOutcome, std::uint32_t nPrivilege) {

@@ -47,6 +47,7 @@ private:
     void __Run() noexcept;
     bool __WaitForBeat();
     std::optional<CONTROL_LOSS> __Beat();
+    void __LetOthersAsk();
     std::optional<CONTROL_LOSS> __JudgeAnswer(const OUTCOME& objOutcome, std::uint32_t nPrivilege);
     bool __IsApplicationAnother();
     [[nodiscard]] ASKING __MakeAsking(Clock::time_point objStart) const;

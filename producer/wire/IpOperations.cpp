@@ -149,6 +149,13 @@ std::span<std::byte> EncodeForceIp(gev::GvcpBuffer& arrBuffer, const CCameraWatc
                               true);
 }
 
+void CheckGivenUp(const std::stop_token& objGiveUp) {
+    if (objGiveUp.stop_requested()) {
+        throw CProducerError(GC_ERR_ABORT,
+                             "the interface was closed meanwhile; the camera may still do what was asked");
+    }
+}
+
 /// @return the camera's address now.
 std::uint32_t FindCamera(const ADAPTER& objAdapter, std::uint64_t nMac) {
     CCameraWatch objWatch(objAdapter, nMac);
@@ -229,7 +236,8 @@ DEVICE_ACCESS_STATUS AskAccessStatus(const ADAPTER& objAdapter, std::uint32_t nA
 
 }  // namespace
 
-void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTINGS& objSettings) {
+void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTINGS& objSettings,
+               const std::stop_token& objGiveUp) {
     CheckSettings(objSettings);
     const ADAPTER objAdapter = GetAdapter(strAdapter);
     if (std::any_of(objAdapter.Addresses.begin(), objAdapter.Addresses.end(),
@@ -243,6 +251,7 @@ void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTI
     const auto isDone = [&](const gev::DISCOVERY_RECORD& objRecord) { return objRecord.IP == objSettings.Address; };
     const auto objDeadline = Clock::now() + kForceIpDeadline;
     for (int i = 0; Clock::now() < objDeadline; ++i) {
+        CheckGivenUp(objGiveUp);
         const bool bRepeat = i < kForceIpRounds && !objWatch.GetCommandStatus();
         if (objWatch.Round(bRepeat ? objCommand : std::span<std::byte>(), isDone)) {
             return;
@@ -254,7 +263,7 @@ void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTI
     throw CProducerError(GC_ERR_TIMEOUT, objWatch.Describe(strAdapter));
 }
 
-void DoRestartIpConfiguration(const std::string& strAdapter, std::uint64_t nMac) {
+void DoRestartIpConfiguration(const std::string& strAdapter, std::uint64_t nMac, const std::stop_token& objGiveUp) {
     const ADAPTER objAdapter = GetAdapter(strAdapter);
     FindCamera(objAdapter, nMac);
     CCameraWatch objWatch(objAdapter, nMac);
@@ -264,6 +273,7 @@ void DoRestartIpConfiguration(const std::string& strAdapter, std::uint64_t nMac)
     objWatch.Round(EncodeForceIp(arrBuffer, objWatch, nMac, {}), [](const auto&) { return false; });
     const auto isDone = [&](const auto&) { return Clock::now() >= objStart + kRestartSettle; };
     while (Clock::now() < objStart + kRestartIpDeadline) {
+        CheckGivenUp(objGiveUp);
         if (objWatch.Round({}, isDone)) {
             return;
         }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "producer/wire/ControlChannel.h"
@@ -42,11 +43,14 @@ struct IP_CONFIGURATION {
 
 /// Gives a camera an address until its next start (FORCEIP_CMD by broadcast, with the acknowledge by broadcast too).
 /// Works on cameras of any subnet that no application controls.
-void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTINGS& objSettings);
+/// @param objGiveUp  ends the wait within some 250 ms, with GC_ERR_ABORT
+void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTINGS& objSettings,
+               const std::stop_token& objGiveUp = {});
 
 /// Lets a camera start its IP configuration again (FORCEIP_CMD with address 0.0.0.0), and waits until it is heard after
 /// it.
-void DoRestartIpConfiguration(const std::string& strAdapter, std::uint64_t nMac);
+/// @param objGiveUp  as for DoForceIp
+void DoRestartIpConfiguration(const std::string& strAdapter, std::uint64_t nMac, const std::stop_token& objGiveUp = {});
 
 /// Writes the configuration that a camera starts with, over a control channel of its own, and reads it back. In force
 /// from the camera's next start. The camera must be in a subnet of the adapter and under nobody's control.

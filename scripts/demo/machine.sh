@@ -4,13 +4,23 @@
 set -u
 . scripts/setup.sh
 
-build=$1
+programs=$1 window=$1/bin/norvik
 pictures=${2:-build/demo}
 has_command=${3:+yes}  # "--": what follows is run here in place of the window
 # A new machine's first process, with nothing switched on yet.
 if [ $$ -ne 1 ] || [ -n "$(ip -o link show up)" ]; then
     fail "this is no machine of the demo's own"
 fi
+# An installation has the layout of a build folder further down, and its window a launcher that knows the producer.
+if [ -d "$1/lib/norvik" ]; then
+    programs=$1/lib/norvik
+    unset GENICAM_GENTL64_PATH
+else
+    GENICAM_GENTL64_PATH=$(realpath "$programs/cti")
+    export GENICAM_GENTL64_PATH
+fi
+[ -n "$has_command" ] || [ -x "$window" ] ||
+    fail "there is no $window: $1 is neither a build folder nor where Norvik is installed"
 rm -rf "$pictures"
 mkdir -p "$pictures"
 
@@ -59,7 +69,7 @@ camera() {
     inside "$switch" ip link add name "port$serial" type veth peer name camera address "$mac" netns "$namespace"
     inside "$switch" ip link set "port$serial" master bridge up
     # In a session of its own, so that a Ctrl-C in the terminal isn't for it.
-    inside "$namespace" setsid "$build/bin/virtual-camera" --interface camera --serial "$serial" --name "$name" \
+    inside "$namespace" setsid "$programs/bin/virtual-camera" --interface camera --serial "$serial" --name "$name" \
         --persistent "$address" --verbose "$@" >"$pictures/camera-$serial.log" 2>&1 &
     wait_for 10 "the camera $serial did not start" has_address "$namespace" "${address%/*}"
 }
@@ -88,9 +98,7 @@ build_network() {
 }
 
 start_window() {
-    GENICAM_GENTL64_PATH=$(realpath "$build/cti")
-    export GENICAM_GENTL64_PATH
-    "$build/bin/norvik" >"$pictures/norvik.log" 2>&1 &
+    "$window" >"$pictures/norvik.log" 2>&1 &
     norvik=$!
 }
 
@@ -162,10 +170,9 @@ tell_story() {
     printf '  %s\n' "$pictures"/*.png
 }
 
-# run_command BUILD-DIRECTORY [COMMAND...]: with our programs in the PATH; a shell if no command is given.
+# run_command PREFIX [COMMAND...]: with our programs in the PATH; a shell if no command is given.
 run_command() {
     PATH=$(realpath "$1/bin"):$PATH
-    [ ! -d "$1/cti" ] || export GENICAM_GENTL64_PATH=${GENICAM_GENTL64_PATH:-$(realpath "$1/cti")}
     shift
     [ $# -eq 0 ] || { "$@"; return; }
     cat <<END
@@ -184,7 +191,7 @@ END
 
 build_network
 if [ -n "$has_command" ]; then
-    run_command "$build" "${@:4}"
+    run_command "$1" "${@:4}"
 elif [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     play
 else

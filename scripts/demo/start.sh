@@ -2,8 +2,9 @@
 # Shows what Norvik does, without a camera: a machine of its own with two adapters, three cameras in software behind
 # each, and the window on it. Started by ./run.sh demo, which builds what it needs.
 #
-# usage: scripts/demo/start.sh BUILD-DIRECTORY [DIRECTORY-FOR-PICTURES [-- [COMMAND...]]]
-# Behind -- it runs a command on that machine in place of the window, or a shell if there is none, and ends as that does.
+# usage: scripts/demo/start.sh BUILD-DIRECTORY|PREFIX [DIRECTORY-FOR-PICTURES [-- [COMMAND...]]]
+# With the prefix of an installation (/usr) it shows what is installed there. Behind -- it runs a command on that machine
+# in place of the window, or a shell if there is none, and ends as that does.
 #
 # Everything runs in namespaces of its own, network, mounts and processes alike. When the first process in them ends, for
 # whatever reason, the kernel ends the others and takes the adapters and bridges away: nothing is ever left.

@@ -27,6 +27,9 @@ public:
     /// Where all the switches are.
     const CNetworkNamespace& GetSwitches() const { return m_objSwitches; }
 
+    /// The machine that a camera is.
+    const CNetworkNamespace& GetPlace(int nCamera) const { return *m_vecPlaces.at(static_cast<std::size_t>(nCamera)); }
+
     /// Makes an adapter, which isn't there or no more, and its cable, and doesn't wait for the link.
     void Cable(int nAdapter);
     /// Waits until the kernel has noticed every link: before that it drops what is sent.

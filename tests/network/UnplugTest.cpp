@@ -30,9 +30,9 @@ enum class EState { Listed, Opening, LoadingNodeMap, Reading, Idle, Updating, Cl
 constexpr std::array kStates{EState::Listed, EState::Opening,  EState::LoadingNodeMap, EState::Reading,
                              EState::Idle,   EState::Updating, EState::Closing};
 
-enum class EUnplug { PowerCut, CameraUnplugged, AdapterUnplugged };
-constexpr int kUnplugs = 3;
-constexpr int kMoments = 5;  // in each state
+enum class EUnplug { PowerCut, ProgramKilled, CameraUnplugged, AdapterUnplugged };
+constexpr int kUnplugs = 4;
+constexpr int kMoments = 4;  // in each state
 constexpr int kUsers = kUnplugs * kMoments;
 
 constexpr auto kHeartbeatTimeout = 3s;  // of a camera that nobody told another
@@ -78,7 +78,7 @@ public:
             eState = EState::LoadingNodeMap;
         }
         if (eState == m_eTarget && bDiscovery == (eState == EState::Updating) && m_nRequestsLeft-- == 0) {
-            if (m_eUnplug == EUnplug::PowerCut) {
+            if (!IsLink()) {
                 m_objNetwork.GetCamera(m_nUser).Get().Stop();
                 m_objMoment.set_value();
             } else {
@@ -96,7 +96,7 @@ public:
         m_objUnplugged = {};
         m_objOffline.Count = 0;
         m_objOffline.First.Reset();
-        m_nRequestsLeft = m_nUser / kUnplugs * (eTarget == EState::LoadingNodeMap ? 3 : 1);
+        m_nRequestsLeft = m_nUser / kUnplugs * (eTarget == EState::LoadingNodeMap ? 4 : 1);
         auto objUnplugging = std::async(std::launch::async, [this] {
             m_objMoment.get_future().wait();
             Unplug();
@@ -177,24 +177,33 @@ private:
         }
     }
 
-    std::string GetLink() const {
+    bool IsLink() const { return m_eUnplug >= EUnplug::CameraUnplugged; }
+
+    void SetLink(const std::string& strState) {
         const std::string strNumber = std::to_string(m_nUser);
-        return m_eUnplug == EUnplug::CameraUnplugged ? "port" + strNumber + "-0" : "uplink" + strNumber;
+        m_objNetwork.GetSwitches().Run(
+            "ip link set " +
+            (m_eUnplug == EUnplug::CameraUnplugged ? "port" + strNumber + "-0 " : "uplink" + strNumber + ' ') +
+            strState);
     }
 
     void Unplug() {
-        if (m_eUnplug == EUnplug::PowerCut) {
-            m_objNetwork.SwitchOff(m_nUser);
-        } else {
-            m_objNetwork.GetSwitches().Run("ip link set " + GetLink() + " down");
+        if (IsLink()) {
+            SetLink("down");
+            return;
+        }
+        m_objNetwork.SwitchOff(m_nUser);
+        if (m_eUnplug == EUnplug::ProgramKilled) {
+            // Its machine is still there, and says that nobody listens.
+            m_objNetwork.GetPlace(m_nUser).Run("ip address add 10." + std::to_string(m_nUser + 1) + ".0.11/24 dev cam");
         }
     }
 
     /// Another camera, as the old one would keep the control that nobody could give back, until an update finds it.
     void PutBack() {
         m_objNetwork.SwitchOff(m_nUser);
-        if (m_eUnplug != EUnplug::PowerCut) {
-            m_objNetwork.GetSwitches().Run("ip link set " + GetLink() + " up");
+        if (IsLink()) {
+            SetLink("up");
         }
         Enter(EState::Listed);
         m_bFound = false;

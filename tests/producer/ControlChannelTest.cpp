@@ -212,6 +212,20 @@ TEST_F(ControlChannel, SilentCameraIsLostWithinTheHeartbeatTimeoutAndClosesAtOnc
     EXPECT_EQ(m_nLosses, 1);
 }
 
+TEST_F(ControlChannel, HeartbeatOfASilentCameraLetsQuestionsFailInTheirOwnTime) {
+    m_pCamera->SetRegister(bootstrap::kHeartbeatTimeout, 3000);
+    const auto pChannel = Open();
+    m_pCamera->SetSilent(true);
+    const auto objEnd = Clock::now() + 5s;
+    while (pChannel->GetStatistics().Repeats == 0 && Clock::now() < objEnd) {
+        std::this_thread::sleep_for(1ms);
+    }
+    const auto objStart = Clock::now();
+    EXPECT_EQ(CodeOf([&] { pChannel->DoReadRegister(0xA000); }), GC_ERR_TIMEOUT);
+    EXPECT_LT(Clock::now() - objStart, 1s);
+    EXPECT_EQ(AwaitLoss(3s), CONTROL_LOSS::NoAnswer);
+}
+
 TEST_F(ControlChannel, ControlThatTheCameraDropsOrGivesToAnotherIsLost) {
     {
         const auto pChannel = Open();

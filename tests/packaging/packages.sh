@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Makes the packages, unpacks them where nothing else is, and uses what lies there as its users do: a program of their own
+# on the library, and the demo's story with the programs.
+#
+# usage: packages.sh BUILD-DIRECTORY VERSION
+set -eu
+cd "$(dirname "$0")/../.."
+build=$(realpath "$1") version=$2
+work=$build/packages-test
+rm -rf "$work"
+trap 'echo "packages.sh: failed; what was made is in $work" >&2' ERR
+
+(cd "$build" && cpack -G DEB -D CPACK_DEBIAN_COMPRESSION_TYPE=none -B "$work")
+for package in norvik norvikctl libtlclass-dev; do
+    dpkg-deb --extract "$work/${package}_${version}"_*.deb "$work/root"
+done
+prefix=$work/root/usr
+if command -v desktop-file-validate >/dev/null; then
+    desktop-file-validate "$prefix/share/applications/norvik.desktop"
+fi
+
+# Nothing of this environment may be what makes them work.
+empty=(env -i "PATH=$PATH")
+[[ $("${empty[@]}" "$prefix/bin/norvikctl" --version) == *"$version"* ]]
+
+"${empty[@]}" cmake -S tests/packaging/outside -B "$work/outside" -DCMAKE_PREFIX_PATH="$prefix"
+"${empty[@]}" cmake --build "$work/outside"
+own=(unshare --net)
+[ "$(id -u)" -eq 0 ] || own=(unshare --user --map-root-user --net)
+if "${own[@]}" true 2>/dev/null; then
+    [ "$("${empty[@]}" "GENICAM_GENTL64_PATH=$prefix/lib/norvik/cti" "${own[@]}" "$work/outside/outside")" = "$version" ]
+fi
+
+if command -v Xvfb xdotool >/dev/null; then
+    "${empty[@]}" scripts/demo/start.sh "$prefix" "$work/demo"
+fi
+rm -rf "$work"
