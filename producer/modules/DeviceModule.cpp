@@ -16,6 +16,7 @@ namespace producer {
 namespace {
 
 constexpr std::size_t kRemoteEventsKept = 256;
+constexpr std::chrono::milliseconds kLongestCourtesy{250};
 
 using Milliseconds = std::chrono::milliseconds;
 
@@ -134,7 +135,12 @@ void CDeviceModule::OpenMessages() {
 void CDeviceModule::DoClose() noexcept {
     m_objStreams.CloseAll();
     {
-        const std::lock_guard objLock(m_mtxMessages);
+        // A camera that asks for patience without end may hold the one who is just opening the message channel.
+        std::unique_lock objLock(m_mtxMessages, kLongestCourtesy);
+        if (!objLock) {
+            m_pRemotePort->GetChannel().Close();
+            objLock.lock();
+        }
         m_pMessages.reset();
     }
     {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "camera/TestImage.h"
 #include "gev/BigEndian.h"
 #include "gev/Bootstrap.h"
+#include "gev/GvcpEvent.h"
 #include "tests/camera/RunningCamera.h"
 #include "tests/producer/entries/ProducerTest.h"
 
@@ -195,6 +197,10 @@ struct FAULTY_CASE {
     bool AllComplete;
 };
 
+void PrintTo(const FAULTY_CASE& objCase, std::ostream* pStream) {
+    *pStream << objCase.Name;
+}
+
 class ProducerStreamWithFaults : public ProducerStream, public testing::WithParamInterface<FAULTY_CASE> {};
 
 TEST_P(ProducerStreamWithFaults, DeliversEveryFrameAndNoneIsWrongUnawares) {
@@ -220,6 +226,36 @@ INSTANTIATE_TEST_SUITE_P(Faults, ProducerStreamWithFaults,
                                          FAULTY_CASE{"ForeignPackets", {.Foreign = 10}, true},
                                          FAULTY_CASE{"LossWithoutResend", {.Loss = 1, .NoResend = true}, false}),
                          [](const auto& objInfo) { return objInfo.param.Name; });
+
+TEST_F(ProducerStream, EventsOfTheCameraComeOnceEachWithTheirData) {
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    EVENT_HANDLE hRemote = nullptr;
+    ASSERT_EQ(Lib().GCRegisterEvent(m_hDevice, EVENT_REMOTE_DEVICE, &hRemote), GC_ERR_SUCCESS) << LastError();
+    Write(camera::address::kEventNotification, 1);
+    ASSERT_NO_FATAL_FAILURE(StartWith(4));
+    Write(camera::address::kAcquisitionStart, 1);
+    std::uint64_t nLastFrame = 0;
+    for (int i = 0; i < 3; ++i) {
+        std::array<std::byte, 1024> arrEvent{};
+        size_t nSize = arrEvent.size();
+        ASSERT_EQ(Lib().EventGetData(hRemote, arrEvent.data(), &nSize, kLongEnough), GC_ERR_SUCCESS) << LastError();
+        std::uint64_t nId = 0;
+        size_t nIdSize = sizeof nId;
+        INFO_DATATYPE nType = 0;
+        EXPECT_EQ(Lib().EventGetDataInfo(hRemote, arrEvent.data(), nSize, EVENT_DATA_NUMID, &nType, &nId, &nIdSize),
+                  GC_ERR_SUCCESS);
+        EXPECT_EQ(nId, gev::kEventEndOfExposure);
+        std::array<std::byte, 540> arrValue{};
+        size_t nValue = arrValue.size();
+        EXPECT_EQ(
+            Lib().EventGetDataInfo(hRemote, arrEvent.data(), nSize, EVENT_DATA_VALUE, &nType, arrValue.data(), &nValue),
+            GC_ERR_SUCCESS);
+        ASSERT_EQ(nValue, 16u) << "timestamp and frame number";
+        EXPECT_EQ(gev::Get64(arrValue, 8), i == 0 ? gev::Get64(arrValue, 8) : nLastFrame + 1);
+        nLastFrame = gev::Get64(arrValue, 8);
+    }
+    ASSERT_NO_FATAL_FAILURE(StopAndRevoke());
+}
 
 // By hand, in release: scripts/stream_endurance.sh.
 TEST_F(ProducerStream, DISABLED_TenThousandImagesAtTheLimitOfAGigabitLink) {

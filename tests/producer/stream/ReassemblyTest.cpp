@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <ostream>
 #include <random>
 #include <string>
 
@@ -37,6 +38,10 @@ struct LOSS_CASE {
     CSimulatedStream::CAMERA Camera;
     std::function<bool(std::size_t, std::size_t)> Loses;
 };
+
+void PrintTo(const LOSS_CASE& objCase, std::ostream* pStream) {
+    *pStream << objCase.Name;
+}
 
 std::function<bool(std::size_t, std::size_t)> LosesAtRate(double dRate) {
     return [objRandom = std::mt19937(7), objLoss = std::bernoulli_distribution(dRate)](
