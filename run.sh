@@ -26,7 +26,7 @@ if [ "${1:-}" = demo ]; then
         build release --target norvikctl ZrGVTL virtual-camera >&2
         exec scripts/demo/start.sh build/release build/demo "${@:2}"
     fi
-    build release --target norvik ZrGVTL virtual-camera
+    build release --target norvik norvikctl ZrGVTL virtual-camera
     exec scripts/demo/start.sh build/release
 fi
 
@@ -38,7 +38,7 @@ fi
 # shellcheck disable=SC2086 # lists of names
 ensure_packages $PACKAGES_BUILD $PACKAGES_RUN
 [ -f build/release/build.ninja ] || configure release -DNORVIK_BUILD_TESTS=OFF -DNORVIK_BUILD_BENCH=OFF
-build release --target norvik ZrGVTL
+build release --target norvik norvikctl ZrGVTL
 
 # Our own producer first, then whatever the user has.
 export GENICAM_GENTL64_PATH="$PWD/build/release/cti${GENICAM_GENTL64_PATH:+:$GENICAM_GENTL64_PATH}"
