@@ -22,7 +22,8 @@ namespace {
 
 using Names = std::set<std::string>;
 
-/// What stands between backticks in a section of a page: in the first cell of each row of its tables, or in all of them.
+/// What stands between backticks in a section of a page: in the first cell of each row of its tables, or in all of
+/// them.
 Names NamesOf(const std::string& strPage, const std::string& strSection, bool bAllCells = false) {
     std::ifstream stream(std::string(DOCS_DIRECTORY "/") + strPage);
     EXPECT_TRUE(stream) << strPage;

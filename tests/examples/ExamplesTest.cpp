@@ -13,6 +13,7 @@ int GrabImagesMain(int argc, char** argv);
 int ListCamerasMain(int argc, char** argv);
 int OpenAndConfigureMain(int argc, char** argv);
 int SaveFeaturesMain(int argc, char** argv);
+int LoadFeaturesMain(int argc, char** argv);
 
 namespace {
 
@@ -91,6 +92,12 @@ TEST_F(Examples, SaveFeaturesWritesTheFileOrLeavesItAsItWas) {
     EXPECT_EQ(Run(SaveFeaturesMain, {"cam-1", strFile}), 0) << m_strError;
     EXPECT_EQ(m_strOut, strFile + ": saved\n");
     EXPECT_THAT(Content(), StartsWith("FileVersion: 1.0\nDeviceModelName: Model\n\n</"));
+
+    // And what it has written is taken back.
+    const std::int64_t nWidth = Double().Device("cam-1").Remote().Integer("Width");
+    Double().Device("cam-1").Remote().SetInteger("Width", nWidth - 1);
+    EXPECT_EQ(Run(LoadFeaturesMain, {"cam-1", strFile}), 0) << m_strError;
+    EXPECT_EQ(Double().Device("cam-1").Remote().Integer("Width"), nWidth);
 
     const std::string strBefore = Content();
     Double().On("DevOpenDataStream").Fail(GC_ERR_IO, "the stream is broken");
