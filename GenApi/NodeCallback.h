@@ -48,7 +48,7 @@ private:
 
 /// Calls a member of an object whenever the node's value, limits or access mode may have changed: once for each change,
 /// however many ways lead from the change to the node.
-/// @param Client  must live until the callback is deregistered
+/// @param objClient  not owned; must live until the callback is deregistered
 template <class Client, class Member>
 CallbackHandleType Register(INode* pNode, Client& objClient, Member pMember, ECallbackType eType = cbPostInsideLock) {
     return pNode->RegisterCallback(

@@ -13,8 +13,7 @@ namespace {
 
 std::string WhatToTry(const CAMERA& objCamera) {
     return GetStateText(objCamera) == "other subnet"
-               ? ". Its address isn't in the subnet of " + objCamera.objAdapter.strName +
-                     ": give it one with \"norvikctl recover\""
+               ? ". \"norvikctl recover\" gives it an address in the subnet of " + objCamera.objAdapter.strName
                : "";
 }
 

@@ -101,6 +101,15 @@ boost::shared_ptr<IDevice> CSession::FindCamera(std::string_view strName) const 
     return pFound;
 }
 
+boost::shared_ptr<IDevice> CSession::FindAnyCamera() const {
+    for (const auto& pInterface : GetInterfaces()) {
+        if (const auto vecDevice = pInterface->GetDeviceList(); !vecDevice.empty()) {
+            return vecDevice.front();
+        }
+    }
+    throw std::runtime_error("no camera has answered");
+}
+
 COpenCamera::COpenCamera(boost::shared_ptr<IDevice> pDevice) : m_pDevice(std::move(pDevice)) {
     m_pDevice->DoOpenDevice(DEVICE_ACCESS_CONTROL);
 }

@@ -30,6 +30,9 @@ public:
     /// The one camera that has this text as its ID, its serial number or the name that its user gave it.
     /// @throws std::runtime_error  there is none, or more than one
     boost::shared_ptr<IDevice> FindCamera(std::string_view strName) const;
+    /// The first that is listed.
+    /// @throws std::runtime_error  no camera has answered
+    boost::shared_ptr<IDevice> FindAnyCamera() const;
 };
 
 /// A camera that is open for as long as this lives.

@@ -32,7 +32,7 @@ MAY_INCLUDE = {
     "camera": {"gev", "support", "<zlib>", "<cli11>"},
     # The categories of a camera's features stand in its node map, which a device hands out.
     "ctl": {"TLClass", "GenApi", "GenTL", "support", "app/Recovery", "<boost>", "<qt-network>", "<cli11>", "<json>", "<png>"},
-    "examples": {"TLClass", "support", "<boost>"},
+    "examples": {"TLClass", "GenApi", "support", "<boost>"},
     "tests": {"*"},
     "bench": {"*"},
 }

@@ -6,6 +6,7 @@ set -u
 
 programs=$1 window=$1/bin/norvik
 pictures=${2:-build/demo}
+has_command=${3:+yes}  # "--": what follows is run here in place of the window
 # A new machine's first process, with nothing switched on yet.
 if [ $$ -ne 1 ] || [ -n "$(ip -o link show up)" ]; then
     fail "this is no machine of the demo's own"
@@ -18,7 +19,8 @@ else
     GENICAM_GENTL64_PATH=$(realpath "$programs/cti")
     export GENICAM_GENTL64_PATH
 fi
-[ -x "$window" ] || fail "there is no $window: $1 is neither a build folder nor where Norvik is installed"
+[ -n "$has_command" ] || [ -x "$window" ] ||
+    fail "there is no $window: $1 is neither a build folder nor where Norvik is installed"
 rm -rf "$pictures"
 mkdir -p "$pictures"
 
@@ -66,7 +68,8 @@ camera() {
     new_namespace
     inside "$switch" ip link add name "port$serial" type veth peer name camera address "$mac" netns "$namespace"
     inside "$switch" ip link set "port$serial" master bridge up
-    inside "$namespace" "$programs/bin/virtual-camera" --interface camera --serial "$serial" --name "$name" \
+    # In a session of its own, so that a Ctrl-C in the terminal isn't for it.
+    inside "$namespace" setsid "$programs/bin/virtual-camera" --interface camera --serial "$serial" --name "$name" \
         --persistent "$address" --verbose "$@" >"$pictures/camera-$serial.log" 2>&1 &
     wait_for 10 "the camera $serial did not start" has_address "$namespace" "${address%/*}"
 }
@@ -167,8 +170,29 @@ tell_story() {
     printf '  %s\n' "$pictures"/*.png
 }
 
+# run_command PREFIX [COMMAND...]: with our programs in the PATH; a shell if no command is given.
+run_command() {
+    PATH=$(realpath "$1/bin"):$PATH
+    shift
+    [ $# -eq 0 ] || { "$@"; return; }
+    cat <<END
+This shell is on a machine with the adapters eth1 and eth2 and three cameras behind each. One of them, $lost_mac,
+is on the subnet of $lost_address, where nothing reaches it; another application holds 192.168.10.12. Try
+
+  norvikctl --help
+  norvikctl list
+  norvikctl recover $lost_mac $new_address
+  norvikctl grab 192.168.10.11 -n 10 -o /tmp/frames
+
+"exit" ends it, and the machine with it.
+END
+    PS1='norvik demo \w$ ' bash --norc -i
+}
+
 build_network
-if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+if [ -n "$has_command" ]; then
+    run_command "$1" "${@:4}"
+elif [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     play
 else
     tell_story

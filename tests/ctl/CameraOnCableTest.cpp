@@ -1,17 +1,31 @@
 // The program itself with the bundled producer, and a virtual camera at the other end of a cable.
 
 #include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <optional>
+#include <span>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <sys/wait.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <png.h>
 
+#include "camera/TestImage.h"
 #include "gev/Address.h"
+#include "tests/TLClass/TemporaryDirectory.h"
 #include "tests/camera/RunningCamera.h"
 #include "tests/network/NetworkNamespace.h"
 
@@ -24,6 +38,35 @@ struct RUN {
     int nExitCode = -1;
     std::string strOut;
 };
+
+std::vector<std::byte> ReadRaw(const std::string& strPath) {
+    std::ifstream stream(strPath, std::ios::binary);
+    const std::string strBytes(std::istreambuf_iterator<char>(stream), {});
+    const auto vecBytes = std::as_bytes(std::span(strBytes));
+    return {vecBytes.begin(), vecBytes.end()};
+}
+
+std::vector<std::byte> ReadGreyPng(const std::string& strPath) {
+    png_image objImage{};
+    objImage.version = PNG_IMAGE_VERSION;
+    std::vector<std::byte> vecBytes;
+    if (png_image_begin_read_from_file(&objImage, strPath.c_str()) != 0 && objImage.format == PNG_FORMAT_GRAY) {
+        vecBytes.resize(PNG_IMAGE_SIZE(objImage));
+        png_image_finish_read(&objImage, nullptr, vecBytes.data(), 0, nullptr);
+    }
+    return vecBytes;
+}
+
+/// Whether these are what the camera draws for the frame number that they show.
+bool IsDrawnByCamera(const std::vector<std::byte>& vecBytes, std::uint32_t nWidth, std::uint32_t nHeight) {
+    const camera::CTestImage objImage({nWidth, nHeight});
+    std::vector<std::byte> vecDrawn(objImage.GetSize());
+    if (vecBytes.size() != vecDrawn.size()) {
+        return false;
+    }
+    objImage.Draw(objImage.ReadFrameNumber(vecBytes), vecDrawn);
+    return vecBytes == vecDrawn;
+}
 
 /// A user at a machine with one adapter, and a camera whose address doesn't fit it.
 class CameraOnCable : public testing::Test {
@@ -45,13 +88,19 @@ protected:
 
     /// Runs the program as one does who has set nothing up.
     RUN Run(const std::string& strArguments) const {
+        return RunCommand("env -u GENICAM_GENTL64_PATH " NORVIKCTL " " + strArguments, {});
+    }
+
+    /// @param fnMeanwhile  called with the first line of its output
+    RUN RunCommand(const std::string& strCommand, const std::function<void(const std::string&)>& fnMeanwhile) const {
         RUN objRun;
-        const std::string strCommand = "env -u GENICAM_GENTL64_PATH " NORVIKCTL " " + strArguments;
         m_objMachine->Do([&] {
             std::FILE* const pPipe = popen(strCommand.c_str(), "re");
-            std::array<char, 4096> arrBlock{};
-            for (std::size_t nRead = 0; (nRead = std::fread(arrBlock.data(), 1, arrBlock.size(), pPipe)) > 0;) {
-                objRun.strOut.append(arrBlock.data(), nRead);
+            for (std::array<char, 4096> arrLine{}; std::fgets(arrLine.data(), arrLine.size(), pPipe) != nullptr;) {
+                objRun.strOut += arrLine.data();
+                if (fnMeanwhile && objRun.strOut == arrLine.data()) {
+                    fnMeanwhile(objRun.strOut);
+                }
             }
             const int nStatus = pclose(pPipe);
             objRun.nExitCode = WIFEXITED(nStatus) ? WEXITSTATUS(nStatus) : -1;
@@ -82,6 +131,67 @@ TEST_F(CameraOnCable, IsRecoveredAndThenReached) {
     objRun = Run("recover 02-00-00-00-00-01 192.168.1.21 --wait 1 2>&1");
     EXPECT_EQ(objRun.nExitCode, 6);
     EXPECT_THAT(objRun.strOut, HasSubstr("No camera with the MAC 02-00-00-00-00-01"));
+}
+
+/// At its own address, streaming. Its frames go to a folder of the test's own.
+class GrabOnCable : public CameraOnCable {
+protected:
+    void SetUp() override {
+        CameraOnCable::SetUp();
+        if (!IsSkipped()) {
+            Run("recover " + m_strMAC + " 192.168.1.20");
+            ASSERT_EQ(Run("features left set AcquisitionFrameRate 50").nExitCode, 0);
+        }
+    }
+
+    /// One with many frames to go, to which something happens once it has the first.
+    /// @param fnHappens  gets the ID of its process
+    RUN GrabUntil(const std::function<void(const std::string&)>& fnHappens) const {
+        std::filesystem::remove_all(Path(""));
+        return RunCommand("echo $$; exec " NORVIKCTL " grab left -n 1000 --raw --timeout 1000 -o " + Path("") + " 2>&1",
+                          [&](const std::string& strOut) {
+                              for (int i = 0; i < 2000 && !std::filesystem::exists(GetRawFile(1)); ++i) {
+                                  std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                              }
+                              fnHappens(strOut.substr(0, strOut.find('\n')));
+                          });
+    }
+
+    std::string GetRawFile(int nNumber) const {
+        return Path("frame-00000" + std::to_string(nNumber) + "-1280x1024-Mono8.raw");
+    }
+    std::string Path(const std::string& strName) const { return m_objDirectory.Path(strName); }
+
+    CTemporaryDirectory m_objDirectory;
+};
+
+TEST_F(GrabOnCable, WritesWhatTheCameraDrawsAndTellsTheRate) {
+    for (const bool bRaw : {false, true}) {
+        const RUN objRun = Run("grab left -n 5 --json -o " + Path("") + (bRaw ? " --raw" : ""));
+        EXPECT_EQ(objRun.nExitCode, 0);
+        const json objResult = json::parse(objRun.strOut);
+        EXPECT_EQ(objResult["frames"], 5);
+        EXPECT_EQ(objResult["lost"], 0);
+        EXPECT_NEAR(objResult["megabytes_per_second"].get<double>() / objResult["frames_per_second"].get<double>(),
+                    1.31072, 0.01);
+        for (int i = 1; i <= 5; ++i) {
+            const std::string strPng = Path("frame-00000" + std::to_string(i) + ".png");
+            EXPECT_TRUE(IsDrawnByCamera(bRaw ? ReadRaw(GetRawFile(i)) : ReadGreyPng(strPng), 1280, 1024)) << i;
+        }
+    }
+}
+
+TEST_F(GrabOnCable, EndsInOrderByCtrlCAndWhenTheCameraIsUnplugged) {
+    RUN objRun = GrabUntil([](const std::string& strProcess) { std::system(("kill -INT " + strProcess).c_str()); });
+    EXPECT_EQ(objRun.nExitCode, 6);
+    EXPECT_THAT(objRun.strOut, HasSubstr("Interrupted.\n"));
+    EXPECT_EQ(Run("grab left -o " + Path("")).nExitCode, 0) << "the camera is free again";
+
+    const auto objStart = std::chrono::steady_clock::now();
+    objRun = GrabUntil([this](const std::string&) { m_objFar->Run("ip link set far1 down"); });
+    EXPECT_EQ(objRun.nExitCode, 6);
+    EXPECT_THAT(objRun.strOut, HasSubstr("No complete frame came for 1000 ms.\n"));
+    EXPECT_LT(std::chrono::steady_clock::now() - objStart, std::chrono::seconds(15));
 }
 
 }  // namespace

@@ -9,9 +9,11 @@
 #include "support/Environment.h"
 #include "tests/TLClass/TreeOnDouble.h"
 
+int GrabImagesMain(int argc, char** argv);
 int ListCamerasMain(int argc, char** argv);
 int OpenAndConfigureMain(int argc, char** argv);
 int SaveFeaturesMain(int argc, char** argv);
+int LoadFeaturesMain(int argc, char** argv);
 
 namespace {
 
@@ -91,6 +93,12 @@ TEST_F(Examples, SaveFeaturesWritesTheFileOrLeavesItAsItWas) {
     EXPECT_EQ(m_strOut, strFile + ": saved\n");
     EXPECT_THAT(Content(), StartsWith("FileVersion: 1.0\nDeviceModelName: Model\n\n</"));
 
+    // And what it has written is taken back.
+    const std::int64_t nWidth = Double().Device("cam-1").Remote().Integer("Width");
+    Double().Device("cam-1").Remote().SetInteger("Width", nWidth - 1);
+    EXPECT_EQ(Run(LoadFeaturesMain, {"cam-1", strFile}), 0) << m_strError;
+    EXPECT_EQ(Double().Device("cam-1").Remote().Integer("Width"), nWidth);
+
     const std::string strBefore = Content();
     Double().On("DevOpenDataStream").Fail(GC_ERR_IO, "the stream is broken");
     EXPECT_EQ(Run(SaveFeaturesMain, {"cam-1", strFile}), 1);
@@ -98,8 +106,23 @@ TEST_F(Examples, SaveFeaturesWritesTheFileOrLeavesItAsItWas) {
     EXPECT_EQ(Content(), strBefore);
 }
 
+TEST_F(Examples, GrabImagesTellsOfEachOneByCallbackAndByPolling) {
+    ProducerDouble::FRAME objFrame;
+    objFrame.nFrameId = 7;
+    objFrame.nWidth = 64;
+    objFrame.nHeight = 48;
+    objFrame.vecData.resize(64 * 48);
+    Double().Device("cam-1").Stream().FlowFrames(objFrame);
+    for (const std::vector<std::string>& vecArgument : {std::vector<std::string>{"left", "2"}, {"", "2", "--poll"}}) {
+        EXPECT_EQ(Run(GrabImagesMain, vecArgument), 0) << m_strError;
+        EXPECT_THAT(m_strOut, testing::MatchesRegex("frame [0-9]+: 64 x 48, 3072 bytes\nframe .*\n"
+                                                    "2 frames, 0 lost, 0 incomplete\n"));
+    }
+    EXPECT_EQ(Run(GrabImagesMain, {"left", "0"}), 2);
+}
+
 TEST_F(Examples, SayHowTheyAreUsed) {
-    for (const auto fnMain : {ListCamerasMain, OpenAndConfigureMain, SaveFeaturesMain}) {
+    for (const auto fnMain : {GrabImagesMain, ListCamerasMain, OpenAndConfigureMain, SaveFeaturesMain}) {
         EXPECT_EQ(Run(fnMain, {"--help"}), 0);
         EXPECT_THAT(m_strOut, StartsWith("Usage: "));
     }

@@ -100,6 +100,8 @@ CPacketCapture::CPacketCapture(const CNetworkNamespace& objNamespace, const std:
     objNamespace.Do([&] {
         m_nSocket = socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, htons(ETH_P_IP));
         const int nOn = 1;
+        const int nBytes = 16 << 20;  // what waits until it is taken: some images
+        setsockopt(m_nSocket, SOL_SOCKET, SO_RCVBUFFORCE, &nBytes, sizeof nBytes);
         sockaddr_ll objAddress{};
         objAddress.sll_family = AF_PACKET;
         objAddress.sll_protocol = htons(ETH_P_IP);

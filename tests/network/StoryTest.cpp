@@ -3,17 +3,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <set>
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <unistd.h>
 
 #include <QUdpSocket>
 #include <gtest/gtest.h>
@@ -26,7 +22,7 @@
 #include "gev/Address.h"
 #include "gev/GvcpHeader.h"
 #include "tests/camera/RunningCamera.h"
-#include "tests/network/PacketCapture.h"
+#include "tests/network/WireCapture.h"
 #include "tests/producer/entries/ProducerTest.h"
 
 namespace {
@@ -103,48 +99,6 @@ protected:
     DEV_HANDLE m_hDevice = nullptr;
 };
 
-/// Both directions of one cable.
-class CWire {
-public:
-    CWire(const CNetworkNamespace& objMachine, const CNetworkNamespace& objFar)
-        : m_objMachine(objMachine), m_objFar(objFar), m_objOut(objFar, "far0"), m_objIn(objMachine, "eth0") {}
-
-    /// Everything so far, in the order of time.
-    std::vector<CAPTURED_DATAGRAM> TakeAll() {
-        SendMark(m_objMachine, "eth0", "that was all");
-        SendMark(m_objFar, "far0", "that was all");
-        auto vecAll = m_objOut.TakeUntil("that was all");
-        const auto vecAnswers = m_objIn.TakeUntil("that was all");
-        vecAll.insert(vecAll.end(), vecAnswers.begin(), vecAnswers.end());
-        std::ranges::sort(vecAll, {}, &CAPTURED_DATAGRAM::Time);
-        return vecAll;
-    }
-
-private:
-    const CNetworkNamespace& m_objMachine;
-    const CNetworkNamespace& m_objFar;
-    CPacketCapture m_objOut;
-    CPacketCapture m_objIn;
-};
-
-/// What a protocol analyser says of the datagrams, a line each: protocols, command or acknowledge, complaint.
-std::vector<std::string> Analyse(const std::vector<CAPTURED_DATAGRAM>& vecDatagrams) {
-    const auto objFile = std::filesystem::temp_directory_path() / ("story-" + std::to_string(getpid()) + ".pcap");
-    WriteCaptureFile(objFile, vecDatagrams);
-    // An empty home: the analyser is to read by its own rules and not by its user's.
-    const std::string strCommand = "HOME=/nonexistent XDG_CONFIG_HOME= tshark -r " + objFile.string() +
-                                   " -T fields -E separator=/s -e _ws.col.Protocol -e gvcp.cmd.command -e gvcp.ack"
-                                   " -e _ws.malformed -e _ws.expert.message 2>/dev/null";
-    std::vector<std::string> vecLines;
-    FILE* const pOutput = popen(strCommand.c_str(), "r");
-    for (char szLine[512]; std::fgets(szLine, sizeof szLine, pOutput) != nullptr;) {
-        vecLines.emplace_back(szLine);
-    }
-    pclose(pOutput);
-    std::filesystem::remove(objFile);
-    return vecLines;
-}
-
 TEST_F(CameraStory, LostCameraIsListedRecoveredListedAnewAndOpened) {
     PlugIn("10.99.0.5/24");
     EXPECT_TRUE(ListedName().starts_with("Virtual GigE(10.99.0.5[" + GetMAC() + "])"));
@@ -168,7 +122,7 @@ TEST_F(CameraStory, ProtocolAnalyserUnderstandsEveryDatagramOfIt) {
     if (std::system("command -v tshark >/dev/null") != 0) {
         GTEST_SKIP() << "no protocol analyser is installed (package tshark)";
     }
-    CWire objWire(*m_objMachine, *m_objFar);
+    CWireCapture objWire(*m_objMachine, "eth0", *m_objFar, "far0");
     PlugIn("10.99.0.5/24");
     ListedName();
     Recover("10.1.0.77");
@@ -182,14 +136,16 @@ TEST_F(CameraStory, ProtocolAnalyserUnderstandsEveryDatagramOfIt) {
     ASSERT_EQ(Lib().DevClose(m_hDevice), GC_ERR_SUCCESS) << LastError();
 
     const auto vecDatagrams = objWire.TakeAll();
-    const auto vecLines = Analyse(vecDatagrams);
+    const auto vecLines = Analyse(vecDatagrams,
+                                  "-T fields -E separator=/s -e _ws.col.Protocol -e gvcp.cmd.command -e gvcp.ack"
+                                  " -e _ws.malformed -e _ws.expert.message");
     EXPECT_EQ(vecLines.size(), vecDatagrams.size());
     // The vendor command is GVCP to the analyser, its acknowledge isn't. No line may end in a complaint.
-    EXPECT_EQ(std::set(vecLines.begin(), vecLines.end()),
-              (std::set<std::string>{"GVCP 0x0002   \n", "GVCP  0x0003  \n", "GVCP 0x0004   \n", "GVCP 0x0080   \n",
-                                     "GVCP  0x0081  \n", "GVCP 0x0082   \n", "GVCP  0x0083  \n", "GVCP 0x0084   \n",
-                                     "GVCP  0x0085  \n", "GVCP 0x0086   \n", "GVCP  0x0087  \n", "GVCP 0x9000   \n",
-                                     "UDP    \n"}));
+    EXPECT_EQ(
+        std::set(vecLines.begin(), vecLines.end()),
+        (std::set<std::string>{"GVCP 0x0002   ", "GVCP  0x0003  ", "GVCP 0x0004   ", "GVCP 0x0080   ", "GVCP  0x0081  ",
+                               "GVCP 0x0082   ", "GVCP  0x0083  ", "GVCP 0x0084   ", "GVCP  0x0085  ", "GVCP 0x0086   ",
+                               "GVCP  0x0087  ", "GVCP 0x9000   ", "UDP    "}));
 }
 
 /// Reads a feature and, where it may, writes the same value back.
