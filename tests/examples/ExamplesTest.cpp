@@ -93,12 +93,6 @@ TEST_F(Examples, SaveFeaturesWritesTheFileOrLeavesItAsItWas) {
     EXPECT_EQ(m_strOut, strFile + ": saved\n");
     EXPECT_THAT(Content(), StartsWith("FileVersion: 1.0\nDeviceModelName: Model\n\n</"));
 
-    // And what it has written is taken back.
-    const std::int64_t nWidth = Double().Device("cam-1").Remote().Integer("Width");
-    Double().Device("cam-1").Remote().SetInteger("Width", nWidth - 1);
-    EXPECT_EQ(Run(LoadFeaturesMain, {"cam-1", strFile}), 0) << m_strError;
-    EXPECT_EQ(Double().Device("cam-1").Remote().Integer("Width"), nWidth);
-
     const std::string strBefore = Content();
     Double().On("DevOpenDataStream").Fail(GC_ERR_IO, "the stream is broken");
     EXPECT_EQ(Run(SaveFeaturesMain, {"cam-1", strFile}), 1);
@@ -119,6 +113,25 @@ TEST_F(Examples, GrabImagesTellsOfEachOneByCallbackAndByPolling) {
                                                     "2 frames, 0 lost, 0 incomplete\n"));
     }
     EXPECT_EQ(Run(GrabImagesMain, {"left", "0"}), 2);
+}
+
+TEST_F(Examples, LoadFeaturesWritesWhatTheCameraTakes) {
+    const std::string strFile = m_objTree.Directory().Path("settings.txt");
+    EXPECT_EQ(Run(SaveFeaturesMain, {"cam-1", strFile}), 0) << m_strError;
+    std::ifstream streamSaved(strFile);
+    const std::string strSaved(std::istreambuf_iterator<char>(streamSaved), {});
+    const std::string strHeader = "# Device\n";
+    ASSERT_THAT(strSaved, HasSubstr(strHeader));
+    const auto Load = [&](const std::string& strWidth) {
+        std::string strText = strSaved;
+        strText.insert(strText.find(strHeader) + strHeader.size(), "Width\t" + strWidth + "\n");
+        std::ofstream(strFile) << strText;
+        return Run(LoadFeaturesMain, {"cam-1", strFile});
+    };
+    EXPECT_EQ(Load("32"), 0) << m_strError;
+    EXPECT_EQ(Load("65"), 1);
+    EXPECT_THAT(m_strError, HasSubstr("load-features: 1 settings were refused\n"));
+    EXPECT_EQ(Double().Device("cam-1").Remote().Integer("Width"), 32);
 }
 
 TEST_F(Examples, SayHowTheyAreUsed) {
