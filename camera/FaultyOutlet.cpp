@@ -103,7 +103,7 @@ void CFaultyOutlet::SendWrongSize(const STREAM_PACKET& objPacket) {
     const std::size_t nSize = objPacket.Body.size();
     std::ranges::copy(objPacket.Body, arrBody.begin());
     // Now shorter, now longer, by up to as much as there is.
-    const auto nMost = static_cast<std::uint32_t>(std::min(nSize, kLongestPacket - nSize));
+    const auto nMost = static_cast<std::uint32_t>(std::min(nSize, kLongestPacket - objPacket.GetSize()));
     const std::size_t nBy = nMost == 0 ? 0 : 1 + Random(nMost - 1);
     std::size_t nWrong = nSize - nBy;
     if (Random(1) != 0) {

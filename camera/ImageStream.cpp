@@ -362,6 +362,7 @@ void CImageStream::SendStatus(const gev::RESEND_COMMAND& objCommand, std::uint32
     GvspHeaderBuffer arrHeader;
     const STREAM_PACKET objPacket{gev::EncodeGvspHeader(arrHeader, objHeader), {}};
     m_objFaulty.Send({&objPacket, 1}, m_objBlocks.GetPacketCount());
+    m_objFaulty.Flush();
 }
 
 void CImageStream::FireTestPacket(const STREAM_SETTINGS& objSettings) {
@@ -370,6 +371,7 @@ void CImageStream::FireTestPacket(const STREAM_SETTINGS& objSettings) {
         gev::EncodeTestPacket(m_arrTestPacket, objSettings.Format.PacketSize, objSettings.Format.ExtendedIDs), {}};
     if (!objPacket.Header.empty()) {
         m_objFaulty.Send({&objPacket, 1}, 1);
+        m_objFaulty.Flush();  // the host waits for it alone
     }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <condition_variable>
 #include <cstring>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "producer/ProducerError.h"
 #include "producer/modules/AddressText.h"
 #include "producer/modules/EventData.h"
+#include "support/Thread.h"
 
 namespace producer {
 
@@ -32,6 +34,47 @@ Milliseconds RequireMilliseconds(CFeature::Number nMicroseconds, Milliseconds ob
     }
     return objDuration;
 }
+
+/// Limits a close: when it isn't through in time, the control channel is closed under those who keep it waiting. A
+/// camera that asks for patience without end may hold whoever starts or ends a stream or opens the message channel.
+class CCourtesy {
+public:
+    explicit CCourtesy(CControlChannel& objChannel) : m_objChannel(objChannel) {
+        if (!m_objThread.Start(this, &CCourtesy::RunThread, kPriorityNormal)) {
+            m_objChannel.Close();
+        }
+    }
+    ~CCourtesy() {
+        {
+            const std::lock_guard objLock(m_mtxThrough);
+            m_bThrough = true;
+        }
+        m_objSignal.notify_one();
+        m_objThread.Join();
+    }
+    CCourtesy(const CCourtesy&) = delete;
+    CCourtesy& operator=(const CCourtesy&) = delete;
+
+private:
+    static std::uint32_t RunThread(void* pArg) noexcept {
+        static_cast<CCourtesy*>(pArg)->Run();
+        return 0;
+    }
+
+    void Run() noexcept {
+        std::unique_lock objLock(m_mtxThrough);
+        if (!m_objSignal.wait_for(objLock, kLongestCourtesy, [this] { return m_bThrough; })) {
+            objLock.unlock();
+            m_objChannel.Close();
+        }
+    }
+
+    CControlChannel& m_objChannel;
+    std::mutex m_mtxThrough;  // guards the one below
+    std::condition_variable m_objSignal;
+    bool m_bThrough = false;
+    CThread m_objThread;  // last: it uses all of the above
+};
 
 }  // namespace
 
@@ -133,14 +176,10 @@ void CDeviceModule::OpenMessages() {
 }
 
 void CDeviceModule::DoClose() noexcept {
-    m_objStreams.CloseAll();
     {
-        // A camera that asks for patience without end may hold the one who is just opening the message channel.
-        std::unique_lock objLock(m_mtxMessages, kLongestCourtesy);
-        if (!objLock) {
-            m_pRemotePort->GetChannel().Close();
-            objLock.lock();
-        }
+        const CCourtesy objCourtesy(m_pRemotePort->GetChannel());
+        m_objStreams.CloseAll();
+        const std::lock_guard objLock(m_mtxMessages);
         m_pMessages.reset();
     }
     {

@@ -58,7 +58,7 @@ private:
     const std::function<void()> m_funClosed;
     const std::shared_ptr<CRemotePort> m_pRemotePort;
     std::mutex m_mtxRemote;                        // held while the remote port gets its handle
-    std::timed_mutex m_mtxMessages;                // held while the one below is made and ended
+    std::mutex m_mtxMessages;                      // held while the one below is made and ended
     std::unique_ptr<CMessageChannel> m_pMessages;  // from the first registration of the camera's events on
     CChildren<CStreamModule> m_objStreams;
 };

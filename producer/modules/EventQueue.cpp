@@ -30,23 +30,25 @@ void CEventQueue::DropOldest() {
 }
 
 void CEventQueue::Post(std::span<const std::byte> spanData) {
-    {
-        const std::lock_guard objLock(m_mtxQueue);
-        if (m_bClosed) {
-            return;
-        }
-        if (m_nQueued == m_nCapacity) {
-            DropOldest();
-        }
-        const std::size_t nPlace = (m_nFirst + m_nQueued) % m_nCapacity;
-        m_vecSize[nPlace] = std::min(spanData.size(), m_nDataSizeMax);
-        if (m_vecSize[nPlace] != 0) {
-            std::memcpy(&m_vecData[nPlace * m_nDataSizeMax], spanData.data(), m_vecSize[nPlace]);
-        }
-        ++m_nQueued;
-        ++m_nFired;
+    PostQuietly(spanData);
+    Wake();
+}
+
+void CEventQueue::PostQuietly(std::span<const std::byte> spanData) {
+    const std::lock_guard objLock(m_mtxQueue);
+    if (m_bClosed) {
+        return;
     }
-    m_objSignal.notify_one();
+    if (m_nQueued == m_nCapacity) {
+        DropOldest();
+    }
+    const std::size_t nPlace = (m_nFirst + m_nQueued) % m_nCapacity;
+    m_vecSize[nPlace] = std::min(spanData.size(), m_nDataSizeMax);
+    if (m_vecSize[nPlace] != 0) {
+        std::memcpy(&m_vecData[nPlace * m_nDataSizeMax], spanData.data(), m_vecSize[nPlace]);
+    }
+    ++m_nQueued;
+    ++m_nFired;
 }
 
 bool CEventQueue::WaitForSignal(std::unique_lock<std::mutex>& objLock, std::uint64_t nTimeoutMs) {

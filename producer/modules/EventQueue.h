@@ -25,6 +25,9 @@ public:
 
     /// Queues an event and wakes one waiter. What is longer than the largest event is cut.
     void Post(std::span<const std::byte> spanData);
+    /// As Post, but wakes nobody. Wake is to follow, once the caller has let go of locks that the waiter needs next.
+    void PostQuietly(std::span<const std::byte> spanData);
+    void Wake() { m_objSignal.notify_one(); }
 
     /// Waits for an event and hands it out. Events without data take a null buffer of size 0; for events with data a
     /// null buffer gives the size of the next one, which stays.

@@ -72,13 +72,21 @@ void CEventSource::Unregister(EVENT_TYPE nType) {
 }
 
 bool CEventSource::Post(EVENT_TYPE nType, std::span<const std::byte> spanData) {
+    const std::shared_ptr<CEventQueue> pQueue = PostQuietly(nType, spanData);
+    if (pQueue) {
+        pQueue->Wake();
+    }
+    return pQueue != nullptr;
+}
+
+std::shared_ptr<CEventQueue> CEventSource::PostQuietly(EVENT_TYPE nType, std::span<const std::byte> spanData) {
     const std::lock_guard objLock(m_mtxEntries);
     const auto itEntry = m_mapEntry.find(nType);
     if (itEntry == m_mapEntry.end() || !itEntry->second.pQueue) {
-        return false;
+        return nullptr;
     }
-    itEntry->second.pQueue->Post(spanData);
-    return true;
+    itEntry->second.pQueue->PostQuietly(spanData);
+    return itEntry->second.pQueue;
 }
 
 std::size_t CEventSource::GetQueued(EVENT_TYPE nType) {

@@ -38,6 +38,9 @@ public:
     /// Queues an event, if a consumer has registered it.
     /// @return whether one has.
     bool Post(EVENT_TYPE nType, std::span<const std::byte> spanData = {});
+    /// As Post, but wakes nobody.
+    /// @return the queue, of which Wake is to be called; null when no consumer has registered the event
+    [[nodiscard]] std::shared_ptr<CEventQueue> PostQuietly(EVENT_TYPE nType, std::span<const std::byte> spanData);
 
     /// @return events that wait to be fetched; 0 when the event isn't registered.
     std::size_t GetQueued(EVENT_TYPE nType);

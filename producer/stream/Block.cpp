@@ -39,7 +39,7 @@ void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nP
     m_bLeader = m_bTrailer = m_bTrailerSettled = m_bFlawed = m_bLarger = false;
     m_bPayloadFixed = bSure;
     m_nPayload = nPayload;
-    m_nShortID = m_nHighestID = m_nTrailerID = m_nNextID = m_nSettled = m_nUnavailable = 0;
+    m_nShortID = m_nHighestID = m_nTrailerID = m_nNextID = m_nSettled = m_nUnavailable = m_nOtherSizes = 0;
     m_nBytes = m_nFilled = 0;
     m_nBits = 1;
     m_vecSettled.assign(std::max<std::size_t>(m_vecSettled.size(), 1), 0);
@@ -136,6 +136,7 @@ PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::
     }
     if ((arrData.size() != m_nPayload || !m_bPayloadFixed || m_nShortID != 0) &&
         !FitsPayload(nPacketID, arrData.size())) {
+        ++m_nOtherSizes;
         return PACKET_EFFECT::Refused;
     }
     const std::uint64_t nOffset = (nPacketID - std::uint64_t{1}) * m_nPayload;

@@ -100,6 +100,8 @@ public:
     [[nodiscard]] const BLOCK_MEMORY& GetMemory() const { return m_objMemory; }
     [[nodiscard]] bool HasTrailer() const { return m_bTrailerSettled; }
     [[nodiscard]] std::size_t GetPayload() const { return m_nPayload; }
+    /// Whether most packets had another size than was expected.
+    [[nodiscard]] bool HasOtherSizes() const { return m_nOtherSizes > m_nSettled; }
     [[nodiscard]] std::uint32_t GetNextID() const { return m_nNextID; }
     /// Whether only the trailer can still be of use.
     [[nodiscard]] bool IsMemoryPassed() const { return HasMemory() && m_nNextID >= m_nBits; }
@@ -142,6 +144,7 @@ private:
     std::uint32_t m_nNextID = 0;       // behind all that came or was passed over
     std::uint32_t m_nSettled = 0;      // packets of the bits below that are set
     std::uint32_t m_nUnavailable = 0;  // of these, those that will never come
+    std::uint32_t m_nOtherSizes = 0;   // packets that were refused for their size
     std::uint64_t m_nBytes = 0;        // of data that came
     std::uint64_t m_nFilled = 0;       // end of the furthest byte written
     std::vector<std::uint64_t> m_vecSettled;  // a bit for the leader and each payload packet that the memory can hold

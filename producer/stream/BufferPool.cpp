@@ -36,12 +36,13 @@ void CBufferPool::FollowOutput() {
     }
 }
 
-void CBufferPool::PutOut(CStreamBuffer& objBuffer) {
+/// @return the queue that the buffer's event was put into, whose waiter is still to be woken; null without one
+std::shared_ptr<CEventQueue> CBufferPool::PutOut(CStreamBuffer& objBuffer) {
     FollowOutput();
     objBuffer.m_ePlace = BUFFER_PLACE::Output;
     m_deqOutput.push_back(&objBuffer);
     const EVENT_NEW_BUFFER_DATA objData{objBuffer.m_hBuffer, objBuffer.GetUserPointer()};
-    m_objEvents.Post(EVENT_NEW_BUFFER, std::as_bytes(std::span(&objData, 1)));
+    return m_objEvents.PostQuietly(EVENT_NEW_BUFFER, std::as_bytes(std::span(&objData, 1)));
 }
 
 void CBufferPool::PutIn(CStreamBuffer& objBuffer) {
@@ -110,7 +111,9 @@ void CBufferPool::Flush(ACQ_QUEUE_TYPE nOperation) {
     switch (nOperation) {
         case ACQ_QUEUE_INPUT_TO_OUTPUT:
             for (CStreamBuffer* const pBuffer : std::exchange(m_deqInput, {})) {
-                PutOut(*pBuffer);
+                if (const std::shared_ptr<CEventQueue> pQueue = PutOut(*pBuffer)) {
+                    pQueue->Wake();
+                }
             }
             break;
         case ACQ_QUEUE_OUTPUT_DISCARD:
@@ -207,12 +210,19 @@ void CBufferPool::ReturnMemory(const BLOCK_MEMORY& objMemory) {
 }
 
 void CBufferPool::DeliverBlock(const FINISHED_BLOCK& objBlock) {
-    const std::lock_guard objLock(m_mtxPool);
-    auto* const pBuffer = static_cast<CStreamBuffer*>(objBlock.Memory.Owner);
-    pBuffer->Fill(objBlock, m_nTickFrequency);
-    ++m_objCounts.Delivered;
-    m_nUndelivered -= m_nUndelivered == GENTL_INFINITE ? 0 : 1;
-    PutOut(*pBuffer);
+    std::shared_ptr<CEventQueue> pQueue;
+    {
+        const std::lock_guard objLock(m_mtxPool);
+        auto* const pBuffer = static_cast<CStreamBuffer*>(objBlock.Memory.Owner);
+        pBuffer->Fill(objBlock, m_nTickFrequency);
+        ++m_objCounts.Delivered;
+        m_nUndelivered -= m_nUndelivered == GENTL_INFINITE ? 0 : 1;
+        pQueue = PutOut(*pBuffer);
+    }
+    // The waiter asks about the buffer at once: woken under the lock, it would only wait again.
+    if (pQueue) {
+        pQueue->Wake();
+    }
 }
 
 }  // namespace producer

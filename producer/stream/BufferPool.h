@@ -75,7 +75,7 @@ public:
 private:
     CStreamBuffer& Require(void* hBuffer);
     void FollowOutput();
-    void PutOut(CStreamBuffer& objBuffer);
+    [[nodiscard]] std::shared_ptr<CEventQueue> PutOut(CStreamBuffer& objBuffer);
     void PutIn(CStreamBuffer& objBuffer);
     void DiscardOutput();
 

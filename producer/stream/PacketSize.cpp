@@ -14,27 +14,32 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kAnswerTime{60};  // for a test packet
-constexpr int kTries = 3;                // one may be lost
-constexpr std::uint32_t kStep = 32;      // a gain of less isn't looked for
+constexpr milliseconds kAnswerTime{60};      // for a test packet
+constexpr int kTries = 3;                    // one may be lost
+constexpr std::uint32_t kStep = 32;          // a gain of less isn't looked for
+constexpr std::chrono::seconds kLongest{5};  // of the search, but for the question that is under way then
 
-/// Whether a packet of this length comes while there is time.
-bool HearsPacket(CStreamSocket& objSocket, std::size_t nLength) {
+/// Waits for a packet of this length. A longer one, up to nMost, is as good: it was asked for before and comes late.
+/// @return the length that was heard, 0 when none was
+std::size_t HearPacket(CStreamSocket& objSocket, std::size_t nLength, std::size_t nMost) {
+    std::size_t nHeard = 0;
     const auto objEnd = Clock::now() + kAnswerTime;
-    while (Clock::now() < objEnd) {
+    while (nHeard == 0 && Clock::now() < objEnd) {
         for (const RECEIVED_PACKETS& objReceived : objSocket.Receive(kAnswerTime / 4)) {
             // Some cameras fill even the header with test data, so that the length alone tells.
-            if (objReceived.PacketLength == nLength || objReceived.Bytes.size() % objReceived.PacketLength == nLength) {
-                return true;
+            for (const std::size_t nCame :
+                 {objReceived.PacketLength, objReceived.Bytes.size() % objReceived.PacketLength}) {
+                nHeard = nCame >= nLength && nCame <= nMost ? std::max(nHeard, nCame) : nHeard;
             }
         }
     }
-    return false;
+    return nHeard;
 }
 
 /// @return the size that came through, which the camera may have rounded; nothing when none did.
-std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket& objSocket, std::uint32_t nSize) {
-    for (int i = 0; i < kTries; ++i) {
+std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket& objSocket, std::uint32_t nSize,
+                                     std::uint32_t nMost, Clock::time_point objEnd) {
+    for (int i = 0; i < kTries && Clock::now() < objEnd; ++i) {
         try {
             objChannel.DoWriteRegister(kStreamChannelPacketSize.Address,
                                        nSize | kPacketSizeFireTestPacket | kPacketSizeDoNotFragment);
@@ -48,8 +53,9 @@ std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket&
         if (nTaken <= gev::kIPAndUDPHeaderSize || nTaken > nSize) {
             return std::nullopt;
         }
-        if (HearsPacket(objSocket, nTaken - gev::kIPAndUDPHeaderSize)) {
-            return nTaken;
+        constexpr std::size_t kHeaders = gev::kIPAndUDPHeaderSize;
+        if (const std::size_t nHeard = HearPacket(objSocket, nTaken - kHeaders, nMost - kHeaders); nHeard != 0) {
+            return static_cast<std::uint32_t>(nHeard + kHeaders);
         }
     }
     return std::nullopt;
@@ -60,10 +66,12 @@ std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket&
 std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket) {
     const std::uint32_t nBefore = objChannel.DoReadRegister(kStreamChannelPacketSize.Address);
     const std::uint32_t nMost = std::clamp(objChannel.GetAdapter().Mtu, kLeastPacketSize, kPacketSizeMask);
-    std::optional<std::uint32_t> nFound = TrySize(objChannel, objSocket, nMost);
+    // A camera may ask for patience at each question.
+    const auto objEnd = Clock::now() + kLongest;
+    std::optional<std::uint32_t> nFound = TrySize(objChannel, objSocket, nMost, nMost, objEnd);
     std::uint32_t nTooLarge = nMost;
     if (!nFound) {
-        nFound = TrySize(objChannel, objSocket, kLeastPacketSize);
+        nFound = TrySize(objChannel, objSocket, kLeastPacketSize, nMost, objEnd);
     }
     while (nFound && *nFound < nMost && nTooLarge - *nFound > kStep && nTooLarge != *nFound) {
         // The usual limits first: most ways end at one of them.
@@ -74,8 +82,9 @@ std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStream
                 break;
             }
         }
-        if (const auto nHeard = TrySize(objChannel, objSocket, nNext); nHeard && *nHeard > *nFound) {
+        if (const auto nHeard = TrySize(objChannel, objSocket, nNext, nMost, objEnd); nHeard && *nHeard > *nFound) {
             nFound = nHeard;
+            nTooLarge = *nFound > nTooLarge ? nMost : nTooLarge;  // it had only been late
         } else {
             nTooLarge = nNext;
         }

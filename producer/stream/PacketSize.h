@@ -13,7 +13,7 @@ inline constexpr std::uint32_t kLeastPacketSize = 576;
 
 /// Finds the largest packets that come from the camera in one piece: lets it send test packets that may not be
 /// fragmented, the longest that the adapter takes first. Takes a few round trips where that one comes, at most about
-/// two seconds else.
+/// two seconds else, and five with a camera that answers late.
 /// @param objChannel  with control; the camera's stream channel already has the socket as its destination
 /// @param objSocket   that nobody else receives from, before the stream runs
 /// @return in bytes with the headers of IP, UDP and GVSP; nothing when no test packet comes at all, as from a camera

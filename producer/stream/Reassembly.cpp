@@ -24,6 +24,21 @@ std::uint64_t GetHalf(bool bExtendedIDs) {
     return bExtendedIDs ? std::uint64_t{1} << 63 : gev::kGvspHighestBlockID / 2;
 }
 
+/// Whether a packet can only be the answer to a request. Of a block that isn't under way it comes too late, and tells
+/// nothing about where the camera's numbering is.
+bool IsAnswerOnly(const GVSP_HEADER& objHeader) {
+    switch (objHeader.Status) {
+        case EGvcpStatus::PacketUnavailable:
+        case EGvcpStatus::PacketRemoved:
+        case EGvcpStatus::PacketAndPreviousRemoved:
+        case EGvcpStatus::PacketNotYetAvailable:
+        case EGvcpStatus::PacketTemporarilyUnavailable:
+            return true;
+        default:
+            return objHeader.IsResent();
+    }
+}
+
 }  // namespace
 
 CReassembly::CReassembly(IBlockSink& objSink, const REASSEMBLY_SETTINGS& objSettings)
@@ -55,7 +70,8 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
         ++m_nClock;
         pBlock->m_objLastArrival = objNow;
         pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent());
-        if (pBlock->IsSettled()) {
+        // Packets of another size can't be had by asking again.
+        if (pBlock->IsSettled() || (pBlock->HasTrailer() && pBlock->HasOtherSizes())) {
             pBlock->m_bDone = true;
             DeliverDone();
         }
@@ -71,6 +87,10 @@ CBlock* CReassembly::FindBlock(const GVSP_HEADER& objHeader, std::span<const std
         if (m_vecBlock[i]->GetBlockID() == objHeader.BlockID) {
             return m_vecBlock[i].get();
         }
+    }
+    if (IsAnswerOnly(objHeader)) {
+        ++m_objStatistics.PacketsDuplicate;
+        return nullptr;
     }
     const std::uint64_t nLeap = GetDistance(m_nNewestID, objHeader.BlockID, m_bExtendedIDs);
     if (nLeap == 0 || nLeap > GetHalf(m_bExtendedIDs)) {
@@ -88,7 +108,7 @@ CBlock* CReassembly::FindOlder(const GVSP_HEADER& objHeader, std::span<const std
     const REMEMBERED* const pRemembered = FindRemembered(m_nNewestSerial - nBack);
     gev::GVSP_LEADER objLeader;
     const bool bLeader = objHeader.Format == EGvspFormat::Leader || objHeader.Format == EGvspFormat::AllIn;
-    if (bLeader && !objHeader.IsResent() && gev::DecodeLeader(arrBody, objLeader) &&
+    if (bLeader && gev::DecodeLeader(arrBody, objLeader) &&
         (pRemembered == nullptr || (pRemembered->Timestamp != 0 && pRemembered->Timestamp != objLeader.Timestamp))) {
         // The same number, another moment: acquisition was started again on the camera's side.
         return Restart(objHeader, objNow);
@@ -405,6 +425,8 @@ void CReassembly::DeliverOldest(bool bDeliver) {
     if (!objResult.IsIncomplete && objBlock.HasMemory()) {
         m_nPredictedTrailerID = objBlock.GetTrailerID(0);
         m_nPayload = m_nPredictedTrailerID > 2 ? objBlock.GetPayload() : m_nPayload;
+    } else if (objBlock.HasOtherSizes()) {
+        m_nPredictedTrailerID = 0;  // the packet size was changed meanwhile: the next block is learnt from
     }
     Remember({objBlock.GetSerial(), objResult.HasLeader ? objResult.Leader.Timestamp : 0, objBlock.m_bDropped});
     std::rotate(m_vecBlock.begin(), m_vecBlock.begin() + 1,

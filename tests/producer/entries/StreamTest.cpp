@@ -257,6 +257,17 @@ TEST_F(ProducerStream, EventsOfTheCameraComeOnceEachWithTheirData) {
     ASSERT_NO_FATAL_FAILURE(StopAndRevoke());
 }
 
+TEST_F(ProducerStream, ThatTheCameraHoldsOnToIsEndedByTheCloseOfTheDevice) {
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    ASSERT_NO_FATAL_FAILURE(StartWith(2));
+    camera::FAULTS objFaults;
+    objFaults.PendingForever = true;
+    m_pCamera->Get().SetFaults(objFaults);
+    const auto objStart = std::chrono::steady_clock::now();
+    EXPECT_EQ(Lib().DevClose(m_hDevice), GC_ERR_SUCCESS) << LastError();
+    EXPECT_LT(std::chrono::steady_clock::now() - objStart, std::chrono::seconds(5));
+}
+
 // By hand, in release: scripts/stream_endurance.sh.
 TEST_F(ProducerStream, DISABLED_TenThousandImagesAtTheLimitOfAGigabitLink) {
     constexpr std::size_t kFrames = 10'000;

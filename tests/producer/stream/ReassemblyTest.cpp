@@ -176,6 +176,41 @@ TEST(Reassembly, NumberingThatBeginsAnewIsFollowed) {
     EXPECT_EQ(objStream.Reassembly().GetStatistics().BlocksLost, 0U);
 }
 
+TEST(Reassembly, AnswersThatComeLongAfterTheirBlockMoveNothing) {
+    CSimulatedStream objStream({}, {});
+    objStream.m_nNextID = 100;
+    objStream.Send(3, LosesNothing);
+    for (const std::uint64_t nID : {3, 5000, 40'000}) {
+        auto vecPacket = objStream.MakeFrame(nID, true);
+        objStream.Deliver(vecPacket.front());
+        gev::Put16(vecPacket[1], 0, static_cast<std::uint16_t>(gev::EGvcpStatus::PacketAndPreviousRemoved));
+        objStream.Deliver(vecPacket[1]);
+    }
+    objStream.Send(3, LosesNothing);
+    ExpectAllExact(objStream, 6);
+    EXPECT_EQ(objStream.Reassembly().GetStatistics().BlocksLost, 0U);
+}
+
+TEST(Reassembly, PacketSizeThatChangesOnTheWayIsLearnt) {
+    for (const auto& [nBefore, nAfter] : {std::pair{9000U, 1500U}, std::pair{1500U, 9000U}}) {
+        CSimulatedStream::CAMERA objCamera;
+        objCamera.PacketSize = nBefore;
+        CSimulatedStream objStream(objCamera, {});
+        objStream.Send(3, LosesNothing);
+        objCamera.PacketSize = nAfter;
+        const CSimulatedStream objOther(objCamera, {});
+        for (std::uint64_t nID = 4; nID < 8; ++nID) {
+            for (const auto& arrPacket : objOther.MakeFrame(nID)) {
+                objStream.Deliver(arrPacket);
+            }
+        }
+        objStream.Settle();
+        ASSERT_EQ(objStream.m_vecFrame.size(), 7U);
+        EXPECT_TRUE(objStream.m_vecFrame[3].Block.IsIncomplete);
+        EXPECT_TRUE(objStream.m_vecFrame[6].IsExact && !objStream.m_vecFrame[6].Block.IsIncomplete) << nAfter;
+    }
+}
+
 TEST(Reassembly, BlocksWithoutABufferAreCountedAndTheStreamGoesOn) {
     CSimulatedStream objStream({}, {}, 1);
     const auto vecFirst = objStream.MakeFrame(1);
