@@ -211,6 +211,18 @@ TEST(Reassembly, PacketSizeThatChangesOnTheWayIsLearnt) {
     }
 }
 
+TEST(Reassembly, FirstPacketOfAWrongSizeIsAskedForAgain) {
+    for (const std::size_t nWrong : {700U, 1600U}) {
+        CSimulatedStream objStream({}, {});
+        auto vecPacket = objStream.MakeFrame(1);
+        vecPacket[1].resize(nWrong);
+        std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        EXPECT_EQ(objStream.m_nRequests, 1U);
+        objStream.Deliver(objStream.MakeFrame(1, true)[1]);
+        ExpectAllExact(objStream, 1);
+    }
+}
+
 TEST(Reassembly, BlocksWithoutABufferAreCountedAndTheStreamGoesOn) {
     CSimulatedStream objStream({}, {}, 1);
     const auto vecFirst = objStream.MakeFrame(1);
