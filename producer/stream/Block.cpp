@@ -92,6 +92,9 @@ PACKET_EFFECT CBlock::TakeLeader(const gev::GVSP_LEADER& objLeader) {
     }
     m_objLeader = objLeader;
     m_bLeader = true;
+    if (m_nShortID != 0 && IsCut(m_nShortID, m_nShortSize)) {
+        TakeBackShort();
+    }
     return PACKET_EFFECT::Placed;
 }
 
@@ -101,6 +104,12 @@ std::uint32_t CBlock::GetPacketCount() const {
     const bool bSaysSize = m_bLeader && (nType == gev::EPayloadType::Image || nType == gev::EPayloadType::RawData ||
                                          nType == gev::EPayloadType::File);
     return bSaysSize ? CountPackets(GetMeantSize(), m_nPayload) : 0;
+}
+
+/// Whether it is the last packet by what the leader tells, and holds less than the rest.
+bool CBlock::IsCut(std::uint32_t nPacketID, std::size_t nSize) const {
+    const std::uint32_t nCount = GetPacketCount();
+    return nCount != 0 && nPacketID == nCount && nSize < GetMeantSize() - (nCount - std::uint64_t{1}) * m_nPayload;
 }
 
 /// Whether a packet of this size can have this ID. Settles how long a full packet of the block is, at the first.
@@ -123,8 +132,9 @@ bool CBlock::FitsPayload(std::uint32_t nPacketID, std::size_t nSize) {
         TakeBackShort();
     }
     const std::uint32_t nCount = GetPacketCount();
-    return nSize == m_nPayload || (nSize < m_nPayload && nPacketID >= m_nHighestID &&
-                                   (m_nShortID == 0 || nPacketID == m_nShortID) && nPacketID >= nCount);
+    return nSize == m_nPayload ||
+           (nSize < m_nPayload && nPacketID >= m_nHighestID && (m_nShortID == 0 || nPacketID == m_nShortID) &&
+            nPacketID >= nCount && !IsCut(nPacketID, nSize));
 }
 
 void CBlock::SizeBits() {

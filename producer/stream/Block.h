@@ -121,6 +121,7 @@ private:
     void AddGap(const PACKET_GAP& objGap);
     bool SettlePacket(std::uint32_t nPacketID);
     bool FitsPayload(std::uint32_t nPacketID, std::size_t nSize);
+    [[nodiscard]] bool IsCut(std::uint32_t nPacketID, std::size_t nSize) const;
     void TakeBackShort();
     void TakeBackFirst();
     void SizeBits();
