@@ -38,7 +38,8 @@ void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nP
     m_objTrailer = {};
     m_bLeader = m_bTrailer = m_bTrailerSettled = m_bFlawed = m_bLarger = false;
     m_bPayloadFixed = bSure;
-    m_nPayload = nPayload;
+    m_nPayload = m_nExpected = nPayload;
+    m_bLearnt = false;
     m_nShortID = m_nHighestID = m_nTrailerID = m_nNextID = m_nSettled = m_nUnavailable = m_nOtherSizes = 0;
     m_nBytes = m_nFilled = 0;
     m_nBits = 1;
@@ -91,6 +92,9 @@ PACKET_EFFECT CBlock::TakeLeader(const gev::GVSP_LEADER& objLeader) {
     }
     m_objLeader = objLeader;
     m_bLeader = true;
+    if (m_nShortID != 0 && IsCut(m_nShortID, m_nShortSize)) {
+        TakeBackShort();
+    }
     return PACKET_EFFECT::Placed;
 }
 
@@ -102,23 +106,51 @@ std::uint32_t CBlock::GetPacketCount() const {
     return bSaysSize ? CountPackets(GetMeantSize(), m_nPayload) : 0;
 }
 
+/// Whether it is the last packet by what the leader tells, and holds less than the rest.
+bool CBlock::IsCut(std::uint32_t nPacketID, std::size_t nSize) const {
+    const std::uint32_t nCount = GetPacketCount();
+    return nCount != 0 && nPacketID == nCount && nSize < GetMeantSize() - (nCount - std::uint64_t{1}) * m_nPayload;
+}
+
 /// Whether a packet of this size can have this ID. Settles how long a full packet of the block is, at the first.
 bool CBlock::FitsPayload(std::uint32_t nPacketID, std::size_t nSize) {
     if (!m_bPayloadFixed) {
         // A packet that is longer than expected is full, and so is the first, which may be the last as well.
         if (nSize > m_nPayload || nPacketID == 1) {
+            m_bLearnt = nSize != m_nExpected;
             m_nPayload = nSize;
         }
-        m_nBits = std::min(CountPackets(m_objMemory.Memory.size(), m_nPayload) + 1,
-                           static_cast<std::uint32_t>(m_vecSettled.size() * kBitsPerWord));
+        SizeBits();
         m_bPayloadFixed = true;
+    } else if (m_bLearnt && nSize != m_nPayload) {
+        if (nSize == m_nExpected && nPacketID != m_nHighestID && m_nBytes == m_nPayload) {
+            TakeBackFirst();
+        }
+        m_bLearnt = false;
     }
     if (nSize == m_nPayload && m_nShortID != 0 && nPacketID > m_nShortID) {
         TakeBackShort();
     }
     const std::uint32_t nCount = GetPacketCount();
-    return nSize == m_nPayload || (nSize < m_nPayload && nPacketID >= m_nHighestID &&
-                                   (m_nShortID == 0 || nPacketID == m_nShortID) && nPacketID >= nCount);
+    return nSize == m_nPayload ||
+           (nSize < m_nPayload && nPacketID >= m_nHighestID && (m_nShortID == 0 || nPacketID == m_nShortID) &&
+            nPacketID >= nCount && !IsCut(nPacketID, nSize));
+}
+
+void CBlock::SizeBits() {
+    m_nBits = std::min(CountPackets(m_objMemory.Memory.size(), m_nPayload) + 1,
+                       static_cast<std::uint32_t>(m_vecSettled.size() * kBitsPerWord));
+}
+
+/// The second packet is as was expected: the first, which wasn't, has a wrong size, and is missing.
+void CBlock::TakeBackFirst() {
+    m_vecSettled[m_nHighestID / kBitsPerWord] &= ~BitOf(m_nHighestID);
+    --m_nSettled;
+    AddGap({m_nHighestID, m_nHighestID, 0, {}, 0});
+    m_nBytes = m_nFilled = m_nHighestID = 0;
+    m_bLarger = false;
+    m_nPayload = m_nExpected;
+    SizeBits();
 }
 
 /// A packet that was taken for the last, as it wasn't full, isn't: it was cut, and is missing.

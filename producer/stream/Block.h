@@ -121,7 +121,10 @@ private:
     void AddGap(const PACKET_GAP& objGap);
     bool SettlePacket(std::uint32_t nPacketID);
     bool FitsPayload(std::uint32_t nPacketID, std::size_t nSize);
+    [[nodiscard]] bool IsCut(std::uint32_t nPacketID, std::size_t nSize) const;
     void TakeBackShort();
+    void TakeBackFirst();
+    void SizeBits();
     [[nodiscard]] std::uint32_t GetPacketCount() const;
     [[nodiscard]] std::uint64_t GetMeantSize() const;
 
@@ -137,6 +140,8 @@ private:
     bool m_bLarger = false;
     bool m_bPayloadFixed = false;
     std::size_t m_nPayload = 0;        // bytes of a full payload packet
+    std::size_t m_nExpected = 0;       // the same, as it was expected before the first
+    bool m_bLearnt = false;            // the size is of the first packet, which wasn't as expected
     std::uint32_t m_nShortID = 0;      // of a payload packet that wasn't full and so must be the last; 0 for none
     std::size_t m_nShortSize = 0;      // bytes of that one
     std::uint32_t m_nHighestID = 0;    // of the payload packets that came

@@ -282,6 +282,7 @@ void CStreamModule::StartAcquisition(std::uint64_t nFrames) {
     const std::lock_guard objLock(m_mtxRunning);
     m_objFacts = pAcquisition->GetFacts();
     m_pAcquisition = std::move(pAcquisition);
+    m_pAcquisition->SetResend(m_bResend);  // it may have been switched meanwhile
 }
 
 void CStreamModule::StopAcquisition(bool bKill) {

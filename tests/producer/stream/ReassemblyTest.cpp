@@ -211,6 +211,21 @@ TEST(Reassembly, PacketSizeThatChangesOnTheWayIsLearnt) {
     }
 }
 
+TEST(Reassembly, FirstAndLastPacketOfAWrongSizeAreAskedForAgain) {
+    const std::size_t nLast = CSimulatedStream({}, {}).GetPacketCount() - 2;
+    for (const auto& [nPacketID, nWrong] : {std::pair<std::size_t, std::size_t>{1, 700}, {1, 1600}, {nLast, 300}}) {
+        CSimulatedStream objStream({}, {});
+        auto vecPacket = objStream.MakeFrame(1);
+        vecPacket[nPacketID].resize(nWrong);
+        std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        objStream.m_objNow += 6ms;
+        objStream.Reassembly().Service(objStream.m_objNow);
+        EXPECT_EQ(objStream.m_nRequests, 1U);
+        objStream.Deliver(objStream.MakeFrame(1, true)[nPacketID]);
+        ExpectAllExact(objStream, 1);
+    }
+}
+
 TEST(Reassembly, BlocksWithoutABufferAreCountedAndTheStreamGoesOn) {
     CSimulatedStream objStream({}, {}, 1);
     const auto vecFirst = objStream.MakeFrame(1);
