@@ -182,7 +182,8 @@ TEST_F(GrabOnCable, WritesWhatTheCameraDrawsAndTellsTheRate) {
 }
 
 TEST_F(GrabOnCable, EndsInOrderByCtrlCAndWhenTheCameraIsUnplugged) {
-    RUN objRun = GrabUntil([](const std::string& strProcess) { std::system(("kill -INT " + strProcess).c_str()); });
+    RUN objRun = GrabUntil(
+        [](const std::string& strProcess) { EXPECT_EQ(std::system(("kill -INT " + strProcess).c_str()), 0); });
     EXPECT_EQ(objRun.nExitCode, 6);
     EXPECT_THAT(objRun.strOut, HasSubstr("Interrupted.\n"));
     EXPECT_EQ(Run("grab left -o " + Path("")).nExitCode, 0) << "the camera is free again";

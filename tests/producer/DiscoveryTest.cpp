@@ -152,6 +152,9 @@ TEST_F(Discovery, FloodAndForeignAnswersAreCountedAndEndNothing) {
     objCamera.SetScript([](CScriptedCamera& objSelf, const auto& objHeader, auto) {
         gev::GvcpBuffer arrBuffer;
         if (objHeader.Command == gev::EGvcpCommand::Discovery) {
+            // Ahead of the flood, in which the receiver's buffer may run over.
+            const auto objOwn = MakeRecord(kMac, MakeIPv4(10, 1, 0, 2));
+            objSelf.Answer(gev::EncodeDiscoveryAck(arrBuffer, objHeader.RequestID, objOwn));
             for (std::uint32_t i = 1; i <= 2000; ++i) {
                 const auto nID = static_cast<std::uint16_t>(i % 4 == 0 ? objHeader.RequestID + 7 : objHeader.RequestID);
                 const auto objRecord = MakeRecord(kMac + i, MakeIPv4(192, 168, 0, 0) + i);
