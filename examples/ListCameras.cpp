@@ -38,16 +38,27 @@ std::string AddressOf(const boost::shared_ptr<IDevice>& pDevice) {
     return IPToString(static_cast<std::uint32_t>(pGevDevice->GetGevDevInfo().IPAddress));
 }
 
+const char* AccessOf(const DEV_MODULE_INFO& objInformation) {
+    switch (objInformation.AccessStatusValid ? objInformation.AccessStatus : DEVICE_ACCESS_STATUS_UNKNOWN) {
+        case DEVICE_ACCESS_STATUS_READWRITE:
+            return "free";
+        case DEVICE_ACCESS_STATUS_UNKNOWN:
+            return "-";
+        case DEVICE_ACCESS_STATUS_NOACCESS:
+            return "no access";  // held for itself by another program, or in a subnet that nothing reaches
+        default:
+            return "in use";
+    }
+}
+
 void PrintCamera(const boost::shared_ptr<IDevice>& pDevice) {
     // Two records tell of a camera: what the producer knows, and what the features of the adapter say. A field that
     // couldn't be read is empty.
     const DEV_MODULE_INFO objInformation = pDevice->GetDeviceInformation();
     const COMMON_DEVICE_INFO objCommon = pDevice->GetCommonInformation();
-    const char* pAccess = !objInformation.AccessStatusValid                               ? "-"
-                          : objInformation.AccessStatus == DEVICE_ACCESS_STATUS_READWRITE ? "free"
-                                                                                          : "in use";
+    const char* pAccess = AccessOf(objInformation);
     std::cout << "  " << std::left << std::setw(36) << objInformation.ID << ' ' << std::setw(15) << AddressOf(pDevice)
-              << ' ' << std::setw(6) << pAccess << ' ' << objInformation.Vendor << ' ' << objInformation.Model
+              << ' ' << std::setw(9) << pAccess << ' ' << objInformation.Vendor << ' ' << objInformation.Model
               << ", serial number " << objCommon.SerialNumber;
     if (!objCommon.UserID.empty()) {
         std::cout << ", \"" << objCommon.UserID << '"';

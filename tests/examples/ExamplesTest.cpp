@@ -52,7 +52,7 @@ protected:
 TEST_F(Examples, ListCamerasShowsThemBelowTheirAdapters) {
     EXPECT_EQ(Run(ListCamerasMain, {}), 0) << m_strError;
     EXPECT_THAT(m_strOut, StartsWith("if-1:\n  cam-1 "));
-    EXPECT_THAT(m_strOut, HasSubstr("free   Maker Model, serial number SN7, \"left\"\nif-2: no camera\n"));
+    EXPECT_THAT(m_strOut, HasSubstr("free      Maker Model, serial number SN7, \"left\"\nif-2: no camera\n"));
 
     SetEnvironment("GENICAM_GENTL64_PATH", "/nowhere");
     EXPECT_EQ(Run(ListCamerasMain, {"1"}), 1);
