@@ -26,7 +26,7 @@ std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHe
     }
     if (!bControlledHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
                              objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
-        return " in use elsewhere";
+        return " in use";
     }
     return {};
 }
