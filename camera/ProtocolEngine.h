@@ -50,7 +50,6 @@ public:
     /// The stream has sent all images of this acquisition.
     void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
 
-    [[nodiscard]] const CIPConfiguration& GetIPConfiguration() const { return m_objIP; }
     [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
 
 private:

@@ -48,7 +48,6 @@ public:
     /// @throws std::invalid_argument  for a format that isn't possible
     explicit CTestImage(const IMAGE_FORMAT& objFormat);
 
-    [[nodiscard]] const IMAGE_FORMAT& GetFormat() const { return m_objFormat; }
     /// Bytes of an image.
     [[nodiscard]] std::size_t GetSize() const { return m_nLine * m_objFormat.Height; }
 

@@ -48,7 +48,6 @@ public:
 
     std::size_t GetQueued() const;
     EVENT_TYPE GetType() const { return m_nType; }
-    std::size_t GetDataSizeMax() const { return m_nDataSizeMax; }
 
     /// @throws CProducerError  GC_ERR_NOT_AVAILABLE for a command that isn't known
     CInfoValue GetInfo(EVENT_INFO_CMD nCommand) const;

@@ -48,7 +48,7 @@ int CBroadcastLine::SendTo(std::uint32_t nAddress, std::span<const std::byte> ob
 }
 
 template <class Socket>
-bool CBroadcastLine::__Drain(const Socket& objSocket, const std::function<bool(const HEARD_ACKNOWLEDGE&)>& funHeard) {
+bool CBroadcastLine::Drain(const Socket& objSocket, const std::function<bool(const HEARD_ACKNOWLEDGE&)>& funHeard) {
     std::array<std::byte, kLongestPacket> arrBuffer;
     for (int i = 0; i < kMostAtOnce; ++i) {
         const auto objDatagram = objSocket.Receive(arrBuffer);
@@ -78,7 +78,7 @@ bool CBroadcastLine::Listen(Clock::time_point objDeadline, const CWakeSocket* pW
         if (nWake >= 0 && WaitReadable({nWake}, Clock::time_point::min())) {
             return false;
         }
-        if (!__Drain(m_objUdpSocket, funHeard) || !__Drain(m_objPacketSocket, funHeard)) {
+        if (!Drain(m_objUdpSocket, funHeard) || !Drain(m_objPacketSocket, funHeard)) {
             return false;
         }
         if (Clock::now() >= objDeadline) {

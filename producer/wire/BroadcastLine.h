@@ -49,7 +49,7 @@ public:
 
 private:
     template <class Socket>
-    bool __Drain(const Socket& objSocket, const std::function<bool(const HEARD_ACKNOWLEDGE&)>& funHeard);
+    bool Drain(const Socket& objSocket, const std::function<bool(const HEARD_ACKNOWLEDGE&)>& funHeard);
 
     const ADAPTER m_objAdapter;
     CUdpSocket m_objUdpSocket;

@@ -94,7 +94,7 @@ OUTCOME CControlDialogue::Ask(std::span<std::byte> objQuestion, const ASKING& ob
     objWait.IsHeartbeat = objAsking.IsHeartbeat;
     for (std::uint32_t i = 0; i <= objAsking.Repeats; ++i) {
         const auto objNow = Clock::now();
-        if (__IsEnded(objAsking) || (i > 0 && objNow >= std::min(objAsking.Deadline, objWait.PatienceEnd))) {
+        if (IsEnded(objAsking) || (i > 0 && objNow >= std::min(objAsking.Deadline, objWait.PatienceEnd))) {
             break;
         }
         if (i > 0) {
@@ -105,27 +105,26 @@ OUTCOME CControlDialogue::Ask(std::span<std::byte> objQuestion, const ASKING& ob
         }
         ++objOutcome.Sent;
         objWait.Deadline = std::min(objNow + objAsking.AnswerTimeout, objAsking.Deadline);
-        if (__Await(objWait, objAsking, objOutcome, arrAnswer)) {
+        if (Await(objWait, objAsking, objOutcome, arrAnswer)) {
             return objOutcome;
         }
     }
-    objOutcome.Kind = __IsEnded(objAsking) ? OUTCOME::KIND::Ended : OUTCOME::KIND::Silent;
+    objOutcome.Kind = IsEnded(objAsking) ? OUTCOME::KIND::Ended : OUTCOME::KIND::Silent;
     if (objOutcome.Kind == OUTCOME::KIND::Silent) {
         m_nTimeoutCount.fetch_add(1, std::memory_order_relaxed);
     }
     return objOutcome;
 }
 
-bool CControlDialogue::__IsEnded(const ASKING& objAsking) const noexcept {
+bool CControlDialogue::IsEnded(const ASKING& objAsking) const noexcept {
     return m_bEnded.load(std::memory_order_acquire) && !objAsking.EvenWhenClosing;
 }
 
 /// @return true when the answer has come.
-bool CControlDialogue::__Await(WAIT& objWait, const ASKING& objAsking, OUTCOME& objOutcome,
-                               gev::GvcpBuffer& arrAnswer) {
-    while (!__IsEnded(objAsking)) {
+bool CControlDialogue::Await(WAIT& objWait, const ASKING& objAsking, OUTCOME& objOutcome, gev::GvcpBuffer& arrAnswer) {
+    while (!IsEnded(objAsking)) {
         const auto objDatagram = m_objSocket.ReceiveConnected(arrAnswer);
-        if (!objDatagram.empty() && __TakeAnswer(objWait, objOutcome, objDatagram)) {
+        if (!objDatagram.empty() && TakeAnswer(objWait, objOutcome, objDatagram)) {
             return true;
         }
         // Looked at after every datagram too: packets that nobody asked for don't prolong anything.
@@ -136,13 +135,13 @@ bool CControlDialogue::__Await(WAIT& objWait, const ASKING& objAsking, OUTCOME& 
     return false;
 }
 
-bool CControlDialogue::__TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<const std::byte> objDatagram) {
+bool CControlDialogue::TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<const std::byte> objDatagram) {
     gev::GVCP_ACKNOWLEDGE_HEADER objHeader;
     std::span<const std::byte> objPayload;
     const bool bGood = gev::DecodeAcknowledge(objDatagram, objHeader, objPayload) == gev::EGvcpStatus::Success &&
                        objHeader.AckID == m_nRequestID;
     if (bGood && objHeader.Command == objWait.Command) {
-        __Sign(Clock::now());
+        Sign(Clock::now());
         objOutcome.Kind =
             objHeader.Status == gev::EGvcpStatus::Success ? OUTCOME::KIND::Answered : OUTCOME::KIND::Refused;
         objOutcome.Status = objHeader.Status;
@@ -160,7 +159,7 @@ bool CControlDialogue::__TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::spa
         objWait.Deadline =
             std::min(std::max(objWait.Deadline, objNow + milliseconds(nPatienceMs)), objWait.PatienceEnd);
         if (!objWait.IsHeartbeat) {  // a camera that is only ever busy isn't there
-            __Sign(objWait.Deadline);
+            Sign(objWait.Deadline);
         }
         m_nPendingCount.fetch_add(1, std::memory_order_relaxed);
     } else {
@@ -169,30 +168,30 @@ bool CControlDialogue::__TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::spa
     return false;
 }
 
-std::span<const std::byte> CControlDialogue::__AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
-                                                          gev::GvcpBuffer& arrAnswer) {
+std::span<const std::byte> CControlDialogue::AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
+                                                        gev::GvcpBuffer& arrAnswer) {
     if (objQuestion.empty()) {
         throw CProducerError(GC_ERR_INVALID_PARAMETER, "there is no GVCP question for a register at " +
                                                            FormatHex(nAddress) + ": addresses are multiples of 4");
     }
     const OUTCOME objOutcome = Ask(objQuestion, GetAsking(), arrAnswer);
     if (objOutcome.Kind != OUTCOME::KIND::Answered) {
-        __Throw(objOutcome, gev::EGvcpCommand{gev::Get16(objQuestion, 2)}, nAddress);
+        Throw(objOutcome, gev::EGvcpCommand{gev::Get16(objQuestion, 2)}, nAddress);
     }
     return objOutcome.Payload;
 }
 
-std::string CControlDialogue::__Describe(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const {
+std::string CControlDialogue::Describe(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const {
     return std::string(gev::GetText(nCommand)) + " of " + FormatHex(nAddress) + " at camera " + IPToString(m_nCamera) +
            " on " + m_strAdapter + ": ";
 }
 
-void CControlDialogue::__ThrowWrongAnswer(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const {
-    throw CProducerError(GC_ERR_IO, __Describe(nCommand, nAddress) + "the answer isn't what was asked for");
+void CControlDialogue::ThrowWrongAnswer(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const {
+    throw CProducerError(GC_ERR_IO, Describe(nCommand, nAddress) + "the answer isn't what was asked for");
 }
 
-void CControlDialogue::__Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nCommand, std::uint32_t nAddress) const {
-    const std::string strWhat = __Describe(nCommand, nAddress);
+void CControlDialogue::Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nCommand, std::uint32_t nAddress) const {
+    const std::string strWhat = Describe(nCommand, nAddress);
     if (objOutcome.Kind == OUTCOME::KIND::Ended) {
         const std::lock_guard objLock(m_mtxEnd);
         throw CProducerError(m_nEndCode, strWhat + m_strEndText);
@@ -214,9 +213,9 @@ std::uint32_t CControlDialogue::DoReadRegister(std::uint32_t nAddress) {
     gev::GvcpBuffer arrAnswer;
     const auto objQuestion = gev::EncodeReadReg(arrQuestion, 1, std::span(&nAddress, 1));
     gev::CNumberView objValues;
-    if (gev::DecodeReadRegAck(__AskOrThrow(objQuestion, nAddress, arrAnswer), 1, objValues) !=
+    if (gev::DecodeReadRegAck(AskOrThrow(objQuestion, nAddress, arrAnswer), 1, objValues) !=
         gev::EGvcpStatus::Success) {
-        __ThrowWrongAnswer(gev::EGvcpCommand::ReadReg, nAddress);
+        ThrowWrongAnswer(gev::EGvcpCommand::ReadReg, nAddress);
     }
     return objValues.Get(0);
 }
@@ -225,7 +224,7 @@ void CControlDialogue::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nVa
     gev::GvcpBuffer arrQuestion;
     gev::GvcpBuffer arrAnswer;
     const gev::REGISTER_WRITE objWrite{nAddress, nValue};
-    __AskOrThrow(gev::EncodeWriteReg(arrQuestion, 1, std::span(&objWrite, 1)), nAddress, arrAnswer);
+    AskOrThrow(gev::EncodeWriteReg(arrQuestion, 1, std::span(&objWrite, 1)), nAddress, arrAnswer);
 }
 
 void CControlDialogue::DoReadBlock(std::uint32_t nAddress, std::span<std::byte> objBuffer) {
@@ -234,9 +233,9 @@ void CControlDialogue::DoReadBlock(std::uint32_t nAddress, std::span<std::byte> 
     const gev::READMEM_COMMAND objCommand{nAddress, static_cast<std::uint16_t>(objBuffer.size())};
     const auto objQuestion = gev::EncodeReadMem(arrQuestion, 1, objCommand);
     std::span<const std::byte> objData;
-    if (gev::DecodeReadMemAck(__AskOrThrow(objQuestion, nAddress, arrAnswer), objCommand, objData) !=
+    if (gev::DecodeReadMemAck(AskOrThrow(objQuestion, nAddress, arrAnswer), objCommand, objData) !=
         gev::EGvcpStatus::Success) {
-        __ThrowWrongAnswer(gev::EGvcpCommand::ReadMem, nAddress);
+        ThrowWrongAnswer(gev::EGvcpCommand::ReadMem, nAddress);
     }
     std::memcpy(objBuffer.data(), objData.data(), objBuffer.size());
 }
@@ -244,7 +243,7 @@ void CControlDialogue::DoReadBlock(std::uint32_t nAddress, std::span<std::byte> 
 void CControlDialogue::DoWriteBlock(std::uint32_t nAddress, std::span<const std::byte> objBuffer) {
     gev::GvcpBuffer arrQuestion;
     gev::GvcpBuffer arrAnswer;
-    __AskOrThrow(gev::EncodeWriteMem(arrQuestion, 1, {nAddress, objBuffer}), nAddress, arrAnswer);
+    AskOrThrow(gev::EncodeWriteMem(arrQuestion, 1, {nAddress, objBuffer}), nAddress, arrAnswer);
 }
 
 OUTCOME CControlDialogue::ReadRegister(std::uint32_t nAddress, const ASKING& objAsking, std::uint32_t& nValue) {
@@ -286,7 +285,7 @@ void CControlDialogue::End(GC_ERROR nCode, const std::string& strText) noexcept 
     }
 }
 
-void CControlDialogue::__Sign(Clock::time_point objUntil) noexcept {
+void CControlDialogue::Sign(Clock::time_point objUntil) noexcept {
     m_nLastSign.store(objUntil.time_since_epoch().count(), std::memory_order_relaxed);
 }
 

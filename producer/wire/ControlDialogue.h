@@ -93,15 +93,15 @@ public:
 private:
     struct WAIT;
 
-    [[nodiscard]] bool __IsEnded(const ASKING& objAsking) const noexcept;
-    bool __Await(WAIT& objWait, const ASKING& objAsking, OUTCOME& objOutcome, gev::GvcpBuffer& arrAnswer);
-    bool __TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<const std::byte> objDatagram);
-    std::span<const std::byte> __AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
-                                            gev::GvcpBuffer& arrAnswer);
-    [[nodiscard]] std::string __Describe(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
-    [[noreturn]] void __ThrowWrongAnswer(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
-    [[noreturn]] void __Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
-    void __Sign(Clock::time_point objUntil) noexcept;
+    [[nodiscard]] bool IsEnded(const ASKING& objAsking) const noexcept;
+    bool Await(WAIT& objWait, const ASKING& objAsking, OUTCOME& objOutcome, gev::GvcpBuffer& arrAnswer);
+    bool TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<const std::byte> objDatagram);
+    std::span<const std::byte> AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
+                                          gev::GvcpBuffer& arrAnswer);
+    [[nodiscard]] std::string Describe(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
+    [[noreturn]] void ThrowWrongAnswer(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
+    [[noreturn]] void Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
+    void Sign(Clock::time_point objUntil) noexcept;
 
     const std::string m_strAdapter;
     const std::uint32_t m_nCamera;

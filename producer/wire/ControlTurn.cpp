@@ -2,7 +2,7 @@
 
 namespace producer {
 
-void CControlTurn::__Take() {
+void CControlTurn::Take() {
     std::unique_lock objLock(m_mtxTurn);
     ++m_nWaiting;
     m_objFree.wait(objLock, [this] { return !m_bTaken && !m_bHeartbeatWaits; });
@@ -10,7 +10,7 @@ void CControlTurn::__Take() {
     m_bTaken = true;
 }
 
-bool CControlTurn::__TakeFirst(Clock::time_point objDeadline) {
+bool CControlTurn::TakeFirst(Clock::time_point objDeadline) {
     std::unique_lock objLock(m_mtxTurn);
     ++m_nWaiting;
     m_bHeartbeatWaits = true;
@@ -24,7 +24,7 @@ bool CControlTurn::__TakeFirst(Clock::time_point objDeadline) {
     return bFree;
 }
 
-void CControlTurn::__Give() {
+void CControlTurn::Give() {
     const std::lock_guard objLock(m_mtxTurn);
     m_bTaken = false;
     if (m_nWaiting != 0) {

@@ -14,13 +14,13 @@ public:
     /// Held by a question from its construction to its destruction.
     class CHolder {
     public:
-        explicit CHolder(CControlTurn& objTurn) : m_pTurn(&objTurn) { objTurn.__Take(); }
+        explicit CHolder(CControlTurn& objTurn) : m_pTurn(&objTurn) { objTurn.Take(); }
         /// For the heartbeat. Look with HasTurn whether it came in time.
         CHolder(CControlTurn& objTurn, Clock::time_point objDeadline)
-            : m_pTurn(objTurn.__TakeFirst(objDeadline) ? &objTurn : nullptr) {}
+            : m_pTurn(objTurn.TakeFirst(objDeadline) ? &objTurn : nullptr) {}
         ~CHolder() {
             if (m_pTurn != nullptr) {
-                m_pTurn->__Give();
+                m_pTurn->Give();
             }
         }
         CHolder(const CHolder&) = delete;
@@ -33,9 +33,9 @@ public:
     };
 
 private:
-    void __Take();
-    bool __TakeFirst(Clock::time_point objDeadline);
-    void __Give();
+    void Take();
+    bool TakeFirst(Clock::time_point objDeadline);
+    void Give();
 
     std::mutex m_mtxTurn;  // guards all below
     std::condition_variable m_objFree;

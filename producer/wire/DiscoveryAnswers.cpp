@@ -100,7 +100,7 @@ std::vector<DISCOVERED_DEVICE> CDiscoveryAnswers::MakeList() const {
     std::unordered_map<std::uint32_t, int> mapCounts;
     vecDevices.reserve(m_mapHeard.size());
     for (const auto& [nMac, objHeard] : m_mapHeard) {
-        vecDevices.push_back(__MakeDevice(objHeard));
+        vecDevices.push_back(MakeDevice(objHeard));
         ++mapCounts[objHeard.Record.IP];
     }
     for (auto& objDevice : vecDevices) {
@@ -111,7 +111,7 @@ std::vector<DISCOVERED_DEVICE> CDiscoveryAnswers::MakeList() const {
     return vecDevices;
 }
 
-DISCOVERED_DEVICE CDiscoveryAnswers::__MakeDevice(const HEARD& objHeard) const {
+DISCOVERED_DEVICE CDiscoveryAnswers::MakeDevice(const HEARD& objHeard) const {
     const auto& objRecord = objHeard.Record;
     DISCOVERED_DEVICE objDevice;
     objDevice.Mac = objRecord.MAC.GetValue();

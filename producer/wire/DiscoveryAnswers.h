@@ -43,7 +43,7 @@ private:
         bool SharesMac = false;
     };
 
-    [[nodiscard]] DISCOVERED_DEVICE __MakeDevice(const HEARD& objHeard) const;
+    [[nodiscard]] DISCOVERED_DEVICE MakeDevice(const HEARD& objHeard) const;
 
     const ADAPTER m_objAdapter;
     const std::size_t m_nMostDevices;

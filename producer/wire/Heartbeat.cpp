@@ -29,7 +29,7 @@ CHeartbeat::CHeartbeat(CControlDialogue& objDialogue, CONTROL_ACCESS eAccess, mi
       m_funLoss(std::move(funLoss)),
       m_nTimeoutMs(std::clamp(objTimeout, kLeastTimeout, kLongestTimeout).count()) {
     try {
-        m_objThread = std::thread([this] { __Run(); });
+        m_objThread = std::thread([this] { Run(); });
     } catch (const std::system_error& objError) {
         throw CProducerError(GC_ERR_RESOURCE_EXHAUSTED, std::string("no thread for the heartbeat: ") + objError.what());
     }
@@ -62,17 +62,17 @@ milliseconds CHeartbeat::GetTimeout() const noexcept {
     return milliseconds(m_nTimeoutMs.load());
 }
 
-void CHeartbeat::__Run() noexcept {
-    while (__WaitForBeat()) {
-        if (const auto eLoss = __Beat()) {
-            __Tell(*eLoss);
+void CHeartbeat::Run() noexcept {
+    while (WaitForBeat()) {
+        if (const auto eLoss = Beat()) {
+            Tell(*eLoss);
             return;
         }
     }
 }
 
 /// @return false when the thread is to end.
-bool CHeartbeat::__WaitForBeat() {
+bool CHeartbeat::WaitForBeat() {
     std::unique_lock objLock(m_mtxStop);
     const auto objStart = Clock::now();
     while (!m_bStop) {
@@ -86,50 +86,50 @@ bool CHeartbeat::__WaitForBeat() {
 }
 
 /// Not quite the time-out, so that the loss is told within it.
-Clock::time_point CHeartbeat::__GetLossTime() const {
+Clock::time_point CHeartbeat::GetLossTime() const {
     return m_objDialogue.GetLastSign() + GetTimeout() * 9 / 10;
 }
 
-ASKING CHeartbeat::__MakeAsking(Clock::time_point objStart) const {
+ASKING CHeartbeat::MakeAsking(Clock::time_point objStart) const {
     ASKING objAsking = m_objDialogue.GetAsking();
     objAsking.AnswerTimeout = std::min(objAsking.AnswerTimeout, GetTimeout() * 6 / 10 / kLeastAttempts);
     // A beat that starts late, as after the process was stopped, asks once all the same.
-    objAsking.Deadline = std::max(__GetLossTime(), objStart + objAsking.AnswerTimeout);
+    objAsking.Deadline = std::max(GetLossTime(), objStart + objAsking.AnswerTimeout);
     objAsking.IsHeartbeat = true;
     return objAsking;
 }
 
 /// One beat, which lasts as long as the camera is silent but there is still hope.
-std::optional<CONTROL_LOSS> CHeartbeat::__Beat() {
+std::optional<CONTROL_LOSS> CHeartbeat::Beat() {
     const auto objStart = Clock::now();
     for (;;) {
         std::uint32_t nPrivilege = 0;
         const OUTCOME objOutcome = m_objDialogue.ReadRegister(gev::bootstrap::kControlChannelPrivilege.Address,
-                                                              __MakeAsking(objStart), nPrivilege);
+                                                              MakeAsking(objStart), nPrivilege);
         switch (objOutcome.Kind) {
             case OUTCOME::KIND::Ended:
                 return std::nullopt;
             case OUTCOME::KIND::Answered:
             case OUTCOME::KIND::Refused:
-                return __JudgeAnswer(objOutcome, nPrivilege);
+                return JudgeAnswer(objOutcome, nPrivilege);
             case OUTCOME::KIND::Silent:
             case OUTCOME::KIND::NoTurn:
                 // Meanwhile another thread may have had an answer.
-                if (Clock::now() >= __GetLossTime()) {
+                if (Clock::now() >= GetLossTime()) {
                     return CONTROL_LOSS::NoAnswer;
                 }
-                __LetOthersAsk();
+                LetOthersAsk();
         }
     }
 }
 
 /// Who waits for its turn gets it, and fails in its own time instead of ours, which may be a minute.
-void CHeartbeat::__LetOthersAsk() {
+void CHeartbeat::LetOthersAsk() {
     std::unique_lock objLock(m_mtxStop);
     m_objChanged.wait_for(objLock, kPause, [this] { return m_bStop; });
 }
 
-std::optional<CONTROL_LOSS> CHeartbeat::__JudgeAnswer(const OUTCOME& objOutcome, std::uint32_t nPrivilege) {
+std::optional<CONTROL_LOSS> CHeartbeat::JudgeAnswer(const OUTCOME& objOutcome, std::uint32_t nPrivilege) {
     if (m_eAccess == CONTROL_ACCESS::ReadOnly) {
         return std::nullopt;  // it only asks whether the camera is there
     }
@@ -140,19 +140,19 @@ std::optional<CONTROL_LOSS> CHeartbeat::__JudgeAnswer(const OUTCOME& objOutcome,
     if ((nPrivilege & (gev::bootstrap::kPrivilegeControl | gev::bootstrap::kPrivilegeExclusive)) == 0) {
         return CONTROL_LOSS::Dropped;
     }
-    return __IsApplicationAnother() ? std::optional(CONTROL_LOSS::Taken) : std::nullopt;
+    return IsApplicationAnother() ? std::optional(CONTROL_LOSS::Taken) : std::nullopt;
 }
 
-bool CHeartbeat::__IsApplicationAnother() {
+bool CHeartbeat::IsApplicationAnother() {
     PRIMARY_APPLICATION objNow;
     const auto isAnswered = [this](std::uint32_t nAddress, std::uint32_t& nValue) {
-        return m_objDialogue.ReadRegister(nAddress, __MakeAsking(Clock::now()), nValue).Kind == OUTCOME::KIND::Answered;
+        return m_objDialogue.ReadRegister(nAddress, MakeAsking(Clock::now()), nValue).Kind == OUTCOME::KIND::Answered;
     };
     return m_objApplication && isAnswered(gev::bootstrap::kPrimaryApplicationPort.Address, objNow.Port) &&
            isAnswered(gev::bootstrap::kPrimaryApplicationIP.Address, objNow.Address) && objNow != *m_objApplication;
 }
 
-void CHeartbeat::__Tell(CONTROL_LOSS eLoss) {
+void CHeartbeat::Tell(CONTROL_LOSS eLoss) {
     std::string strText = "camera " + IPToString(m_objDialogue.GetCamera()) + " on " + m_objDialogue.GetAdapterName();
     const auto nSilenceMs =
         std::chrono::duration_cast<milliseconds>(Clock::now() - m_objDialogue.GetLastSign()).count();

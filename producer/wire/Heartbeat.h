@@ -44,15 +44,15 @@ public:
     [[nodiscard]] bool IsLost() const noexcept { return m_bLost.load(std::memory_order_acquire); }
 
 private:
-    void __Run() noexcept;
-    bool __WaitForBeat();
-    std::optional<CONTROL_LOSS> __Beat();
-    void __LetOthersAsk();
-    std::optional<CONTROL_LOSS> __JudgeAnswer(const OUTCOME& objOutcome, std::uint32_t nPrivilege);
-    bool __IsApplicationAnother();
-    [[nodiscard]] ASKING __MakeAsking(Clock::time_point objStart) const;
-    [[nodiscard]] Clock::time_point __GetLossTime() const;
-    void __Tell(CONTROL_LOSS eLoss);
+    void Run() noexcept;
+    bool WaitForBeat();
+    std::optional<CONTROL_LOSS> Beat();
+    void LetOthersAsk();
+    std::optional<CONTROL_LOSS> JudgeAnswer(const OUTCOME& objOutcome, std::uint32_t nPrivilege);
+    bool IsApplicationAnother();
+    [[nodiscard]] ASKING MakeAsking(Clock::time_point objStart) const;
+    [[nodiscard]] Clock::time_point GetLossTime() const;
+    void Tell(CONTROL_LOSS eLoss);
 
     CControlDialogue& m_objDialogue;
     const CONTROL_ACCESS m_eAccess;

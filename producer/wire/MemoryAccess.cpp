@@ -85,12 +85,12 @@ void CMemoryAccess::DoWrite(std::uint64_t nAddress, std::span<const std::byte> o
             m_objDialogue.DoReadBlock(objBlock.Address + static_cast<std::uint32_t>(nLast), objWhole.last(kRegister));
         }
         std::memcpy(objWhole.data() + objBlock.Skip, objBuffer.data() + objBlock.Offset, objBlock.Part);
-        __WriteBlock(objBlock.Address, objWhole);
+        WriteBlock(objBlock.Address, objWhole);
         nOffset += objBlock.Part;
     }
 }
 
-void CMemoryAccess::__WriteBlock(std::uint32_t nAddress, std::span<const std::byte> objBlock) {
+void CMemoryAccess::WriteBlock(std::uint32_t nAddress, std::span<const std::byte> objBlock) {
     if (m_bWritesBlocks && objBlock.size() > kRegister) {
         m_objDialogue.DoWriteBlock(nAddress, objBlock);
         return;

@@ -22,7 +22,7 @@ public:
     void DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer);
 
 private:
-    void __WriteBlock(std::uint32_t nAddress, std::span<const std::byte> objBlock);
+    void WriteBlock(std::uint32_t nAddress, std::span<const std::byte> objBlock);
 
     CControlDialogue& m_objDialogue;
     const bool m_bWritesBlocks;
