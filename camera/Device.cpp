@@ -37,7 +37,7 @@ void ForEachSaved(Function funFeature) {
 
 CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
                  IStreaming& objStreaming, TIME tNow)
-    : m_objStreaming(objStreaming), m_tClockStart(tNow) {
+    : m_objStreaming(objStreaming), m_objThermometer(tNow), m_tClockStart(tNow) {
     ListPlaces();
     SetRights();
     SetDefaults();
@@ -45,6 +45,7 @@ CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress 
     for (std::uint32_t nSet = 0; nSet < address::kUserSetCount; ++nSet) {
         SaveUserSet(nSet);
     }
+    Advance(tNow);
 }
 
 void CDevice::ListPlaces() {
@@ -244,6 +245,13 @@ EGvcpStatus CDevice::Write(std::uint32_t nAddress, std::span<const std::byte> ar
         m_objStreaming.Change(GetStreamSettings());
     }
     return EGvcpStatus::Success;
+}
+
+void CDevice::Advance(TIME tNow) {
+    m_objThermometer.Advance(tNow, m_bAcquiring);
+    for (std::uint32_t i = 0; i < address::kTemperatureCount; ++i) {
+        m_objRegisters.SetFloat(address::kDeviceTemperature + kWord * i, static_cast<float>(m_objThermometer.Get(i)));
+    }
 }
 
 void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {

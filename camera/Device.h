@@ -12,6 +12,7 @@
 #include "camera/FeatureTable.h"
 #include "camera/RegisterSpace.h"
 #include "camera/StreamSettings.h"
+#include "camera/Thermometer.h"
 #include "gev/Address.h"
 #include "gev/GvcpStatus.h"
 
@@ -34,6 +35,9 @@ public:
     ///         one that can't be changed now
     gev::EGvcpStatus Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow);
 
+    /// Brings what changes by itself up to this time. Due before anything is read, and before images begin or end.
+    void Advance(TIME tNow);
+
     /// Whether writing there takes its time.
     [[nodiscard]] bool IsSlow(std::uint32_t nAddress, std::size_t nLength) const;
 
@@ -54,6 +58,9 @@ public:
     [[nodiscard]] STREAM_SETTINGS GetStreamSettings() const;
     /// Ticks of the camera's clock, which are nanoseconds since its start or its last reset.
     [[nodiscard]] std::uint64_t GetTimestamp(TIME tNow) const;
+
+    /// Whether the sensor gets far too warm while images are taken, from the time of the last Advance on.
+    void SetOverheating(bool bOverheating) { m_objThermometer.SetOverheating(bOverheating); }
 
     /// Full and unterminated texts in place of the right ones, or the right ones back.
     void SetNamesWithoutEnd(bool bWithoutEnd);
@@ -91,6 +98,7 @@ private:
     std::vector<FEATURE_PLACE> m_vecPlace;                                    // by address
     std::array<std::vector<std::byte>, address::kUserSetCount> m_arrUserSet;  // the saved features one behind the other
     std::vector<std::byte> m_vecNames;  // the right texts, while they are replaced
+    CThermometer m_objThermometer;
     TIME m_tClockStart;
     CHANNEL m_objStreamChannel;        // as the stream was told
     std::uint32_t m_nAcquisition = 0;  // the last

@@ -48,7 +48,7 @@ public:
     /// Something happened to a frame of the stream.
     void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
     /// The stream has sent all images of this acquisition.
-    void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
+    void EndAcquisition(std::uint32_t nAcquisition, TIME tNow);
 
     [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
 

@@ -112,7 +112,7 @@ public:
         const std::scoped_lock lock(m_mtxNews);
         m_bNews = false;
         if (m_nEnded) {
-            objEngine.EndAcquisition(*m_nEnded);
+            objEngine.EndAcquisition(*m_nEnded, tNow);
             m_nEnded.reset();
         }
         for (std::size_t i = 0; i < m_nEvents; ++i) {
