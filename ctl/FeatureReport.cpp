@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <ostream>
 
 #include "ctl/FeatureTree.h"

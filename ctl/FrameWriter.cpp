@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <utility>
 

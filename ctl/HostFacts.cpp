@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <fstream>
-#include <string_view>
 
 #include <QHostAddress>
 #include <QNetworkInterface>

@@ -15,7 +15,6 @@
 #include <sys/socket.h>
 
 #include "gev/BigEndian.h"
-#include "producer/ProducerError.h"
 #include "producer/wire/SocketDescriptor.h"
 
 namespace producer {

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <string>
 
 #include "gev/GvcpHeader.h"
 #include "producer/wire/Adapter.h"

@@ -6,9 +6,7 @@
 #include <memory>
 #include <span>
 #include <stop_token>
-#include <string>
 
-#include "GenTL/GenTL.h"
 #include "producer/wire/Adapter.h"
 #include "producer/wire/ControlSettings.h"
 

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>

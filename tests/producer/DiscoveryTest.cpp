@@ -5,7 +5,6 @@
 #include <chrono>
 #include <future>
 #include <span>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>

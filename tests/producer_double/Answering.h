@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 #include "GenTL/GenTL.h"
 #include "tests/producer_double/ProducerControl.h"

@@ -6,7 +6,6 @@
 #include <new>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 
 #include "tests/producer_double/Answering.h"

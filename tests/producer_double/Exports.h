@@ -1,8 +1,6 @@
 #ifndef NORVIK_TESTS_PRODUCER_DOUBLE_EXPORTS_H
 #define NORVIK_TESTS_PRODUCER_DOUBLE_EXPORTS_H
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
 #include "tests/producer_double/Call.h"

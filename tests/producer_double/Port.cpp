@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
-#include <cstring>
 #include <stdexcept>
 
 #include "tests/producer_double/GenTLError.h"

@@ -2,12 +2,10 @@
 
 #include "tests/producer/entries/TreeTest.h"
 
-#include <atomic>
 #include <chrono>
 #include <exception>
 #include <future>
 #include <optional>
-#include <string>
 #include <utility>
 #include <vector>
 
