@@ -59,7 +59,4 @@ private:
 /// Questions asked and acknowledged by broadcast.
 inline constexpr std::uint8_t kBroadcastFlags = gev::kGvcpFlagAcknowledge | gev::kGvcpFlagBroadcastAcknowledge;
 
-/// @return a request ID that no other question of this process had lately. Any thread may call.
-std::uint16_t TakeRequestID() noexcept;
-
 }  // namespace producer

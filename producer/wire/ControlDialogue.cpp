@@ -7,7 +7,7 @@
 
 #include "gev/GvcpMemory.h"
 #include "gev/GvcpRegister.h"
-#include "producer/wire/BroadcastLine.h"
+#include "producer/wire/RequestID.h"
 #include "support/Address.h"
 
 namespace producer {
