@@ -170,10 +170,6 @@ bool CControlDialogue::TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<
 
 std::span<const std::byte> CControlDialogue::AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
                                                         gev::GvcpBuffer& arrAnswer) {
-    if (objQuestion.empty()) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER, "there is no GVCP question for a register at " +
-                                                           FormatHex(nAddress) + ": addresses are multiples of 4");
-    }
     const OUTCOME objOutcome = Ask(objQuestion, GetAsking(), arrAnswer);
     if (objOutcome.Kind != OUTCOME::KIND::Answered) {
         Throw(objOutcome, gev::EGvcpCommand{gev::Get16(objQuestion, 2)}, nAddress);

@@ -21,8 +21,7 @@ public:
     [[nodiscard]] int GetError() const noexcept { return m_nError; }
 
     /// @return what has come already, without waiting; packets that are no whole UDP datagrams are dropped. Nothing
-    /// also
-    ///         after 64 that were dropped: the socket stays readable then.
+    ///         also after 64 that were dropped: the socket stays readable then.
     std::optional<RECEIVED_DATAGRAM> Receive(std::span<std::byte> objBuffer) const noexcept;
 
     /// @return -1 for none.
