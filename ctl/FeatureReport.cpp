@@ -1,6 +1,7 @@
+#include "ctl/FeatureReport.h"
+
 #include <ostream>
 
-#include "ctl/FeatureTree.h"
 #include "ctl/Json.h"
 #include "ctl/Table.h"
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,11 +31,6 @@ std::string DescribeLimits(GenApi_3_0::INode& objNode);
 /// @throws CTimeoutError, CDeviceOfflineError  the camera has gone; one that refuses a feature leaves it without value
 /// @return the category Root; empty if there is none
 FEATURE ReadFeatureTree(const GenApi_3_0::INodeMap& objNodeMap, bool bAll);
-
-/// One line for each feature, indented by its categories.
-void WriteFeatureTree(std::ostream& objOut, const FEATURE& objRoot);
-/// One object: a category is an object of its features, a feature one of "kind", "value", "unit", "access", "limits".
-void WriteFeatureTreeJson(std::ostream& objOut, const FEATURE& objRoot);
 
 /// The names in the node map that a user may have meant by one that isn't in it: equal but for the case, or containing
 /// it. At most five.

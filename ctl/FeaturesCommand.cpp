@@ -12,6 +12,7 @@
 #include "GenTL/GenTL.h"
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
 #include "ctl/ErrorText.h"
+#include "ctl/FeatureReport.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/OpenCamera.h"
 #include "ctl/Table.h"

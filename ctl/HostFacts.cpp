@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "ctl/HostCommand.h"
+#include "ctl/InputFilters.h"
 #include "ctl/ProducerPath.h"
 #include "support/Environment.h"
 

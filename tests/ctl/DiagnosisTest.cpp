@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "ctl/Diagnosis.h"
+#include "ctl/InputFilters.h"
 
 namespace {
 
