@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_ANSWERING_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_ANSWERING_H
+#pragma once
 
 #include <cstddef>
 #include <span>
@@ -35,5 +34,3 @@ inline void PutBool(const TARGET& objTarget, bool bValue) {
 void PutAnswer(const TARGET& objTarget, const ANSWER& objAnswer);
 
 }  // namespace ProducerDouble
-
-#endif

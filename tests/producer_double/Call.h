@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_CALL_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_CALL_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -104,5 +103,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_EXPORTS_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_EXPORTS_H
+#pragma once
 
 #include <string>
 
@@ -29,5 +28,3 @@ TModule& Opened(CProducer& objProducer, void* h) {
 }
 
 }  // namespace ProducerDouble
-
-#endif

@@ -127,15 +127,6 @@ std::int64_t CPort::Integer(const std::string& strName) const {
     return static_cast<std::int64_t>(nValue);
 }
 
-std::string CPort::Text(const std::string& strName) const {
-    const LOCK lock = m_objMonitor.Enter();
-    const FEATURE& objFeature = __Find(strName);
-    std::string strText(objFeature.nLength, '\0');
-    m_objRegisters.Read(objFeature.nAddress, std::as_writable_bytes(std::span(strText)));
-    strText.resize(strText.find('\0') == std::string::npos ? strText.size() : strText.find('\0'));
-    return strText;
-}
-
 IPortControl& CPort::SetInteger(const std::string& strName, std::int64_t nValue) {
     const LOCK lock = m_objMonitor.Enter();
     m_objRegisters.Place(__Find(strName).nAddress, BigEndian(static_cast<std::uint64_t>(nValue)));
