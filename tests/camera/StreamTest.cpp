@@ -180,6 +180,7 @@ TEST_F(Stream, BlocksAreWholeAndBitExactInBothWidthsWithAndWithoutChunks) {
 }
 
 TEST_F(Stream, PacketsAreSentAgainWhileTheyAreThereAndRefusedByStatusElse) {
+    const camera::FRAME_SETTINGS objFrame = Settings.Frame;
     for (const bool bExtendedIDs : {false, true}) {
         Settings.Format.ExtendedIDs = bExtendedIDs;
         Sender->Open();
@@ -193,6 +194,15 @@ TEST_F(Stream, PacketsAreSentAgainWhileTheyAreThereAndRefusedByStatusElse) {
         Start(1200);
         Catcher.AwaitTrailers(1200);
         EXPECT_EQ(Ask(1, 0, 4, 1), "4:32785 ") << "removed with all before";
+
+        Settings.Frame.Trigger[camera::kTriggerFrameStart] = Settings.Frame.Event[camera::kEventFrameTrigger] = true;
+        Settings.Frame.Exposure = 1h;
+        Catcher.TakeNotes();
+        Start(1);
+        Sender->Trigger(camera::kTriggerFrameStart);
+        Catcher.AwaitNote("event1/1203 ");
+        EXPECT_EQ(Ask(1203, 0, 4, 1), "4:32784 ") << "still exposed";
+        Settings.Frame = objFrame;
     }
 }
 
