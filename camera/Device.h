@@ -41,6 +41,8 @@ public:
     void CloseChannels();
     /// The acquisition of this number has taken all its images.
     void EndAcquisition(std::uint32_t nAcquisition);
+    /// So many packets of images found no way out.
+    void CountUnsent(std::uint64_t nPackets);
 
     /// Whether DeviceReset was written since the last call.
     [[nodiscard]] bool TakeResetWish();

@@ -174,6 +174,9 @@ constexpr std::array kFeatures = {
 
     FEATURE{.Name = "PayloadSize", .Category = "TransportLayerControl", .ToolTip = "Bytes of an image with all that stands behind it",
             .Access = ReadOnly, .Visibility = Expert, .Address = kPayloadSize, .Unit = "B", .Volatile = true},
+    FEATURE{.Name = "StreamUnsentPacketCount", .Category = "TransportLayerControl",
+            .ToolTip = "Packets of images that found no way out since the stream channel was opened", .Access = ReadOnly,
+            .Visibility = Expert, .Address = kStreamUnsentPacketCount, .Volatile = true},
     FEATURE{.Name = "GevVersion", .Category = "TransportLayerControl", .ToolTip = "Version of GigE Vision, major in the high half",
             .Access = ReadOnly, .Visibility = Expert, .Notation = ENotation::HexNumber, .Address = boot::kVersion.Address},
     FEATURE{.Name = "GevMACAddress", .Category = "TransportLayerControl", .ToolTip = "MAC of the camera", .Access = ReadOnly,

@@ -235,6 +235,17 @@ EGvcpStatus CProtocolEngine::Resend(const REQUEST& objRequest) {
     return nStatus;
 }
 
+void CProtocolEngine::TellUnsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent) {
+    m_objDevice.CountUnsent(objUnsent.Count);
+    if (m_funLog && nAcquisition != m_nUnsentTold) {
+        const CHANNEL objChannel = m_objDevice.GetStreamChannel();
+        Log("images can't be sent to " + std::string(gev::FormatIPv4(objChannel.Address).GetText()) + ":" +
+            std::to_string(objChannel.Port) + ": " + objUnsent.Reason.message() +
+            ". StreamUnsentPacketCount counts what is lost");
+    }
+    m_nUnsentTold = nAcquisition;
+}
+
 void CProtocolEngine::LoseControl() {
     m_objControl.Drop();
     m_objSlowWork.reset();

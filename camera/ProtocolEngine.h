@@ -49,6 +49,8 @@ public:
     void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
     /// The stream has sent all images of this acquisition.
     void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
+    /// Packets of this acquisition's images found no way out. The first time in an acquisition goes to the log.
+    void TellUnsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent);
 
     [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
 
@@ -120,8 +122,9 @@ private:
     CAnswering m_objAnswering;
     FAULTS m_objFaults;
     TIME m_tFaultsSet{};
-    std::uint32_t m_nCommands = 0;  // since the faults were set
-    bool m_bGone = false;           // vanished, and its stream with it
+    std::uint32_t m_nCommands = 0;    // since the faults were set
+    bool m_bGone = false;             // vanished, and its stream with it
+    std::uint32_t m_nUnsentTold = 0;  // the acquisition whose lost packets went to the log
     std::optional<SLOW_WORK> m_objSlowWork;
     LAST_WRITE m_objLastWrite;
     gev::GvcpBuffer m_arrAnswer{};  // being built

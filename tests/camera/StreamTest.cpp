@@ -44,8 +44,10 @@ public:
         }
         m_cv.notify_all();
     }
+    [[nodiscard]] camera::UNSENT_PACKETS TakeUnsent() override { return {}; }
     void SendForeign(const camera::STREAM_PACKET& /*objPacket*/) override { Note("foreign"); }
     void AcquisitionEnded(std::uint32_t nAcquisition) override { Note("end" + std::to_string(nAcquisition)); }
+    void Unsent(std::uint32_t /*nAcquisition*/, const camera::UNSENT_PACKETS& /*objUnsent*/) override {}
     void Happened(const camera::FRAME_EVENT& objEvent) override {
         Note("event" + std::to_string(objEvent.Event) + "/" + std::to_string(objEvent.Frame));
     }
