@@ -39,7 +39,6 @@ struct CAMERA_CONFIGURATION {
     std::string Serial;                    ///< at most 15 bytes; empty: made from the MAC
     std::string UserName;                  ///< at most 15 bytes
     std::chrono::milliseconds Reconfiguration{200};  ///< unreachable so long whenever the IP configuration starts
-    std::chrono::milliseconds SlowCommand{1000};     ///< what a slow register takes to be written
     FAULTS Faults;
     /// What PackDescription made for the model, for whoever makes many cameras; may be null.
     std::shared_ptr<const std::vector<std::byte>> Description;

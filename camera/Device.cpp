@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "camera/SentBlocks.h"
+#include "gev/BigEndian.h"
 #include "gev/GvcpHeader.h"
 #include "gev/GvcpMemory.h"
 
@@ -50,7 +51,7 @@ CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress 
 void CDevice::ListPlaces() {
     const auto addressOf = [](std::string_view strName) { return strName.empty() ? 0 : FindFeature(strName).Address; };
     for (const FEATURE& objFeature : ListFeatures()) {
-        if (objFeature.IsBit()) {
+        if (objFeature.IsPart()) {
             continue;
         }
         m_vecPlace.push_back({&objFeature, addressOf(objFeature.MaxOf), addressOf(objFeature.MaxLess)});
@@ -112,12 +113,11 @@ void CDevice::SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMA
     objMemory.Set(boot::kMessageChannelSourcePort, gev::kGvcpPort);
     objMemory.Set(boot::kStreamChannelSourcePort, m_objStreaming.GetPort());
     objMemory.Set(boot::kTimestampTickFrequencyLow, kTicksPerSecond);
-    objMemory.Set(boot::kPendingTimeout, static_cast<std::uint32_t>(objConfiguration.SlowCommand.count()));
 }
 
 void CDevice::SetDefaults() {
     for (const FEATURE& objFeature : ListFeatures()) {
-        if (objFeature.IsBit()) {
+        if (objFeature.IsPart()) {
             continue;
         }
         if (objFeature.Kind == EKind::Float) {
@@ -207,13 +207,17 @@ bool CDevice::IsLocked(std::uint32_t nAddress, std::size_t nLength) const {
     return false;
 }
 
-bool CDevice::IsSlow(std::uint32_t nAddress, std::size_t nLength) const {
-    for (std::uint32_t i = nAddress; i < nAddress + nLength; i += kWord) {
-        if (const FEATURE_PLACE* const pPlace = FindPlace(i); pPlace != nullptr && pPlace->Feature->Slow) {
-            return true;
+std::chrono::milliseconds CDevice::GetDuration(std::uint32_t nAddress, std::span<const std::byte> arrData) const {
+    std::chrono::milliseconds nLongest{};
+    for (std::uint32_t i = 0; i + kWord <= arrData.size(); i += kWord) {
+        const FEATURE_PLACE* const pPlace = FindPlace(nAddress + i);
+        const std::uint32_t nValue = gev::Get32(arrData, i);
+        // What the feature can't have is refused at once.
+        if (pPlace != nullptr && pPlace->Feature->Slow && nValue <= pPlace->Feature->Max) {
+            nLongest = std::max(nLongest, std::chrono::milliseconds(nValue));
         }
     }
-    return false;
+    return nLongest;
 }
 
 EGvcpStatus CDevice::Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow) {

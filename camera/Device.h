@@ -34,8 +34,9 @@ public:
     ///         one that can't be changed now
     gev::EGvcpStatus Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow);
 
-    /// Whether writing there takes its time.
-    [[nodiscard]] bool IsSlow(std::uint32_t nAddress, std::size_t nLength) const;
+    /// How long writing this takes; mostly nothing.
+    [[nodiscard]] std::chrono::milliseconds GetDuration(std::uint32_t nAddress,
+                                                        std::span<const std::byte> arrData) const;
 
     /// Closes the stream and message channels, and ends an acquisition.
     void CloseChannels();

@@ -39,7 +39,6 @@ CProtocolEngine::CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, g
                          ? objConfiguration.Description
                          : std::make_shared<const std::vector<std::byte>>(PackDescription(m_strModel))),
       m_funLog(objConfiguration.Log),
-      m_nSlowCommand(objConfiguration.SlowCommand),
       m_objMAC(objMAC),
       m_objStreaming(objStreaming),
       m_objDevice(objConfiguration, objMAC, nLinkSpeed, objStreaming, tNow),

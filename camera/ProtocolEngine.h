@@ -98,7 +98,7 @@ private:
     void Acknowledge(const REQUEST& objRequest, std::span<const std::byte> arrAnswer,
                      std::chrono::milliseconds nDelay = {});
 
-    [[nodiscard]] bool IsSlow(const REQUEST& objRequest) const;
+    [[nodiscard]] std::chrono::milliseconds GetDuration(const REQUEST& objRequest) const;
     void BeginSlowWork(const REQUEST& objRequest, std::optional<std::chrono::milliseconds> nDuration, bool bPending);
     void AdvanceSlowWork(TIME tNow);
     [[nodiscard]] bool AnswerRepeat(const REQUEST& objRequest);
@@ -112,7 +112,6 @@ private:
     std::string m_strModel;
     std::shared_ptr<const std::vector<std::byte>> m_pDescription;  // packed, without faults
     std::function<void(std::string_view)> m_funLog;
-    std::chrono::milliseconds m_nSlowCommand;
     gev::CMACAddress m_objMAC;
     IStreaming& m_objStreaming;
     CDevice m_objDevice;
