@@ -42,6 +42,11 @@ struct CAMERA_CONFIGURATION {
     FAULTS Faults;
     /// What PackDescription made for the model, for whoever makes many cameras; may be null.
     std::shared_ptr<const std::vector<std::byte>> Description;
+    /// What Keep was given by this camera's last life. Comes before Persistent and UserName.
+    std::optional<std::string> State;
+    /// Gets, as a text, all that a camera keeps when it is switched off, whenever some of it has changed; answers
+    /// whether it is safe. May be empty.
+    std::function<bool(std::string_view)> Keep;
     std::function<void(std::string_view)> Log;  ///< gets a line for each request and change; may be empty
 };
 

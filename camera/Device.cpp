@@ -25,6 +25,21 @@ constexpr std::uint32_t kTicksPerSecond = 1'000'000'000;
 constexpr boot::REGISTER kNames{boot::kManufacturerName.Address,
                                 boot::kUserDefinedName.GetEnd() - boot::kManufacturerName.Address};
 
+/// Whether a write there changes what a camera keeps.
+bool IsKept(std::uint32_t nAddress) {
+    switch (nAddress) {
+        case boot::kPersistentIP.Address:
+        case boot::kPersistentSubnetMask.Address:
+        case boot::kPersistentGateway.Address:
+        case boot::kCurrentIPConfiguration.Address:
+        case address::kUserSetDefault:
+        case address::kUserSetSave:
+            return true;
+        default:
+            return nAddress >= boot::kUserDefinedName.Address && nAddress < boot::kUserDefinedName.GetEnd();
+    }
+}
+
 template <class Function>
 void ForEachSaved(Function funFeature) {
     for (const FEATURE& objFeature : ListFeatures()) {
@@ -45,6 +60,9 @@ CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress 
     SetIdentity(objConfiguration, objMAC, nLinkSpeed);
     for (std::uint32_t nSet = 0; nSet < address::kUserSetCount; ++nSet) {
         SaveUserSet(nSet);
+    }
+    if (objConfiguration.State) {
+        Restore(ParseState(*objConfiguration.State, GetState()));
     }
 }
 
@@ -255,6 +273,7 @@ void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {
         return;
     }
     const std::uint32_t nValue = m_objRegisters.Get(nAddress);
+    m_bStateChanged = m_bStateChanged || IsKept(nAddress);
     switch (nAddress) {
         case boot::kTimestampControl.Address:
             ControlTimestamp(nValue, tNow);
@@ -318,6 +337,51 @@ void CDevice::LoadUserSet(std::uint32_t nSet) {
         arrLeft = arrLeft.subspan(nLength);
     });
     UpdatePayloadSize();
+}
+
+CAMERA_STATE CDevice::GetState() const {
+    CAMERA_STATE objState;
+    const boot::REGISTER objName = boot::kUserDefinedName;
+    const auto arrName = m_vecNames.empty() ? m_objRegisters.View(objName.Address, objName.Size)
+                                            : std::span<const std::byte>(m_vecNames).last(objName.Size);
+    for (const std::byte nByte : arrName) {
+        if (nByte == std::byte{0}) {
+            break;
+        }
+        objState.UserName += std::to_integer<char>(nByte);
+    }
+    objState.Persistent = {m_objRegisters.Get(boot::kPersistentIP), m_objRegisters.Get(boot::kPersistentSubnetMask),
+                           m_objRegisters.Get(boot::kPersistentGateway)};
+    objState.UsePersistent =
+        (m_objRegisters.Get(boot::kCurrentIPConfiguration) & boot::kIPConfigurationPersistent) != 0;
+    objState.DefaultSet = m_objRegisters.Get(address::kUserSetDefault);
+    std::copy_n(m_arrUserSet.begin() + 1, objState.UserSet.size(), objState.UserSet.begin());
+    return objState;
+}
+
+// The limits are those of a host's writes: a state can't bring the camera where nobody else could.
+void CDevice::Restore(const CAMERA_STATE& objState) {
+    for (std::uint32_t nSet = 1; nSet < address::kUserSetCount; ++nSet) {
+        m_arrUserSet[nSet] = objState.UserSet[nSet - 1];
+        LoadUserSet(nSet);
+        ForEachSaved([&](std::uint32_t nAddress, std::uint32_t nLength) {
+            if (CheckValues(nAddress, nLength) != EGvcpStatus::Success) {
+                throw CStateError(std::string(FindFeature("UserSetSelector").Entries[nSet].Name) +
+                                  ": not within its limits: " + std::string(FindPlace(nAddress)->Feature->Name));
+            }
+        });
+    }
+    m_objRegisters.SetText(boot::kUserDefinedName, objState.UserName);
+    m_objRegisters.Set(boot::kPersistentIP, objState.Persistent.Address);
+    m_objRegisters.Set(boot::kPersistentSubnetMask, objState.Persistent.Mask);
+    m_objRegisters.Set(boot::kPersistentGateway, objState.Persistent.Gateway);
+    m_objRegisters.Set(boot::kCurrentIPConfiguration, objState.UsePersistent ? boot::kIPConfigurationPersistent : 0);
+    m_objRegisters.Set(address::kUserSetDefault, objState.DefaultSet);
+    LoadUserSet(objState.DefaultSet);
+}
+
+bool CDevice::TakeStateChange() {
+    return std::exchange(m_bStateChanged, false);
 }
 
 void CDevice::CloseChannels() {

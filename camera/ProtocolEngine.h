@@ -25,10 +25,11 @@ namespace camera {
 
 /// A whole camera without sockets: datagrams and the time go in, datagrams and changes of its address come out.
 ///
-/// Calls allocate nothing unless a log is kept. Not for two threads at once.
+/// Calls allocate nothing unless a log or a state is kept. Not for two threads at once.
 class CProtocolEngine {
 public:
     /// @param objAdapter, objOutlet, objStreaming  must outlive this
+    /// @throws CStateError  the configuration's state is none of this camera
     CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
                     IAdapter& objAdapter, IOutlet& objOutlet, IStreaming& objStreaming, TIME tNow);
     CProtocolEngine(const CProtocolEngine&) = delete;
@@ -103,6 +104,7 @@ private:
     void AdvanceSlowWork(TIME tNow);
     [[nodiscard]] bool AnswerRepeat(const REQUEST& objRequest);
     void RememberWrite(const REQUEST& objRequest, std::span<const std::byte> arrAnswer);
+    gev::EGvcpStatus KeepState() const;
     void LoseControl();
     void ResetIfWished(TIME tNow);
 
@@ -112,6 +114,7 @@ private:
     std::string m_strModel;
     std::shared_ptr<const std::vector<std::byte>> m_pDescription;  // packed, without faults
     std::function<void(std::string_view)> m_funLog;
+    std::function<bool(std::string_view)> m_funKeep;
     gev::CMACAddress m_objMAC;
     IStreaming& m_objStreaming;
     CDevice m_objDevice;

@@ -136,7 +136,8 @@ EGvcpStatus CProtocolEngine::WriteBlock(const REQUEST& objRequest, std::uint32_t
     if (nAddress < kPrivilege && arrData.size() > kPrivilege - nAddress) {
         return EGvcpStatus::InvalidAddress;
     }
-    return m_objDevice.Write(nAddress, arrData, objRequest.Now);
+    const EGvcpStatus nStatus = m_objDevice.Write(nAddress, arrData, objRequest.Now);
+    return m_objDevice.TakeStateChange() ? KeepState() : nStatus;
 }
 
 std::chrono::milliseconds CProtocolEngine::GetDuration(const REQUEST& objRequest) const {
