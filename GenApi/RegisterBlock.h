@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "GenApi/NodeImpl.h"
-#include "GenApi/PropertyReader.h"
-#include "GenApi/ValueSource.h"
+#include "GenApi/NumberRef.h"
 
 namespace GenApi_3_0 {
 
