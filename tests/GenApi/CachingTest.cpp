@@ -24,7 +24,7 @@ TEST(Caching, ReadsAndWritesThePortAsTheModeSays) {
          {CASE{"WriteThrough", 1, 0, 0}, CASE{"WriteAround", 1, 0, 1}, CASE{"NoCache", 1, 1, 1}}) {
         SCOPED_TRACE(objCase.Mode);
         CTestMap objMap(Reg("R", 0, std::string("<Cachable>") + objCase.Mode + "</Cachable>") +
-                        "<Integer Name='F'><pValue>R</pValue></Integer>");
+                        "<Integer Name='F'><pValue>R</pValue></Integer><Boolean Name='B'><pValue>R</pValue></Boolean>");
         for (const char* pName : {"R", "F"}) {
             objMap.Node("R").InvalidateNode();
             objMap.Integer(pName).GetValue();
@@ -39,6 +39,9 @@ TEST(Caching, ReadsAndWritesThePortAsTheModeSays) {
             EXPECT_EQ(objMap.Integer(pName).GetValue(), 5);
             EXPECT_EQ(objMap.Port.TakeReads(), objCase.ReadAfterWrite);
         }
+        objMap.Integer("R").SetValue(0);
+        EXPECT_FALSE(objMap.Boolean("B").GetValue(true));
+        EXPECT_EQ(objMap.Port.TakeReads(), objCase.ReadAfterWrite) << "what is verified is what was read";
         EXPECT_EQ(objMap.Node("F").IsCachable(), std::string(objCase.Mode) != "NoCache");
     }
 }
