@@ -1,7 +1,9 @@
 #include "GenApi/NumberProperties.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "GenApi/NodeMapLimits.h"
@@ -9,6 +11,12 @@
 
 namespace GenApi_3_0 {
 namespace {
+
+// What isn't a number has no place in an order, and sorting it among others is undefined.
+std::optional<double> ParseOrderedFloat(std::string_view strText) {
+    const auto fValue = ParseFloat(strText);
+    return fValue && std::isnan(*fValue) ? std::nullopt : fValue;
+}
 
 // The values are separated by semicolons, or just by white space.
 template <class Value, class Parse>
@@ -40,7 +48,7 @@ std::vector<std::int64_t> ReadValidIntegers(const PROPERTY& objProperty, CProper
 }
 
 std::vector<double> ReadValidFloats(const PROPERTY& objProperty, CPropertyReader& objReader) {
-    return ReadList<double>(objProperty, objReader, ParseFloat);
+    return ReadList<double>(objProperty, objReader, ParseOrderedFloat);
 }
 
 ERepresentation ReadRepresentation(const PROPERTY& objProperty, CPropertyReader& objReader) {
