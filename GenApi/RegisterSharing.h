@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "GenApi/NodeContext.h"
+#include "GenApi/SeededHash.h"
 
 namespace GenApi_3_0 {
 
@@ -31,7 +32,7 @@ private:
         std::uint32_t LastBit;
     };
 
-    std::unordered_map<std::string, REGISTER_CELL*> m_mapCell;
+    std::unordered_map<std::string, REGISTER_CELL*, CSeededHash> m_mapCell;
     std::vector<USER> m_vecUser;
 };
 
