@@ -128,6 +128,7 @@ bool CFeatureStore::AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecP
         return false;
     }
     for (IValue* pSelector : vecSelecting) {
+        CountStep();  // a description can let thousands of nodes select each of thousands of others
         // Selectors may select each other in a circle, which says nothing of their order.
         if (!IsIn(vecPath, pSelector) && !IsIn(vecSelector, pSelector) && IsName(NameOf(pSelector))) {
             if (!AppendSelectors(pSelector, vecPath, vecSelector) || vecSelector.size() == kMaxSelectorsOfFeature) {

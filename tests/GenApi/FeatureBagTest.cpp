@@ -305,6 +305,17 @@ TEST(FeatureBag, SelectorsInACircleOrInALongChainEndTheWalk) {
     EXPECT_FALSE(objBag.StoreToBag(objChain.Map._Ptr, -1, &vecError));
     EXPECT_THAT(TextsOf(vecError), testing::Contains(HasSubstr("S20: It has more than 8 selectors")));
     EXPECT_THAT(LinesOf(objBag), testing::Contains("S20=0"));
+
+    // Each of the features asks for the hub's selectors anew, and none of these can stand in a bag.
+    std::string strMany;
+    std::string strHub;
+    for (int i = 0; i < 2000; ++i) {
+        strMany += "<Integer Name='#" + std::to_string(i) + "'>" + Selects({"Hub"}) + "</Integer>" +
+                   Feature("F" + std::to_string(i), 4 * i);
+        strHub += Selects({"F" + std::to_string(i)});
+    }
+    CTestMap objMany(strMany + Feature("Hub", 9000, strHub));
+    EXPECT_THROW(objBag.StoreToBag(objMany.Map._Ptr), GenICam_3_0::RuntimeException);
 }
 
 // Failures
