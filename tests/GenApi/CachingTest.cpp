@@ -150,6 +150,30 @@ TEST(Invalidation, OfBitsLeavesOtherBitsOfTheRegisterAlone) {
     EXPECT_EQ(objMap.Integer("Low").GetValue(), 0);
 }
 
+TEST(Invalidation, ReachesRegistersOfOtherPlacesThatOverlap) {
+    const auto Part = [](const char* pKind, const char* pName, int nAddress, int nLength, const char* pBit) {
+        return std::string("<") + pKind + " Name='" + pName + "'><Address>" + std::to_string(nAddress) +
+               "</Address><Length>" + std::to_string(nLength) + "</Length>" + pBit +
+               "<AccessMode>RW</AccessMode><pPort>Device</pPort></" + pKind + ">";
+    };
+    CTestMap objMap(Reg("Word", 0) + Part("IntReg", "Half", 2, 2, "") +
+                    Part("MaskedIntReg", "Bit", 2, 2, "<Bit>0</Bit>") + Part("IntReg", "Both", 0, 8, "") +
+                    Reg("Second", 4) + Reg("Next", 8) + "<Integer Name='Feature'><pValue>Half</pValue></Integer>");
+    using Names = std::vector<std::string>;
+    CReread objReread(objMap, {"Word", "Half", "Bit", "Both", "Second", "Next"});
+    EXPECT_EQ(objMap.Integer("Feature").GetValue(), 0);
+    objMap.Integer("Word").SetValue(0x10000);
+    EXPECT_EQ(objReread.Names(), (Names{"Half", "Both"}));
+    EXPECT_EQ(objMap.Integer("Feature").GetValue(), 1);
+    EXPECT_EQ(objMap.Integer("Bit").GetValue(), 1);
+    objMap.Integer("Bit").SetValue(0);
+    EXPECT_EQ(objReread.Names(), (Names{"Word", "Both"})) << "the rest of the half is known";
+    objMap.Integer("Next").SetValue(1);
+    EXPECT_EQ(objReread.Names(), Names{});
+    objMap.Integer("Both").SetValue(5);
+    EXPECT_EQ(objReread.Names(), (Names{"Word", "Half", "Second"}));
+}
+
 TEST(Invalidation, FollowsAWriteThatFailed) {
     CTestMap objMap(Reg("R", 0) + Reg("Dependent", 4, "<pInvalidator>R</pInvalidator>"));
     CReread objReread(objMap, {"R", "Dependent"});
