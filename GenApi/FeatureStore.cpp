@@ -152,9 +152,10 @@ void CFeatureStore::StoreSelected(FeatureSpan spanFeature, const std::vector<IVa
     }
     m_vecName.resize(nLines);
     m_vecValue.resize(nLines);
-    m_objErrors.Note(NameOf(spanFeature.front()), "Its selectors have more than " +
-                                                      std::to_string(kMaxSelectorCombinations) +
-                                                      " values together, so it is stored for the present ones alone");
+    for (IValue* pFeature : spanFeature) {
+        m_objErrors.Note(NameOf(pFeature), "Its selectors have more than " + std::to_string(kMaxSelectorCombinations) +
+                                               " values together, so it is stored for the present ones alone");
+    }
     StartLevels(vecSelector);
     StoreUnder(0, spanFeature, false);
 }
