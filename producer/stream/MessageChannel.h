@@ -24,11 +24,11 @@ public:
     /// the length of the call.
     using EventCallback = std::function<void(const gev::EVENT_ENTRY& objEvent, std::span<const std::byte> spanData)>;
 
-    /// Opens the camera's message channel towards this machine.
+    /// Opens the camera's message channel towards this machine. Takes at most some four seconds.
     /// @param objChannel  with control; must outlive this object
     /// @throws CProducerError  as CControlChannel and CUdpSocket; GC_ERR_RESOURCE_EXHAUSTED without a thread
     CMessageChannel(CControlChannel& objChannel, EventCallback funEvent);
-    /// Closes the camera's message channel, if it still answers, and ends the thread.
+    /// Closes the camera's message channel, if it answers within a second, and ends the thread.
     ~CMessageChannel();
     CMessageChannel(const CMessageChannel&) = delete;
     CMessageChannel& operator=(const CMessageChannel&) = delete;

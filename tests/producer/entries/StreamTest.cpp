@@ -20,6 +20,8 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::uint64_t kLongEnough = 5000;
 
 /// What came of one acquisition.
@@ -257,15 +259,29 @@ TEST_F(ProducerStream, EventsOfTheCameraComeOnceEachWithTheirData) {
     ASSERT_NO_FATAL_FAILURE(StopAndRevoke());
 }
 
-TEST_F(ProducerStream, ThatTheCameraHoldsOnToIsEndedByTheCloseOfTheDevice) {
-    ASSERT_NO_FATAL_FAILURE(Plug({}));
-    ASSERT_NO_FATAL_FAILURE(StartWith(2));
+TEST_F(ProducerStream, OfACameraThatOnlyAsksForPatienceStopsStartsAndClosesWithinItsTimes) {
+    const auto funCall = [this](const char* pszWhat, GC_ERROR nResult, std::chrono::milliseconds objMost,
+                                auto funWhat) {
+        const auto objStart = std::chrono::steady_clock::now();
+        EXPECT_EQ(funWhat(), nResult) << pszWhat << " " << LastError();
+        EXPECT_LT(std::chrono::steady_clock::now() - objStart, objMost) << pszWhat;
+    };
+    const auto funStart = [this] {
+        return Lib().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, GENTL_INFINITE);
+    };
     camera::FAULTS objFaults;
     objFaults.PendingForever = true;
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    Write(gev::bootstrap::kHeartbeatTimeout.Address, 30'000);  // so that the camera isn't given up meanwhile
+    ASSERT_NO_FATAL_FAILURE(StartWith(2));
     m_pCamera->Get().SetFaults(objFaults);
-    const auto objStart = std::chrono::steady_clock::now();
-    EXPECT_EQ(Lib().DevClose(m_hDevice), GC_ERR_SUCCESS) << LastError();
-    EXPECT_LT(std::chrono::steady_clock::now() - objStart, std::chrono::seconds(5));
+    funCall("stop", GC_ERR_SUCCESS, 1500ms,
+            [this] { return Lib().DSStopAcquisition(m_hStream, ACQ_STOP_FLAGS_DEFAULT); });
+    funCall("start", GC_ERR_TIMEOUT, 5500ms, funStart);
+    m_pCamera->Get().SetFaults({});
+    ASSERT_EQ(funStart(), GC_ERR_SUCCESS) << LastError();
+    m_pCamera->Get().SetFaults(objFaults);
+    funCall("close", GC_ERR_SUCCESS, 1000ms, [this] { return Lib().DevClose(m_hDevice); });
 }
 
 // By hand, in release: scripts/stream_endurance.sh.
