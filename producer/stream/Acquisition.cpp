@@ -74,7 +74,7 @@ CAcquisition::~CAcquisition() {
     Stop(false);
 }
 
-void CAcquisition::OpenChannel(bool bProbe, Clock::time_point objDeadline) {
+void CAcquisition::OpenChannel(bool bProbeSize, Clock::time_point objDeadline) {
     m_objFacts.TickFrequency = ReadTickFrequency(m_objChannel, objDeadline);
     const std::uint32_t nCapability = m_objChannel.DoReadRegister(kGvcpCapability.Address, objDeadline);
     m_objFacts.CanResend = (nCapability & kGvcpCapabilityPacketResend) != 0;
@@ -83,17 +83,16 @@ void CAcquisition::OpenChannel(bool bProbe, Clock::time_point objDeadline) {
     m_objFacts.Port = m_objSocket.GetLocalPort();
     PointChannelTo(m_objChannel, m_objSocket, objDeadline);
     m_bOpen = true;
-    if (bProbe) {
-        ProbeChannel(objDeadline);
-    }
+    ProbeChannel(bProbeSize, objDeadline);
     m_objFacts.PacketSize =
         m_objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline) & kPacketSizeMask;
     m_objSettings.PacketSize = m_objFacts.PacketSize;
     m_objSettings.Resend = m_objSettings.Resend && m_objFacts.CanResend;
 }
 
-/// Finds the packet size, and whether the camera sends from the port that it tells: if so, it is heard there alone.
-void CAcquisition::ProbeChannel(Clock::time_point objDeadline) {
+/// Finds the packet size if it is wanted, and whether the camera sends from the port that it tells: if so, it is heard
+/// there alone.
+void CAcquisition::ProbeChannel(bool bSize, Clock::time_point objDeadline) {
     std::uint32_t nPort = 0;
     try {
         nPort = m_objChannel.DoReadRegister(kStreamChannelSourcePort.Address, objDeadline) & kChannelPortMask;
@@ -101,7 +100,9 @@ void CAcquisition::ProbeChannel(Clock::time_point objDeadline) {
         // Older cameras have no such register.
     }
     m_objSocket.HearPort(static_cast<std::uint16_t>(nPort));
-    if (!FindPacketSize(m_objChannel, m_objSocket, objDeadline) && nPort != 0) {
+    const bool bHeard = bSize ? FindPacketSize(m_objChannel, m_objSocket, objDeadline).has_value()
+                              : nPort != 0 && HearTestPacket(m_objChannel, m_objSocket, objDeadline);
+    if (!bHeard && nPort != 0) {
         m_objSocket.HearPort(0);
     }
 }

@@ -52,8 +52,8 @@ public:
     void SetResend(bool bResend) noexcept;
 
 private:
-    void OpenChannel(bool bProbe, Clock::time_point objDeadline);
-    void ProbeChannel(Clock::time_point objDeadline);
+    void OpenChannel(bool bProbeSize, Clock::time_point objDeadline);
+    void ProbeChannel(bool bSize, Clock::time_point objDeadline);
 
     BLOCK_MEMORY TakeMemory() override { return m_objSink.TakeMemory(); }
     void ReturnMemory(const BLOCK_MEMORY& objMemory) override { m_objSink.ReturnMemory(objMemory); }

@@ -96,4 +96,21 @@ std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStream
     return nFound;
 }
 
+bool HearTestPacket(CControlChannel& objChannel, CStreamSocket& objSocket, Clock::time_point objDeadline) {
+    const std::uint32_t nSet = objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline);
+    if ((nSet & kPacketSizeMask) <= gev::kIPAndUDPHeaderSize) {
+        return false;
+    }
+    try {
+        objChannel.DoWriteRegister(kStreamChannelPacketSize.Address, nSet | kPacketSizeFireTestPacket, objDeadline);
+    } catch (const CProducerError& objError) {
+        if (objError.GetCode() == GC_ERR_TIMEOUT) {
+            throw;
+        }
+        return false;  // a camera that knows no test packets
+    }
+    const std::size_t nLength = (nSet & kPacketSizeMask) - gev::kIPAndUDPHeaderSize;
+    return HearPacket(objSocket, nLength, nLength) != 0;
+}
+
 }  // namespace producer

@@ -24,4 +24,8 @@ inline constexpr std::uint32_t kLeastPacketSize = 576;
 std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket,
                                             Clock::time_point objDeadline);
 
+/// Lets the camera send one test packet of the size that it is set to, which is left as it is.
+/// @return whether it came, as with FindPacketSize
+bool HearTestPacket(CControlChannel& objChannel, CStreamSocket& objSocket, Clock::time_point objDeadline);
+
 }  // namespace producer

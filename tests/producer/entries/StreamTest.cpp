@@ -215,6 +215,7 @@ struct FAULTY_CASE {
     const char* Name;
     camera::STREAM_FAULTS Faults;
     bool AllComplete;
+    std::uint32_t PacketSize = 0;  ///< written by the consumer; 0: found by the producer
 };
 
 void PrintTo(const FAULTY_CASE& objCase, std::ostream* pStream) {
@@ -229,6 +230,9 @@ TEST_P(ProducerStreamWithFaults, DeliversEveryFrameAndNoneIsWrongUnawares) {
     if (GetParam().AllComplete) {  // however seldom a busy machine lets the camera run
         StreamFeature("StreamResendTimeout").FromString("50000");
         StreamFeature("StreamBlockTimeout").FromString("10000000");
+    }
+    if (GetParam().PacketSize != 0) {
+        Write(gev::bootstrap::kStreamChannelPacketSize.Address, GetParam().PacketSize);
     }
     SetRate(60);
     ASSERT_NO_FATAL_FAILURE(StartWith(16));
@@ -248,6 +252,7 @@ INSTANTIATE_TEST_SUITE_P(Faults, ProducerStreamWithFaults,
                                          FAULTY_CASE{"ReorderedAndDoubled", {.Duplicates = 10, .Reorder = 30}, true},
                                          FAULTY_CASE{"WrongSizes", {.WrongSizes = 1}, true},
                                          FAULTY_CASE{"ForeignPackets", {.Foreign = 10}, true},
+                                         FAULTY_CASE{"ForeignPacketsAtAGivenSize", {.Foreign = 10}, true, 1400},
                                          FAULTY_CASE{"LossWithoutResend", {.Loss = 1, .NoResend = true}, false}),
                          [](const auto& objInfo) { return objInfo.param.Name; });
 
