@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the packages, unpacks them where nothing else is, and uses what lies there as its users do: a program of their own
-# on the library, and the demo's story with the programs.
+# on the library, the examples, and the demo's story with the programs.
 #
 # usage: packages.sh BUILD-DIRECTORY VERSION
 set -eu
@@ -25,6 +25,9 @@ empty=(env -i "PATH=$PATH")
 
 "${empty[@]}" cmake -S tests/packaging/outside -B "$work/outside" -DCMAKE_PREFIX_PATH="$prefix" -DVERSION="$version"
 "${empty[@]}" cmake --build "$work/outside"
+cp -r "$prefix/share/doc/libtlclass-dev/examples" "$work"
+"${empty[@]}" cmake -S "$work/examples" -B "$work/examples/build" -DCMAKE_PREFIX_PATH="$prefix"
+"${empty[@]}" cmake --build "$work/examples/build" --parallel 2
 own=(unshare --net)
 [ "$(id -u)" -eq 0 ] || own=(unshare --user --map-root-user --net)
 if ! "${own[@]}" true 2>/dev/null; then
@@ -33,6 +36,8 @@ if ! "${own[@]}" true 2>/dev/null; then
 fi
 cti=GENICAM_GENTL64_PATH=$prefix/lib/norvik/cti
 [ "$("${empty[@]}" "$cti" "${own[@]}" "$work/outside/outside")" = "$version" ]
+"${empty[@]}" scripts/demo/start.sh "$prefix" "$work/demo" -- \
+    env "$cti" tests/packaging/examples.sh "$work/examples/build" "$work/settings.txt"
 if command -v Xvfb >/dev/null && command -v xdotool >/dev/null; then
     "${empty[@]}" scripts/demo/start.sh "$prefix" "$work/demo"
 fi
