@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes the packages, unpacks them where nothing else is, and uses what lies there as its users do: a program of their own
-# on the library, the examples, and the demo's story with the programs.
+# on the library, the examples, what the README types in a shell, and the demo's story with the window.
 #
 # usage: packages.sh BUILD-DIRECTORY VERSION
 set -eu
@@ -36,9 +36,10 @@ if ! "${own[@]}" true 2>/dev/null; then
 fi
 cti=GENICAM_GENTL64_PATH=$prefix/lib/norvik/cti
 [ "$("${empty[@]}" "$cti" "${own[@]}" "$work/outside/outside")" = "$version" ]
-"${empty[@]}" scripts/demo/start.sh "$prefix" "$work/demo" -- \
-    env "$cti" tests/packaging/examples.sh "$work/examples/build" "$work/settings.txt"
+demo() { "${empty[@]}" scripts/demo/start.sh "$prefix" "$work/demo" "$@"; }
+demo -- env -C "$work" "$PWD/tests/packaging/transcript.py" "$PWD/README.md"
+demo -- env -C "$work" "$cti" "$PWD/tests/packaging/examples.sh" "$work/examples/build" settings.txt
 if command -v Xvfb >/dev/null && command -v xdotool >/dev/null; then
-    "${empty[@]}" scripts/demo/start.sh "$prefix" "$work/demo"
+    demo
 fi
 rm -rf "$work"
