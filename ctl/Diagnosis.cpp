@@ -120,7 +120,8 @@ void DiagnoseSubnets(FINDINGS& vecFinding, const std::vector<HOST_ADAPTER>& vecA
                     if (((objOne.nAddress ^ objOther.nAddress) & nMask) == 0) {
                         vecFinding.push_back({SEVERITY::Problem, itOther->strName,
                                               WithMask(objOther) + " lies in the subnet of " + itOne->strName + " (" +
-                                                  WithMask(objOne) + "): cameras on one of the two can't be reached. " +
+                                                  WithMask(objOne) +
+                                                  "): cameras on one of the two may be out of reach. " +
                                                   "Give each adapter a subnet of its own",
                                               ""});
                     }
