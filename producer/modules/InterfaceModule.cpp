@@ -154,7 +154,7 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
         // Tried all the same, since a route may lead there; when none does, this is why.
         throw CProducerError(objError.GetCode(), std::string(objError.what()) + ". Its address " +
                                                      IPToString(objEntry.Device.Address) + " is in no subnet of " +
-                                                     m_strAdapter + ": give it another one first, as by IFForceIp");
+                                                     m_strAdapter + " and must be changed first");
     }
 }
 
