@@ -77,6 +77,12 @@ public:
     /// Ends every block under way: delivers those of which something came, or hands their memory back.
     void Finish(bool bDeliver);
 
+    /// Packets that are still to come of the block that the last one belongs to; 0 when that isn't known.
+    [[nodiscard]] std::size_t GetExpected() const {
+        const std::uint32_t nTrailerID = m_pCurrent != nullptr ? m_pCurrent->GetTrailerID(m_nPredictedTrailerID) : 0;
+        return nTrailerID != 0 && nTrailerID > m_pCurrent->GetNextID() ? nTrailerID - m_pCurrent->GetNextID() : 0;
+    }
+
     [[nodiscard]] bool IsIdle() const { return m_nUnderWay == 0; }
     [[nodiscard]] const STREAM_STATISTICS& GetStatistics() const { return m_objStatistics; }
 

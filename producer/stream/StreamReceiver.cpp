@@ -11,10 +11,18 @@ namespace {
 
 constexpr std::chrono::milliseconds kIdleWait{128};
 
+/// Bytes of receive buffer that a packet may take: the kernel counts its own records, and memory that it didn't fill.
+std::size_t GetRoomOf(std::size_t nPacketSize) {
+    return 2 * nPacketSize + 512;
+}
+
 }  // namespace
 
 CStreamReceiver::CStreamReceiver(CStreamSocket& objSocket, IBlockSink& objSink, const REASSEMBLY_SETTINGS& objSettings)
-    : m_objSocket(objSocket), m_objReassembly(objSink, objSettings), m_bResend(objSettings.Resend) {
+    : m_objSocket(objSocket),
+      m_objReassembly(objSink, objSettings),
+      m_objPace(objSocket.GetGrantedBuffer() / GetRoomOf(objSettings.PacketSize)),
+      m_bResend(objSettings.Resend) {
     if (!m_objThread.Start(this, &CStreamReceiver::RunThread, kPriorityTimeCritical)) {
         throw CProducerError(GC_ERR_RESOURCE_EXHAUSTED, "the system has no thread left to receive images on");
     }
@@ -51,21 +59,32 @@ void CStreamReceiver::Run() {
         const std::span<const RECEIVED_PACKETS> arrReceived = m_objSocket.Receive(GetWait(objNow));
         objNow = StreamClock::now();
         m_objReassembly.SetResend(m_bResend);
-        Take(arrReceived, objNow);
+        const std::size_t nPackets = Take(arrReceived, objNow);
         m_objReassembly.Service(objNow);
-        const std::lock_guard objLock(m_mtxStatistics);
-        m_objStatistics = m_objReassembly.GetStatistics();
+        {
+            const std::lock_guard objLock(m_mtxStatistics);
+            m_objStatistics = m_objReassembly.GetStatistics();
+        }
+        const std::chrono::nanoseconds objPause =
+            m_objPace.Take(nPackets, m_objSocket.IsDrained(), m_objReassembly.GetExpected(), objNow);
+        if (objPause.count() != 0) {
+            m_objSocket.Gather(objPause);
+        }
     }
 }
 
-void CStreamReceiver::Take(std::span<const RECEIVED_PACKETS> arrReceived, StreamClock::time_point objNow) {
+/// @return how many packets they were
+std::size_t CStreamReceiver::Take(std::span<const RECEIVED_PACKETS> arrReceived, StreamClock::time_point objNow) {
+    std::size_t nPackets = 0;
     for (const RECEIVED_PACKETS& objReceived : arrReceived) {
         for (std::span<const std::byte> arrRest = objReceived.Bytes; !arrRest.empty();) {
             const std::size_t nLength = std::min(arrRest.size(), objReceived.PacketLength);
             m_objReassembly.TakePacket(arrRest.first(nLength), objNow);
             arrRest = arrRest.subspan(nLength);
+            ++nPackets;
         }
     }
+    return nPackets;
 }
 
 /// Until something is due, roughly: telling the kernel another wait costs a call, so there are only few different ones.

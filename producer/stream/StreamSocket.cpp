@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <thread>
 
 #include <linux/filter.h>
 #include <linux/sock_diag.h>
@@ -21,8 +22,6 @@
 namespace producer {
 
 namespace {
-
-constexpr std::size_t kMessages = 32;  // of one call: more don't pay, and fall out of the processor's cache
 
 constexpr unsigned kSingly = 7;
 
@@ -157,6 +156,11 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
         }
     }
     return m_vecReceived;
+}
+
+void CStreamSocket::Gather(std::chrono::nanoseconds objPause) {
+    std::this_thread::sleep_for(objPause);
+    m_nSingly = 0;  // there will be more than one
 }
 
 void CStreamSocket::Shutdown() noexcept {

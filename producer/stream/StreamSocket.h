@@ -47,6 +47,11 @@ public:
     /// @return good until the next call; empty when the wait was in vain or ended by Shutdown
     std::span<const RECEIVED_PACKETS> Receive(std::chrono::milliseconds objWait);
 
+    /// Whether the last call took all packets that were there, as far as it knows.
+    [[nodiscard]] bool IsDrained() const noexcept { return m_nTaken < kMessages; }
+    /// Leaves packets to gather for a while; the next call takes them together.
+    void Gather(std::chrono::nanoseconds objPause);
+
     /// Ends the wait of Receive, now and from now on.
     void Shutdown() noexcept;
 
@@ -59,6 +64,8 @@ public:
     [[nodiscard]] std::uint64_t GetDropped() const noexcept;
 
 private:
+    static constexpr std::size_t kMessages = 32;  // of one call: more don't pay, and fall out of the processor's cache
+
     struct BATCH;
 
     void SetUp(const ADAPTER& objAdapter, std::size_t nBuffer);
