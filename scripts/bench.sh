@@ -2,7 +2,7 @@
 # Takes the figures of docs/benchmarks.md: builds the release, runs the benchmarks one after the other, and prints one
 # table. By hand: some five minutes, and nothing else may run beside it.
 #
-# usage: scripts/bench.sh [--page] [NAME...]
+# usage: scripts/bench.sh [--page | NAME...]
 # --page also puts the table into docs/benchmarks.md. With names, as in update_bench, only these run.
 # Fails if a benchmark fails or a goal is missed.
 set -u
@@ -13,14 +13,15 @@ page="" names=()
 for argument in "$@"; do
     case "$argument" in
         --page) page=docs/benchmarks.md ;;
-        -*) fail "there is no '$argument'. usage: scripts/bench.sh [--page] [NAME...]" ;;
+        -*) fail "there is no '$argument'. usage: scripts/bench.sh [--page | NAME...]" ;;
         *) names+=("$argument") ;;
     esac
 done
+[ -z "$page" ] || [ ${#names[@]} -eq 0 ] || fail "the page has the figures of one run of all, not of ${names[*]}"
 
 # shellcheck disable=SC2086 # lists of names
 ensure_packages $PACKAGES_BUILD $PACKAGES_TEST
-configure release
+configure release -DNORVIK_BUILD_TESTS=ON -DNORVIK_BUILD_BENCH=ON
 if [ ${#names[@]} -eq 0 ]; then
     build release --target benchmarks
     for program in build/release/bench/*_bench; do
