@@ -113,7 +113,8 @@ private:
         pApp->add_option("camera", objOptions.strCamera, kCameraHelp)->required()->type_name("CAMERA");
         pApp->add_option("--adapter", objOptions.strAdapter, "Only a camera on this adapter, named as list shows it")
             ->type_name("NAME");
-        AddMilliseconds(pApp, "--search", objOptions.nSearchTime, "How long to look for cameras");
+        AddMilliseconds(pApp, "--search", objOptions.nSearchTime,
+                        "How long to look for cameras; a tenth of it if one answers that has this ID, MAC or address");
     }
 
     void AddList() {
