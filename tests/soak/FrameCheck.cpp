@@ -14,7 +14,11 @@ void CFrameCheck::Add(const BUFFER_MODULE_INFO& objFrame) {
     m_objBook.Expect(
         objFrame.BaseValid && objFrame.SizeFilledValid && objFrame.FrameIDValid && objFrame.IsIncompleteValid,
         strWhich + " isn't told whole");
-    m_objBook.Expect(objFrame.FrameID > m_nLastID, strWhich + " comes behind " + std::to_string(m_nLastID));
+    if (!m_objBook.Expect(objFrame.FrameID > m_nLastID, strWhich + " comes behind " + std::to_string(m_nLastID) + ", " +
+                                                            std::to_string(m_nSeen) + " frames after the first, " +
+                                                            std::to_string(m_nFirstID))) {
+        m_nLastID = 0;  // once is enough
+    }
     if (objFrame.IsIncomplete) {
         ++m_nIncomplete;
     } else if (m_objBook.Expect(objFrame.SizeFilled >= m_objImage.GetSize(), strWhich + " is short, and not told so")) {
