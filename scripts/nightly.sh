@@ -60,12 +60,15 @@ step_soak() { soak release "$soak_seconds"; }
 step_soak-asan() { soak asan $((soak_seconds / 2)); }
 step_soak-tsan() { soak tsan $((soak_seconds / 2)); }
 
-# Ends what runs, with all that it has started.
+# Ends what runs, with all that it has started. The fuzzer still writes its tally.
 stop() {
     trap '' INT TERM HUP
     if [ -n "$running" ]; then
         kill -TERM -- "-$running" 2>/dev/null
-        wait "$running" 2>/dev/null
+        for ((i = 0; i < 100; ++i)); do
+            kill -0 -- "-$running" 2>/dev/null || break
+            sleep 0.1
+        done
         kill -KILL -- "-$running" 2>/dev/null
     fi
     summary="$summary$(printf '%-12s stopped' "$step")"$'\n'
