@@ -26,6 +26,8 @@ namespace {
 using Clock = CCallBook::Clock;
 using namespace std::chrono_literals;
 
+constexpr double kShortestRound = 2;  // seconds
+constexpr double kLongestRound = 10;
 constexpr int kSkipped = 77;  // what CTest takes for a test that can't run here
 
 struct OPTIONS {
@@ -104,7 +106,8 @@ void PrintRoll(const ROLL& objRoll, const PLAYGROUND& objPlayground) {
 void PlayAll(PLAYGROUND& objPlayground, const OPTIONS& objOptions) {
     const auto tmStart = Clock::now();
     const auto Elapsed = [&] { return std::chrono::duration<double>(Clock::now() - tmStart).count(); };
-    const double fRound = objOptions.Round > 0 ? objOptions.Round : std::clamp(objOptions.Seconds / 60, 1.0, 10.0);
+    const double fRound =
+        objOptions.Round > 0 ? objOptions.Round : std::clamp(objOptions.Seconds / 60, kShortestRound, kLongestRound);
     std::mt19937 objSeeds(objOptions.Seed);
     std::vector<ROLL> vecRoll;
     vecRoll.reserve(100'000);  // so that it doesn't grow itself
@@ -164,7 +167,7 @@ int main(int argc, char** argv) {
     objApp.add_option("--seconds", objOptions.Seconds, "how long")
         ->envname("NORVIK_SOAK_SECONDS")
         ->capture_default_str();
-    objApp.add_option("--round", objOptions.Round, "seconds between two rolls; by default a sixtieth, 1 to 10");
+    objApp.add_option("--round", objOptions.Round, "seconds between two rolls; by default a sixtieth, 2 to 10");
     objApp.add_option("--seed", objOptions.Seed, "of all that is left to chance");
     objApp.add_option("--leak", objOptions.Leak, "bytes to lose in each round, to see it noticed");
     objApp.add_option("--other", objOptions.Other, "be the other application, at this camera")->group("");

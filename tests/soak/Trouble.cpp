@@ -99,8 +99,8 @@ void CChance::Wait(const PLAYGROUND& objPlayground, int nLeastMs, int nMostMs) {
 }
 
 void MakeTrouble(PLAYGROUND& objPlayground, CChance objChance) {
-    while (!objPlayground.Stop) {
-        objChance.OneIn(8) ? Unplug(objPlayground, objChance) : ChangeFaults(objPlayground, objChance);
+    for (bool bUnplug = true; !objPlayground.Stop; bUnplug = objChance.OneIn(8)) {
+        bUnplug ? Unplug(objPlayground, objChance) : ChangeFaults(objPlayground, objChance);
         objChance.Wait(objPlayground, 20, 150);
     }
     for (int i = 0; i < kCameras; ++i) {
