@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "GenApi/FeatureBagLimits.h"
 #include "GenApi/FeatureErrors.h"
 #include "GenApi/FeatureSelectors.h"
 #include "GenApi/FeatureText.h"
@@ -34,7 +35,7 @@ CFeatureComparison::~CFeatureComparison() {
 }
 
 void CFeatureComparison::Take(IValue& objFeature, const std::string& strValue) {
-    const std::optional<std::vector<IValue*>> vecSelector = SelectorsOf(objFeature);
+    const std::optional<std::vector<IValue*>> vecSelector = SelectorsOf(objFeature, [this] { CountStep(); });
     if (!vecSelector) {
         Throw<RuntimeException>("It has too many selectors to be compared");
     }
@@ -104,7 +105,8 @@ void CFeatureComparison::PutBackSelected(IValue& objSelector, const std::vector<
         POSITION& objPosition = m_vecPosition[i];
         // In a circle nothing is outside of anything.
         if (!Contains(vecItsSelector, objPosition.Selector) &&
-            Contains(SelectorsOf(*objPosition.Selector).value_or(std::vector<IValue*>()), &objSelector)) {
+            Contains(SelectorsOf(*objPosition.Selector, [this] { CountStep(); }).value_or(std::vector<IValue*>()),
+                     &objSelector)) {
             m_objErrors.Try(NameOf(*objPosition.Selector), [&] { PutBack(objPosition); });
             m_vecPosition.erase(m_vecPosition.begin() + static_cast<std::ptrdiff_t>(i));
         }
@@ -122,6 +124,13 @@ CFeatureComparison::POSITION* CFeatureComparison::FindPosition(const IValue* pSe
         return objPosition.Selector == pSelector;
     });
     return it == m_vecPosition.end() ? nullptr : &*it;
+}
+
+void CFeatureComparison::CountStep() {
+    if (++m_nSteps > kMaxStoreSteps) {
+        Throw<RuntimeException>("The node map needs more than " + std::to_string(kMaxStoreSteps) +
+                                " steps to be compared");
+    }
 }
 
 std::vector<FEATURE_DIFFERENCE> CFeatureComparison::End() {

@@ -54,8 +54,10 @@ private:
     void PutBackSelected(IValue& objSelector, const std::vector<IValue*>& vecItsSelector);
     void PutBack(POSITION& objPosition);
     POSITION* FindPosition(const IValue* pSelector);
+    void CountStep();
 
     CFeatureErrors& m_objErrors;
+    std::size_t m_nSteps = 0;
     std::vector<SETTING> m_vecSetting;
     std::unordered_map<std::string, std::size_t> m_mapSetting;  // by name and values of the selectors
     std::vector<POSITION> m_vecPosition;                        // in the order of their first lines

@@ -16,7 +16,8 @@ bool IsIn(const std::vector<IValue*>& vecValue, const IValue* pValue) {
 
 /// @param vecPath  the features between the first one and this
 /// @return false if there are too many
-bool AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecPath, std::vector<IValue*>& vecSelector) {
+bool AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecPath, std::vector<IValue*>& vecSelector,
+                     const std::function<void()>& fnStep) {
     const auto* pSelected = dynamic_cast<const ISelector*>(pFeature->GetNode());
     if (pSelected == nullptr) {
         return true;
@@ -28,9 +29,11 @@ bool AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecPath, std::vecto
         return false;
     }
     for (IValue* pSelector : vecSelecting) {
+        fnStep();  // a description can let thousands of nodes select each of thousands of others
         // Selectors may select each other in a circle, which says nothing of their order.
         if (!IsIn(vecPath, pSelector) && !IsIn(vecSelector, pSelector) && IsName(NameOf(*pSelector))) {
-            if (!AppendSelectors(pSelector, vecPath, vecSelector) || vecSelector.size() == kMaxSelectorsOfFeature) {
+            if (!AppendSelectors(pSelector, vecPath, vecSelector, fnStep) ||
+                vecSelector.size() == kMaxSelectorsOfFeature) {
                 return false;
             }
             vecSelector.push_back(pSelector);
@@ -56,10 +59,10 @@ bool IsSelector(IValue& objFeature) {
     return pSelector != nullptr && pSelector->IsSelector();
 }
 
-std::optional<std::vector<IValue*>> SelectorsOf(IValue& objFeature) {
+std::optional<std::vector<IValue*>> SelectorsOf(IValue& objFeature, const std::function<void()>& fnStep) {
     std::vector<IValue*> vecPath;
     std::vector<IValue*> vecSelector;
-    if (!AppendSelectors(&objFeature, vecPath, vecSelector)) {
+    if (!AppendSelectors(&objFeature, vecPath, vecSelector, fnStep)) {
         return std::nullopt;
     }
     return vecSelector;

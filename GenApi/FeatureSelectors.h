@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,7 +21,8 @@ bool IsName(const std::string& strName);
 bool IsSelector(IValue& objFeature);
 
 /// All selectors that decide what the feature's value means, over several levels, each behind its own.
+/// @param fnStep  called for each one looked at, which may be very many; what it throws ends the search
 /// @return nothing if there are more than kMaxSelectorsOfFeature
-std::optional<std::vector<IValue*>> SelectorsOf(IValue& objFeature);
+std::optional<std::vector<IValue*>> SelectorsOf(IValue& objFeature, const std::function<void()>& fnStep);
 
 }  // namespace GenApi_3_0

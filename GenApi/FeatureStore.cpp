@@ -90,7 +90,7 @@ void CFeatureStore::Run() {
 }
 
 std::vector<IValue*> CFeatureStore::SelectorsToMove(IValue* pFeature) {
-    std::optional<std::vector<IValue*>> vecSelector = SelectorsOf(*pFeature);
+    std::optional<std::vector<IValue*>> vecSelector = SelectorsOf(*pFeature, [this] { CountStep(); });
     if (!vecSelector) {
         m_objErrors.Note(NameOf(*pFeature), "It has more than " + std::to_string(kMaxSelectorsOfFeature) +
                                                 " selectors, so only its present value is stored");
@@ -110,9 +110,10 @@ void CFeatureStore::StoreSelected(FeatureSpan spanFeature, const std::vector<IVa
     }
     m_vecName.resize(nLines);
     m_vecValue.resize(nLines);
-    m_objErrors.Note(NameOf(*spanFeature.front()), "Its selectors have more than " +
-                                                       std::to_string(kMaxSelectorCombinations) +
-                                                       " values together, so it is stored for the present ones alone");
+    for (IValue* pFeature : spanFeature) {
+        m_objErrors.Note(NameOf(*pFeature), "Its selectors have more than " + std::to_string(kMaxSelectorCombinations) +
+                                                " values together, so it is stored for the present ones alone");
+    }
     StartLevels(vecSelector);
     StoreUnder(0, spanFeature, false);
 }

@@ -4,6 +4,8 @@
 #include <fstream>
 #include <ostream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "GenApi/Command.h"
 #include "GenApi/Node.h"
@@ -13,6 +15,7 @@
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
 #include "ctl/DifferenceReport.h"
 #include "ctl/ErrorText.h"
+#include "ctl/FeatureReport.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/OpenCamera.h"
 #include "ctl/Table.h"
@@ -42,6 +45,12 @@ std::ifstream OpenFeatureFile(const std::string& strPath) {
         throw CCommandError(EXIT_CODE::Failure, strPath + ": it can't be read");
     }
     return objFile;
+}
+
+void PrintErrors(const std::vector<std::string>& vecError, const COMMAND_OUTPUT& objOutput) {
+    for (const std::string& strError : vecError) {
+        objOutput.objErr << Printable(strError) << '\n';
+    }
 }
 
 }  // namespace
@@ -89,11 +98,13 @@ EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();  // the file has the stream's settings as well
     std::ostringstream objText;
-    SaveDeviceFeatures(objCamera.GetDevice(), objText);
+    std::vector<std::string> vecError;
+    SaveDeviceFeatures(objCamera.GetDevice(), objText, &vecError);
     WriteWholeFile(objOptions.strFile, objText.str());
+    PrintErrors(vecError, objOutput);
     objOutput.objErr << "Saved the settings of " << Printable(objCamera.GetCamera().strID) << " to "
-                     << objOptions.strFile << ".\n";
-    return EXIT_CODE::Success;
+                     << objOptions.strFile << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
+    return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
 }
 
 EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
@@ -106,9 +117,7 @@ EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     } else {
         WriteDifferences(objOutput.objOut, objComparison);
     }
-    for (const std::string& strText : objComparison.NotCompared) {
-        objOutput.objErr << Printable(strText) << '\n';
-    }
+    PrintErrors(objComparison.NotCompared, objOutput);
     const bool bDifferent = !objComparison.Differences.empty();
     const bool bWhole = objComparison.NotCompared.empty();
     objOutput.objErr << Printable(objCamera.GetCamera().strID) << (bDifferent ? " differs from " : " is as in ")
@@ -122,9 +131,7 @@ EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();
     const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);
-    for (const std::string& strError : vecError) {
-        objOutput.objErr << Printable(strError) << '\n';
-    }
+    PrintErrors(vecError, objOutput);
     objOutput.objErr << "Applied " << objOptions.strFile << " to " << Printable(objCamera.GetCamera().strID);
     objOutput.objErr << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
     return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;

@@ -66,9 +66,11 @@ std::string_view WithoutEnd(std::string_view strSection) {
     return bOpenLine ? strSection.substr(0, nLast) : strSection;
 }
 
-void Append(std::vector<std::string>& vecText, const GenApi_3_0::gcstring_vector& vecMore) {
-    for (const GenApi_3_0::gcstring& strText : vecMore) {
-        vecText.push_back(strText.str());
+void AppendTexts(const GenApi_3_0::gcstring_vector& vecFrom, std::vector<std::string>* pTo) {
+    for (const GenApi_3_0::gcstring& strText : vecFrom) {
+        if (pTo != nullptr) {
+            pTo->push_back(strText.str());
+        }
     }
 }
 
@@ -85,14 +87,16 @@ CFeatureFile::CFeatureFile(GenApi_3_0::CNodeMapRef* pRemote, GenApi_3_0::CNodeMa
                            GenApi_3_0::CNodeMapRef* pStream)
     : m_pRemoteNodeMap(NodeMapOf(pRemote)), m_pLocalNodeMap(NodeMapOf(pLocal)), m_pStreamNodeMap(NodeMapOf(pStream)) {}
 
-void CFeatureFile::Save(std::ostream& stream) const {
+void CFeatureFile::Save(std::ostream& stream, std::vector<std::string>* pError) const {
     const std::string strModel = __GetDeviceModelName();
     WriteHeaderLine(stream, kVersionKey, kVersion);
     WriteHeaderLine(stream, kModelKey, strModel);
     for (std::size_t i = 0; i < kSectionTitles.size(); ++i) {
         Write(stream, MakeFeatureFrameLine(kSectionTitles[i]));
         GenApi_3_0::CFeatureBag objBag;
-        objBag.StoreToBag(__GetNodeMaps()[i], -1);
+        GenApi_3_0::gcstring_vector vecBagError;
+        objBag.StoreToBag(__GetNodeMaps()[i], -1, &vecBagError);
+        AppendTexts(vecBagError, pError);
         std::ostringstream streamBag;
         streamBag << objBag;
         Write(stream, streamBag.view());
@@ -104,7 +108,7 @@ std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) 
     __ForEachSection(stream, [&](std::size_t nSection, GenApi_3_0::CFeatureBag& objBag) {
         GenApi_3_0::gcstring_vector vecBagError;
         objBag.LoadFromBag(__GetNodeMaps()[nSection], bVerify, &vecBagError);
-        Append(vecError, vecBagError);
+        AppendTexts(vecBagError, &vecError);
     });
     return vecError;
 }
@@ -116,7 +120,7 @@ FEATURE_FILE_COMPARISON CFeatureFile::Compare(std::istream& stream) const {
         for (auto& objFeature : objBag.CompareWith(__GetNodeMaps()[nSection], &vecBagError)) {
             objComparison.Differences.push_back({static_cast<EFeatureFileSection>(nSection), std::move(objFeature)});
         }
-        Append(objComparison.NotCompared, vecBagError);
+        AppendTexts(vecBagError, &objComparison.NotCompared);
     });
     return objComparison;
 }

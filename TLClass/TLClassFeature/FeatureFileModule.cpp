@@ -44,8 +44,9 @@ bool HasStreamingBrackets(IFeatureControl& objRemote) {
 
 }  // namespace
 
-void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream) {
-    FeatureFileOf(pDevice).Save(stream);
+void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream,
+                        std::vector<std::string>* pError) {
+    FeatureFileOf(pDevice).Save(stream, pError);
 }
 
 std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream,
@@ -63,8 +64,9 @@ FEATURE_FILE_COMPARISON CompareDeviceFeatures(const boost::shared_ptr<IDevice>& 
     return FeatureFileOf(pDevice).Compare(stream);
 }
 
-void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream) {
-    FeatureFileOf(pInterface).Save(stream);
+void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream,
+                           std::vector<std::string>* pError) {
+    FeatureFileOf(pInterface).Save(stream, pError);
 }
 
 std::vector<std::string> LoadInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::istream& stream,
