@@ -10,7 +10,8 @@ namespace {
 constexpr int kMtuOfEthernet = 1500;
 constexpr int kMtuOfJumboPackets = 9000;
 constexpr int kGigabit = 1000;
-constexpr std::uint64_t kReceiveBufferWanted = std::uint64_t{16} << 20;  // an eighth of a second at 1 Gb/s
+constexpr std::uint64_t kReceiveBufferWanted = std::uint64_t{16} << 20;    // an eighth of a second at 1 Gb/s
+constexpr std::uint64_t kReceiveBufferAskedFor = std::uint64_t{64} << 20;  // by the bundled producer
 constexpr std::uint64_t kBytesInKiB = 1024;
 
 using FINDINGS = std::vector<FINDING>;
@@ -125,7 +126,8 @@ void DiagnoseSubnets(FINDINGS& vecFinding, const std::vector<HOST_ADAPTER>& vecA
                     if (((objOne.nAddress ^ objOther.nAddress) & nMask) == 0) {
                         vecFinding.push_back({SEVERITY::Problem, itOther->strName,
                                               WithMask(objOther) + " lies in the subnet of " + itOne->strName + " (" +
-                                                  WithMask(objOne) + "): cameras on one of the two can't be reached. " +
+                                                  WithMask(objOne) +
+                                                  "): cameras on one of the two may be out of reach. " +
                                                   "Give each adapter a subnet of its own",
                                               ""});
                     }
@@ -167,8 +169,8 @@ void DiagnoseReceiveBuffer(FINDINGS& vecFinding, std::optional<std::uint64_t> nM
     constexpr std::uint64_t kBytesInMs = 125'000;  // of a stream of 1 Gb/s
     vecFinding.push_back({SEVERITY::Warning, "sockets",
                           strMax + ": " + std::to_string(*nMax / kBytesInMs) +
-                              " ms of a stream at 1 Gb/s, and what comes while they are full is lost",
-                          "sudo sysctl -w net.core.rmem_max=" + std::to_string(kReceiveBufferWanted)});
+                              " ms of a stream at 1 Gb/s, and what comes while it is full is lost",
+                          "sudo sysctl -w net.core.rmem_max=" + std::to_string(kReceiveBufferAskedFor)});
 }
 
 void DiagnoseProducer(FINDINGS& vecFinding, const std::vector<PRODUCER_FOLDER>& vecFolder) {

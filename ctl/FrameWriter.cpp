@@ -65,11 +65,12 @@ CFrameWriter::~CFrameWriter() {
 
 void CFrameWriter::Push(GRABBED_FRAME objFrame) {
     std::unique_lock objLock(m_csQueue);
-    m_objChanged.wait(objLock, [this] { return m_pFailure || m_nBytes < kMostBytes; });
+    m_objRoom.wait(objLock, [this] { return m_pFailure || m_nBytes < kMostBytes; });
     __RethrowFailure();
     m_nBytes += objFrame.vecData.size();
     m_listFrame.push_back(std::move(objFrame));
-    m_objChanged.notify_all();
+    objLock.unlock();  // or the thread would wake only to wait for it
+    m_objWork.notify_one();
 }
 
 void CFrameWriter::Finish() {
@@ -89,7 +90,7 @@ void CFrameWriter::__Join() {
         const std::lock_guard objLock(m_csQueue);
         m_bFinish = true;
     }
-    m_objChanged.notify_all();
+    m_objWork.notify_all();
     for (std::thread& objThread : m_vecThread) {
         objThread.join();
     }
@@ -99,7 +100,7 @@ void CFrameWriter::__Join() {
 void CFrameWriter::__OnThreadWrite() {
     std::unique_lock objLock(m_csQueue);
     for (;;) {
-        m_objChanged.wait(objLock, [this] { return m_bFinish || m_pFailure || !m_listFrame.empty(); });
+        m_objWork.wait(objLock, [this] { return m_bFinish || m_pFailure || !m_listFrame.empty(); });
         if (m_pFailure || m_listFrame.empty()) {
             return;
         }
@@ -114,8 +115,11 @@ void CFrameWriter::__OnThreadWrite() {
         }
         objLock.lock();
         m_nBytes -= objFrame.vecData.size();
-        m_pFailure = m_pFailure ? m_pFailure : pFailure;
-        m_objChanged.notify_all();
+        m_objRoom.notify_one();
+        if (pFailure && !m_pFailure) {
+            m_pFailure = pFailure;
+            m_objWork.notify_all();
+        }
     }
 }
 

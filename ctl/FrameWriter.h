@@ -59,6 +59,7 @@ private:
     std::size_t m_nBytes = 0;  // of the frames in m_listFrame
     bool m_bFinish = false;    // the threads end when nothing waits
     std::exception_ptr m_pFailure;
-    std::condition_variable m_objChanged;  // of any of them
+    std::condition_variable m_objWork;  // what the threads wait for: a frame, the end, a failure
+    std::condition_variable m_objRoom;  // what Push waits for: fewer bytes, a failure
     std::vector<std::thread> m_vecThread;
 };

@@ -31,7 +31,7 @@ constexpr const char* kFooter =
     "7 doctor found a problem.\n"
     "\n"
     "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
-    "with another producer to use; without it, the bundled one is used.";
+    "with another ZrGVTL.cti to use in place of the bundled one.";
 
 constexpr const char* kCameraHelp = "The camera: its ID, MAC, serial number, name, IP address, or a part of its model";
 
@@ -40,12 +40,26 @@ constexpr int kMostSearchMs = 86'400'000;
 
 using COMMAND = std::function<EXIT_CODE(const COMMAND_OUTPUT&)>;
 
+/// For a command line that isn't understood: what is wrong with it, and where to read what would be right.
+std::string UsageText(const CLI::App* pApp, const CLI::Error& objError) {
+    const std::vector<CLI::App*> vecCommand = pApp->get_subcommands();
+    std::string strProblem = objError.what();
+    if (vecCommand.empty()) {
+        // To the parser only the command is missing, whatever else was typed.
+        const std::vector<std::string> vecUnknown = pApp->remaining();
+        strProblem = vecUnknown.empty() ? "A command is missing" : Printable(vecUnknown.front()) + ": no such command";
+    }
+    return "norvikctl: " + strProblem + ". Try norvikctl " +
+           (vecCommand.empty() ? "" : vecCommand.front()->get_name() + ' ') + "--help\n";
+}
+
 /// The command line's grammar, and what it filled.
 class CGrammar {
 public:
     CGrammar() : m_objApp(kDescription, "norvikctl") {
         m_objApp.set_version_flag("--version", "norvikctl " NORVIK_VERSION, "Print the version and end");
         m_objApp.require_subcommand(1);
+        m_objApp.failure_message(UsageText);
         m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
         AddList();
         AddRecover();
@@ -99,7 +113,8 @@ private:
         pApp->add_option("camera", objOptions.strCamera, kCameraHelp)->required()->type_name("CAMERA");
         pApp->add_option("--adapter", objOptions.strAdapter, "Only a camera on this adapter, named as list shows it")
             ->type_name("NAME");
-        AddMilliseconds(pApp, "--search", objOptions.nSearchTime, "How long to look for cameras");
+        AddMilliseconds(pApp, "--search", objOptions.nSearchTime,
+                        "How long to look for cameras; a tenth of it if one answers that has this ID, MAC or address");
     }
 
     void AddList() {

@@ -69,10 +69,10 @@ std::string CInterfaceModule::GetDeviceId(std::uint32_t nIndex) const {
     return (*pList)[nIndex].Id;
 }
 
-DEVICE_ENTRY CInterfaceModule::FindListed(const std::string& strId) const {
+std::shared_ptr<const DEVICE_ENTRY> CInterfaceModule::FindListed(const std::string& strId) const {
     const std::shared_ptr<const DEVICE_LIST> pList = GetList();
     if (const DEVICE_ENTRY* pEntry = FindDevice(*pList, strId)) {
-        return *pEntry;
+        return {pList, pEntry};
     }
     throw CProducerError(GC_ERR_INVALID_ID, "no camera \"" + strId + "\" is listed on " + m_strAdapter +
                                                 ". Update the list, or name it by its address, as in "
@@ -80,8 +80,8 @@ DEVICE_ENTRY CInterfaceModule::FindListed(const std::string& strId) const {
 }
 
 CInfoValue CInterfaceModule::GetDeviceInfo(const std::string& strId, DEVICE_INFO_CMD nCommand) const {
-    const DEVICE_ENTRY objEntry = FindListed(strId);
-    return GetDeviceEntryInfo(objEntry, GetAccessStatus(objEntry), nCommand);
+    const auto pEntry = FindListed(strId);
+    return GetDeviceEntryInfo(*pEntry, GetAccessStatus(*pEntry), nCommand);
 }
 
 DEVICE_ACCESS_STATUS CInterfaceModule::GetAccessStatus(const DEVICE_ENTRY& objEntry) const {
@@ -133,7 +133,7 @@ void CInterfaceModule::TakeResult(DISCOVERY_RESULT objResult) {
 DEVICE_ENTRY CInterfaceModule::Resolve(const std::string& strId) const {
     const std::optional<std::uint32_t> nAddress = AddressOfId(strId);
     if (!nAddress) {
-        return FindListed(strId);
+        return *FindListed(strId);
     }
     return MakeDeviceEntry(ReadDeviceReply(AskDevice(*nAddress), *nAddress, GetAdapter()), false);
 }
@@ -154,7 +154,7 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
         // Tried all the same, since a route may lead there; when none does, this is why.
         throw CProducerError(objError.GetCode(), std::string(objError.what()) + ". Its address " +
                                                      IPToString(objEntry.Device.Address) + " is in no subnet of " +
-                                                     m_strAdapter + ": give it another one first, as by IFForceIp");
+                                                     m_strAdapter + " and must be changed first");
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include "producer/wire/Adapter.h"
 #include "producer/wire/ControlSettings.h"
+#include "producer/wire/SocketDescriptor.h"
 
 namespace producer {
 
@@ -56,9 +57,12 @@ public:
     /// written back. What was written before a failure stays written.
     void DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer);
 
-    /// @param nAddress  a multiple of 4
-    std::uint32_t DoReadRegister(std::uint32_t nAddress);
-    void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue);
+    /// @param nAddress     a multiple of 4
+    /// @param objDeadline  ends the question with GC_ERR_TIMEOUT, however much patience the camera asks for, and also
+    ///                     when another's question was under way until then
+    std::uint32_t DoReadRegister(std::uint32_t nAddress, Clock::time_point objDeadline = Clock::time_point::max());
+    void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue,
+                         Clock::time_point objDeadline = Clock::time_point::max());
 
     /// Sends a datagram that no answer belongs to, such as a request to send packets again, from the port that holds
     /// the privilege. Waits for nothing and no lock; what can't be sent is lost, as on the wire.

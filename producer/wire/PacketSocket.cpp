@@ -2,6 +2,9 @@
 
 #include <array>
 #include <cerrno>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 #include <linux/filter.h>
 #include <linux/if_ether.h>
@@ -73,6 +76,19 @@ CPacketSocket::CPacketSocket(const ADAPTER& objAdapter, std::uint16_t nOurPort)
     }
     if (setsockopt(GetDescriptor(), SOL_SOCKET, SO_RCVBUFFORCE, &kReceiveBuffer, sizeof kReceiveBuffer) != 0) {
         setsockopt(GetDescriptor(), SOL_SOCKET, SO_RCVBUF, &kReceiveBuffer, sizeof kReceiveBuffer);
+    }
+}
+
+CPacketSocket::~CPacketSocket() {
+    if (GetDescriptor() < 0) {
+        return;
+    }
+    // The close waits until no processor can be handing the socket a packet any more, which takes the kernel some ten
+    // milliseconds. An update that waited for it would be that much longer, and so would every other adapter's.
+    try {
+        std::thread([objDescriptor = std::move(m_objDescriptor)] {}).detach();
+    } catch (const std::system_error&) {
+        // No thread is to be had: it has been closed with what the thread was to run.
     }
 }
 
