@@ -117,7 +117,9 @@ void LetOthersVisit(PLAYGROUND& objPlayground, int nCamera, CChance objChance) {
         const bool bKilled = objChance.OneIn(3);
         const std::string strLimit = bKilled ? "0." + std::to_string(objChance.Between(3, 9)) : "60";
         try {
-            objPlayground.Network.GetMachine().Run("timeout -s KILL " + strLimit + ' ' + strCommand);
+            // Its own words come through, the shell's about those that are killed don't.
+            objPlayground.Network.GetMachine().Run("exec 3>&2 2>/dev/null; timeout -s KILL " + strLimit + ' ' +
+                                                   strCommand + " 2>&3 3>&-");
         } catch (const std::runtime_error& objError) {
             objPlayground.Book.Expect(bKilled, std::string("another application ") + objError.what());
         }
