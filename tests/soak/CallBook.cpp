@@ -17,7 +17,7 @@ struct KIND {
 
 /// In the order of ECall. A question that isn't answered takes 1.2 s; a feature takes a few, of which the first that
 /// fails is the last.
-constexpr std::array<KIND, 9> kKinds{{{"update", 2s},
+constexpr std::array<KIND, kCallKinds> kKinds{{{"update", 2s},
                                       {"open", 5s},
                                       {"close", 5s},
                                       {"read", 3s},
