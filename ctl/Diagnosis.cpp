@@ -67,12 +67,18 @@ void DiagnoseAddresses(FINDINGS& vecFinding, const HOST_ADAPTER& objAdapter) {
     }
 }
 
+/// The name of an adapter as it stands inside the name of a setting.
+std::string SettingNameOf(std::string strAdapter) {
+    std::replace(strAdapter.begin(), strAdapter.end(), '.', '/');  // "eth0.10" of a VLAN would be one level too many
+    return strAdapter;
+}
+
 void DiagnoseReversePathFilter(FINDINGS& vecFinding, const HOST_ADAPTER& objAdapter, std::optional<int> nOfAll) {
     constexpr int kStrict = 1;
     constexpr int kLoose = 2;
     const std::string& strName = objAdapter.strName;
     const std::string strMend =
-        "sudo sysctl -w net.ipv4.conf.all.rp_filter=0 net.ipv4.conf." + strName + ".rp_filter=0";
+        "sudo sysctl -w net.ipv4.conf.all.rp_filter=0 net.ipv4.conf." + SettingNameOf(strName) + ".rp_filter=0";
     if (!objAdapter.nReversePathFilter && !nOfAll) {
         return;
     }
