@@ -137,6 +137,7 @@ void CImageStream::TakeOrders() {
             m_bAborted = true;
             m_objNext.reset();
             m_objBlocks.Clear();
+            m_objFaulty.Drop();
         }
         if (objOrders.Stop) {
             m_bStopped = true;

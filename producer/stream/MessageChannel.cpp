@@ -11,6 +11,13 @@ namespace producer {
 
 using namespace gev::bootstrap;
 
+namespace {
+
+constexpr std::chrono::seconds kLongestOpening{4};  // however much patience the camera asks for
+constexpr std::chrono::seconds kLongestClosing{1};
+
+}  // namespace
+
 CMessageChannel::CMessageChannel(CControlChannel& objChannel, CEventMessages::EventCallback funEvent)
     : m_objChannel(objChannel), m_objMessages(std::move(funEvent)), m_objSocket(objChannel.GetAdapter()) {
     if (!m_objThread.Start(this, &CMessageChannel::RunThread, kPriorityTimeCritical)) {
@@ -18,8 +25,9 @@ CMessageChannel::CMessageChannel(CControlChannel& objChannel, CEventMessages::Ev
                              "the system has no thread left to receive a camera's events on");
     }
     try {
-        m_objChannel.DoWriteRegister(kMessageChannelDestination.Address, m_objChannel.GetLocalAddress());
-        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, m_objSocket.GetLocalPort());
+        const auto objDeadline = Clock::now() + kLongestOpening;
+        m_objChannel.DoWriteRegister(kMessageChannelDestination.Address, m_objChannel.GetLocalAddress(), objDeadline);
+        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, m_objSocket.GetLocalPort(), objDeadline);
     } catch (...) {
         m_bStop = true;
         m_objWake.Signal();
@@ -30,7 +38,7 @@ CMessageChannel::CMessageChannel(CControlChannel& objChannel, CEventMessages::Ev
 
 CMessageChannel::~CMessageChannel() {
     try {
-        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, 0);
+        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, 0, Clock::now() + kLongestClosing);
     } catch (const std::exception&) {
         // A camera that doesn't answer closes its channels by itself.
     }

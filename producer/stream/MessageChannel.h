@@ -17,12 +17,12 @@ namespace producer {
 /// Owned by an open device.
 class CMessageChannel {
 public:
-    /// Opens the camera's message channel towards this machine.
+    /// Opens the camera's message channel towards this machine. Takes at most some four seconds.
     /// @param objChannel  with control; must outlive this object
     /// @param funEvent    called on the channel's thread, without a lock held
     /// @throws CProducerError  as CControlChannel and CUdpSocket; GC_ERR_RESOURCE_EXHAUSTED without a thread
     CMessageChannel(CControlChannel& objChannel, CEventMessages::EventCallback funEvent);
-    /// Closes the camera's message channel, if it still answers, and ends the thread.
+    /// Closes the camera's message channel, if it answers within a second, and ends the thread.
     ~CMessageChannel();
     CMessageChannel(const CMessageChannel&) = delete;
     CMessageChannel& operator=(const CMessageChannel&) = delete;

@@ -69,13 +69,21 @@ public:
 
     /// Does what is due: asks for what is missing, gives up what won't come. To be called after the packets that were
     /// there at once, and at GetNextDue.
-    void Service(TimePoint objNow);
+    /// @param objSeen  every packet that came until then has been taken; nothing is given up, or taken for lost, by a
+    ///                 later time, as what is missed may already be there
+    void Service(TimePoint objNow, TimePoint objSeen);
 
     /// When Service is to be called, should no packet come before; nothing while no block is under way.
     [[nodiscard]] std::optional<TimePoint> GetNextDue() const;
 
     /// Ends every block under way: delivers those of which something came, or hands their memory back.
     void Finish(bool bDeliver);
+
+    /// Packets that are still to come of the block that the last one belongs to; 0 when that isn't known.
+    [[nodiscard]] std::size_t GetExpected() const {
+        const std::uint32_t nTrailerID = m_pCurrent != nullptr ? m_pCurrent->GetTrailerID(m_nPredictedTrailerID) : 0;
+        return nTrailerID != 0 && nTrailerID > m_pCurrent->GetNextID() ? nTrailerID - m_pCurrent->GetNextID() : 0;
+    }
 
     [[nodiscard]] bool IsIdle() const { return m_nUnderWay == 0; }
     [[nodiscard]] const STREAM_STATISTICS& GetStatistics() const { return m_objStatistics; }
@@ -102,9 +110,15 @@ private:
     PACKET_EFFECT TakeStatus(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, bool& bWithData, TimePoint objNow);
     void Count(PACKET_EFFECT eEffect, const gev::GVSP_HEADER& objHeader);
 
-    void ServiceBlock(CBlock& objBlock, TimePoint objNow, std::uint32_t& nRequests);
-    void NoticeTail(CBlock& objBlock, TimePoint objNow);
-    bool ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TimePoint objNow, std::uint32_t& nRequests);
+    /// What one call of Service has to go by.
+    struct TURN {
+        TimePoint Now;
+        TimePoint Seen;
+        std::uint32_t Requests = 0;  ///< that were made
+    };
+    void ServiceBlock(CBlock& objBlock, TURN& objTurn);
+    void NoticeTail(CBlock& objBlock, const TURN& objTurn);
+    bool ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn);
     void AskFor(const CBlock& objBlock, const PACKET_GAP& objGap, std::uint32_t& nRequests);
     [[nodiscard]] bool IsOvertaken(const CBlock& objBlock) const { return objBlock.GetSerial() < m_nNewestSerial; }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <thread>
 
 #include <linux/filter.h>
 #include <linux/sock_diag.h>
@@ -21,8 +22,6 @@
 namespace producer {
 
 namespace {
-
-constexpr std::size_t kMessages = 32;  // of one call: more don't pay, and fall out of the processor's cache
 
 constexpr unsigned kSingly = 7;
 
@@ -134,8 +133,8 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
         m_pBatch->Messages[i].msg_hdr.msg_controllen = m_pBatch->Control[i].size();
     }
     const bool bSingly = m_nSingly != 0;
-    const int nReceived =
-        recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), bSingly ? 1 : kMessages, MSG_WAITFORONE, nullptr);
+    m_nAsked = bSingly ? 1 : kMessages;
+    const int nReceived = recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), m_nAsked, MSG_WAITFORONE, nullptr);
     // Looking for a second packet costs a good part of taking the first, and is left out for a while when there was
     // none.
     m_nSingly = bSingly ? m_nSingly - 1 : nReceived <= 1 ? kSingly : 0;
@@ -157,6 +156,11 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
         }
     }
     return m_vecReceived;
+}
+
+void CStreamSocket::Gather(std::chrono::nanoseconds objPause) {
+    std::this_thread::sleep_for(objPause);
+    m_nSingly = 0;  // there will be more than one
 }
 
 void CStreamSocket::Shutdown() noexcept {

@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
-#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
