@@ -5,9 +5,8 @@
 namespace GenApi_3_0 {
 
 std::string CStringRegNode::FetchText(bool bIgnoreCache) {
-    std::vector<std::uint8_t> vecBytes(static_cast<std::size_t>(Block().Length()));
-    Block().Read(vecBytes, bIgnoreCache);
-    std::string strText(vecBytes.begin(), vecBytes.end());
+    std::string strText(static_cast<std::size_t>(Block().Length()), '\0');
+    Block().Read({reinterpret_cast<std::uint8_t*>(strText.data()), strText.size()}, bIgnoreCache);
     strText.resize(std::min(strText.find('\0'), strText.size()));
     return strText;
 }

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 #include <new>
 #include <vector>
 
@@ -18,6 +17,7 @@
 #include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "TLClass/TLClassMain/IDataStream.h"
 #include "TLClass/TLClassMain/IDevice.h"
+#include "bench/Turns.h"
 #include "support/Event.h"
 #include "support/Thread.h"
 #include "tests/TLClass/TreeOnDouble.h"
@@ -56,8 +56,8 @@ constexpr int kFrames = 20000;
 constexpr std::size_t kBuffers = 16;
 constexpr std::size_t kFrameSize = 64;  // so small that its copy hides nothing
 
-double NanosecondsAFrame(CLOCK::time_point tmStart) {
-    return std::chrono::duration<double, std::nano>(CLOCK::now() - tmStart).count() / kFrames;
+double SecondsAFrame(CLOCK::time_point tmStart) {
+    return std::chrono::duration<double>(CLOCK::now() - tmStart).count() / kFrames;
 }
 
 /// Measures from the first of its frames to the last.
@@ -65,7 +65,7 @@ class CMeasure : public INewBufferCallback {
 public:
     struct RESULT {
         CEvent objDone;
-        double nNanoseconds = 0;
+        double fSeconds = 0;
         std::uint64_t nAllocations = 0;
     };
 
@@ -78,7 +78,7 @@ public:
             m_tmStart = CLOCK::now();
         }
         if (m_nFrames++ == kFrames) {
-            m_pResult->nNanoseconds = NanosecondsAFrame(m_tmStart);
+            m_pResult->fSeconds = SecondsAFrame(m_tmStart);
             m_pResult->nAllocations = g_nAllocations - m_nAllocations;
             m_pResult->objDone.Signal();
         }
@@ -142,32 +142,31 @@ double RunDirectly(CGenTLLib& objLib, DEV_HANDLE hDevice) {
     for (int nFrame = 0; nFrame < kFrames; ++nFrame) {
         TakeDirectly(objLib, hStream, hEvent);
     }
-    const double nNanoseconds = NanosecondsAFrame(tmStart);
+    const double fSeconds = SecondsAFrame(tmStart);
     objLib.GCUnregisterEvent(hStream, EVENT_NEW_BUFFER);
     objLib.DSClose(hStream);
-    return nNanoseconds;
+    return fSeconds;
 }
 
 /// On a thread of the priority that the thread of the callbacks has.
 double RunDirectlyOnAThread(IDevice& objDevice) {
     struct JOB {
         IDevice& objDevice;
-        double nNanoseconds = 0;
+        double fSeconds = 0;
     } objJob{objDevice};
     CThread objThread;
     objThread.Start(
         &objJob,
         [](void* pJob) {
             auto& objOwn = *static_cast<JOB*>(pJob);
-            objOwn.nNanoseconds = RunDirectly(*objOwn.objDevice.GetLib(), objOwn.objDevice.GetHandle());
+            objOwn.fSeconds = RunDirectly(*objOwn.objDevice.GetLib(), objOwn.objDevice.GetHandle());
             return std::uint32_t{0};
         },
         kPriorityTimeCritical);
     objThread.Join();
-    return objJob.nNanoseconds;
+    return objJob.fSeconds;
 }
 
-/// Of each way the fastest run counts: what slows one down is never the path.
 void FrameByCallback(benchmark::State& objState) {
     const CTreeOnDouble objTree;
     objTree.Init();
@@ -183,24 +182,20 @@ void FrameByCallback(benchmark::State& objState) {
     const auto pStream = pDevice->GetDataStreamList().at(0);
     pStream->DoOpenDataStream();
     objTree.Double().RecordCalls(false);
-    double nCallback = std::numeric_limits<double>::max();
-    double nDirect = std::numeric_limits<double>::max();
+    CTurns objTurns;
     std::uint64_t nAllocations = 0;
     for (auto _ : objState) {
         CMeasure::RESULT objResult;
         RunCallbacks(*pStream, objResult);
-        if (objResult.nNanoseconds == 0) {
+        if (objResult.fSeconds == 0) {
             objState.SkipWithError("the frames didn't come");
             break;
         }
-        nCallback = std::min(nCallback, objResult.nNanoseconds);
         nAllocations = std::max(nAllocations, objResult.nAllocations);
-        nDirect = std::min(nDirect, RunDirectlyOnAThread(*pDevice));
+        objTurns.Add(objResult.fSeconds, RunDirectlyOnAThread(*pDevice));
     }
-    objState.counters["callback_ns"] = nCallback;
-    objState.counters["direct_ns"] = nDirect;
-    objState.counters["times_direct"] = nCallback / nDirect;               // goal: at most 1.2
-    objState.counters["allocations"] = static_cast<double>(nAllocations);  // in 20,000 frames; goal: 0
+    Report(objTurns.GetFastest("frame by callback, event to requeue", AtMost(1.2)));
+    Report({"allocations in 20,000 such frames", static_cast<double>(nAllocations), 0, AtMost(0), ""});
 }
 BENCHMARK(FrameByCallback)->Unit(benchmark::kMillisecond)->Iterations(10)->UseRealTime();
 

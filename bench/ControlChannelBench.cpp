@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -24,6 +23,7 @@
 #include "TLClass/TLClassLoadTL/GenTLLib.h"
 #include "TLClass/TLClassXML/XMLAnalyzer.h"
 #include "TLClass/TLClassXML/XMLUrl.h"
+#include "bench/Turns.h"
 #include "camera/FeatureTable.h"
 #include "gev/Address.h"
 #include "gev/Bootstrap.h"
@@ -172,42 +172,6 @@ COpenCamera& Camera() {
     return s_objCamera;
 }
 
-/// Times two ways to the same thing turn about, so that whatever else the machine does meets both.
-class CTurns {
-public:
-    template <class First, class Second>
-    void Take(const First& funFirst, const Second& funSecond) {
-        m_vecFirst.push_back(Time(funFirst));
-        m_vecSecond.push_back(Time(funSecond));
-    }
-
-    /// The medians, in microseconds, and their ratio.
-    void Report(benchmark::State& objState) {
-        const double fFirst = GetMedian(m_vecFirst);
-        const double fSecond = GetMedian(m_vecSecond);
-        objState.counters["us"] = fFirst;
-        objState.counters["bare_us"] = fSecond;
-        objState.counters["ratio"] = fFirst / fSecond;
-    }
-
-private:
-    template <class Body>
-    static double Time(const Body& funBody) {
-        const auto tmStart = std::chrono::steady_clock::now();
-        funBody();
-        return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - tmStart).count();
-    }
-
-    static double GetMedian(std::vector<double>& vecTimes) {
-        const auto itMiddle = vecTimes.begin() + static_cast<std::ptrdiff_t>(vecTimes.size() / 2);
-        std::nth_element(vecTimes.begin(), itMiddle, vecTimes.end());
-        return *itMiddle;
-    }
-
-    std::vector<double> m_vecFirst;
-    std::vector<double> m_vecSecond;
-};
-
 void DescriptionDownload(benchmark::State& objState) {
     COpenCamera& objCamera = Camera();
     CBareApplication objBare;
@@ -228,8 +192,8 @@ void DescriptionDownload(benchmark::State& objState) {
             objState.SkipWithError("what was read differs");
         }
     }
-    objState.counters["bytes"] = static_cast<double>(vecOurs.size());
-    objTurns.Report(objState);  // goal: at most 1.1
+    Report(
+        objTurns.GetMedian("download of a description of " + std::to_string(vecOurs.size()) + " bytes", AtMost(1.1)));
 }
 BENCHMARK(DescriptionDownload)->Unit(benchmark::kMillisecond)->Iterations(300)->UseRealTime();
 
@@ -243,7 +207,7 @@ void UncachedFeature(benchmark::State& objState) {
         objTurns.Take([&] { benchmark::DoNotOptimize(objCamera.Features().DoGetFloat(strFeature)); },
                       [&] { benchmark::DoNotOptimize(objBare.ReadRegister(nAddress)); });
     }
-    objTurns.Report(objState);  // goal: at most 1.15
+    Report(objTurns.GetMedian("uncached feature by name, over the network", AtMost(1.15)));
 }
 BENCHMARK(UncachedFeature)->Unit(benchmark::kMicrosecond)->Iterations(20000)->UseRealTime();
 

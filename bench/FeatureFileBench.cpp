@@ -13,6 +13,7 @@
 #include "GenApi/Node.h"
 #include "GenApi/Value.h"
 #include "TLClass/TLClassFeature/FeatureFile.h"
+#include "bench/Turns.h"
 #include "tests/GenApi/TestMap.h"
 
 namespace {
@@ -61,67 +62,57 @@ private:
     CTestMap m_objModule{""};
 };
 
-/// Fails the benchmark if a register is read twice.
-void CheckReads(benchmark::State& state, const CCamera& objCamera) {
-    if (objCamera.MostReads() > 1) {
-        state.SkipWithError("a register was read twice");
-    }
+/// A number of accesses to registers, which is held to the least there can be.
+void ReportAccesses(const std::string& strName, int nAccesses, int nLeast) {
+    Report({strName, static_cast<double>(nAccesses), 0, AtMost(nLeast), ""});
 }
 
-void BM_ReadAllAsText(benchmark::State& state) {
-    const CCamera objCamera(kFeatures);
-    const auto vecValue = objCamera.Values();
-    for (auto _ : state) {
-        objCamera.Map._InvalidateNodes();
-        for (GenApi_3_0::IValue* pValue : vecValue) {
-            benchmark::DoNotOptimize(pValue->ToString());
-        }
-    }
-}
-BENCHMARK(BM_ReadAllAsText)->Unit(benchmark::kMicrosecond);
-
-void BM_Save(benchmark::State& state) {
+void SaveSettings(benchmark::State& objState) {
     CCamera objCamera(kFeatures);
-    objCamera.Saved();
-    CheckReads(state, objCamera);
-    state.counters["reads"] = objCamera.Port.TakeReads();
-    objCamera.Saved();
-    state.counters["reads_again"] = objCamera.Port.TakeReads();
-    for (auto _ : state) {
-        objCamera.Map._InvalidateNodes();
-        benchmark::DoNotOptimize(objCamera.Saved());
-    }
-}
-BENCHMARK(BM_Save)->Unit(benchmark::kMicrosecond);
-
-void BM_WriteAllAsText(benchmark::State& state) {
-    const CCamera objCamera(kFeatures);
     const auto vecValue = objCamera.Values();
-    for (auto _ : state) {
-        for (GenApi_3_0::IValue* pValue : vecValue) {
-            pValue->FromString("7");
-        }
+    objCamera.Saved();
+    ReportAccesses("registers read by a save of 2,000 settings", objCamera.Port.TakeReads(), kFeatures);
+    ReportAccesses("most reads of one of them", objCamera.MostReads(), 1);
+    objCamera.Saved();
+    ReportAccesses("registers read by a second save", objCamera.Port.TakeReads(), 0);
+    CTurns objTurns;
+    for (auto _ : objState) {
+        objCamera.Map._InvalidateNodes();
+        const double fSave = CTurns::SecondsOf([&] { benchmark::DoNotOptimize(objCamera.Saved()); });
+        objCamera.Map._InvalidateNodes();
+        objTurns.Add(fSave, CTurns::SecondsOf([&] {
+                         for (GenApi_3_0::IValue* pValue : vecValue) {
+                             benchmark::DoNotOptimize(pValue->ToString());
+                         }
+                     }));
     }
+    Report(objTurns.GetFastest("save of 2,000 settings", {}));
 }
-BENCHMARK(BM_WriteAllAsText)->Unit(benchmark::kMicrosecond);
+BENCHMARK(SaveSettings)->Unit(benchmark::kMillisecond)->Iterations(200);
 
-void BM_Load(benchmark::State& state) {
+void LoadSettings(benchmark::State& objState) {
     const std::string strText = CCamera(kFeatures).Saved();
     CCamera objCamera(kFeatures);
-    const auto Load = [&] {
+    const auto vecValue = objCamera.Values();
+    const auto funLoad = [&] {
         std::istringstream stream(strText);
         if (!objCamera.File().Load(stream, true).empty()) {
-            state.SkipWithError("a value was refused");
+            objState.SkipWithError("a value was refused");
         }
     };
-    Load();
-    CheckReads(state, objCamera);
-    state.counters["reads"] = objCamera.Port.TakeReads();
-    state.counters["writes"] = objCamera.Port.TakeWrites();
-    for (auto _ : state) {
-        Load();
+    funLoad();
+    ReportAccesses("registers read by a load of 2,000 settings", objCamera.Port.TakeReads(), 0);
+    ReportAccesses("registers written by it", objCamera.Port.TakeWrites(), kFeatures);
+    CTurns objTurns;
+    for (auto _ : objState) {
+        objTurns.Take(funLoad, [&] {
+            for (GenApi_3_0::IValue* pValue : vecValue) {
+                pValue->FromString("7");
+            }
+        });
     }
+    Report(objTurns.GetFastest("load of 2,000 settings", {}));
 }
-BENCHMARK(BM_Load)->Unit(benchmark::kMicrosecond);
+BENCHMARK(LoadSettings)->Unit(benchmark::kMillisecond)->Iterations(200);
 
 }  // namespace

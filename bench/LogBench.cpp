@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -8,12 +6,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/Turns.h"
 #include "support/LocalTimeText.h"
 #include "support/Log.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr int kLines = 2000;  // about a millisecond, so that most rounds run undisturbed
 const std::string kLine = "Device.cpp(211):'CDevice::__DoClose':The TL library is not complete";
@@ -51,29 +48,19 @@ void WriteInBareLoop(const std::string& strFile) {
     AppendToFile(strFile, strBuffer);
 }
 
-template <typename Work>
-double SecondsOf(Work objWork) {
-    const auto objStart = Clock::now();
-    objWork();
-    return std::chrono::duration<double>(Clock::now() - objStart).count();
-}
-
-/// Both ways take turns, and the best round of each counts, so that what else the machine does falls on neither.
 void BufferedLogAgainstBareLoop(benchmark::State& objState) {
     const std::string strFile = BenchFile();
     CLog objLog;
     objLog.SetFileName(strFile);
-    double fLog = 1e9;
-    double fBare = 1e9;
+    CTurns objTurns;
     for (auto _ : objState) {
-        fLog = std::min(fLog, SecondsOf([&] { WriteToLog(objLog); }));
         std::filesystem::remove(strFile);
-        fBare = std::min(fBare, SecondsOf([&] { WriteInBareLoop(strFile); }));
+        const double fLog = CTurns::SecondsOf([&] { WriteToLog(objLog); });
         std::filesystem::remove(strFile);
+        objTurns.Add(fLog, CTurns::SecondsOf([&] { WriteInBareLoop(strFile); }));
     }
-    objState.counters["log_lines_per_s"] = kLines / fLog;
-    objState.counters["bare_lines_per_s"] = kLines / fBare;
-    objState.counters["ratio"] = fBare / fLog;  // the goal is at least 0.8
+    std::filesystem::remove(strFile);
+    Report(objTurns.GetFastest("line into the buffered log", AtMost(1.25), kLines));
 }
 BENCHMARK(BufferedLogAgainstBareLoop)->Unit(benchmark::kMillisecond)->Iterations(300)->UseRealTime();
 

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <ctime>
 #include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/BareReceiver.h"
+#include "bench/Figure.h"
 #include "bench/StreamSender.h"
 #include "gev/GvspHeader.h"
 #include "producer/modules/EventQueue.h"
@@ -157,21 +159,31 @@ void StreamThroughput(benchmark::State& objState) {
     objSettings.PacketSize = static_cast<std::size_t>(objState.range(0));
     objSettings.Joined = objState.range(1) != 0;
     std::vector<double> vecBareRate;
+    std::vector<double> vecBareCpu;
+    std::vector<double> vecBareWhole;
     RATIOS objProducer;
     RATIOS objRing;
     for (auto _ : objState) {
         const RUN objBare = Measure(MakeBareLoop(objSettings), objSettings);
         objProducer.Add(Measure(MakeProducerLoop(objSettings), objSettings), objBare);
         objRing.Add(Measure(MakeBareRing(objSettings), objSettings), objBare);
-        vecBareRate.push_back(objBare.Rate);
+        vecBareRate.push_back(objBare.Rate / 1e6);
+        vecBareCpu.push_back(objBare.CpuTime);
+        vecBareWhole.push_back(objBare.WholeTime);
     }
-    objState.counters["bare_MBps"] = Median(vecBareRate) / 1e6;
-    objState.counters["rate_ratio"] = Median(objProducer.Rate);    // goal: at least 0.95
-    objState.counters["cpu_ratio"] = Median(objProducer.CpuTime);  // goal: at most 1.15
-    objState.counters["whole_ratio"] = Median(objProducer.WholeTime);
-    objState.counters["ring_rate_ratio"] = Median(objRing.Rate);
-    objState.counters["ring_cpu_ratio"] = Median(objRing.CpuTime);
-    objState.counters["ring_whole_ratio"] = Median(objRing.WholeTime);
+    const std::string strOf = " of " + std::to_string(objSettings.PacketSize) + "-byte packets, " +
+                              (objSettings.Joined ? "joined" : "singly");
+    const auto ReportRatio = [&](const char* pName, const std::vector<double>& vecRatio,
+                                 const std::vector<double>& vecBare, const char* pUnit, GOAL objGoal) {
+        const double fRatio = Median(vecRatio);
+        const double fBare = Median(vecBare);
+        Report({pName + strOf, fRatio * fBare, fBare, objGoal, pUnit, fRatio});
+    };
+    ReportRatio("rate", objProducer.Rate, vecBareRate, "MB/s", AtLeast(0.95));
+    ReportRatio("processor time", objProducer.CpuTime, vecBareCpu, "ns/byte", AtMost(1.15));
+    ReportRatio("whole processor time", objProducer.WholeTime, vecBareWhole, "ns/byte", {});
+    ReportRatio("a ring's rate", objRing.Rate, vecBareRate, "MB/s", {});
+    ReportRatio("a ring's whole processor time", objRing.WholeTime, vecBareWhole, "ns/byte", {});
 }
 BENCHMARK(StreamThroughput)
     ->ArgNames({"packet", "joined"})
@@ -183,7 +195,7 @@ std::int64_t Now() {
     return std::chrono::steady_clock::now().time_since_epoch().count();
 }
 
-/// Microseconds from the sending of each trailer to a second thread that has its image.
+/// Seconds from the sending of each trailer to a second thread that has its image.
 template <class Loop>
 std::vector<double> MeasureLatency(std::unique_ptr<Loop> pLoop, SENDER_SETTINGS objSettings) {
     std::vector<double> vecLatency;
@@ -192,7 +204,7 @@ std::vector<double> MeasureLatency(std::unique_ptr<Loop> pLoop, SENDER_SETTINGS 
     std::thread objSender([&] { SendImages(Cable().m_objFar, objSettings, &vecTimes); });
     for (unsigned nBlock = 0; nBlock < objSettings.Frames;) {
         nBlock = pLoop->WaitForBlock();
-        vecLatency.push_back(static_cast<double>(Now() - vecTimes[nBlock]) / 1000);
+        vecLatency.push_back(static_cast<double>(Now() - vecTimes[nBlock]) / 1e9);
     }
     objSender.join();
     return vecLatency;
@@ -224,7 +236,7 @@ std::vector<double> MeasureProducerLatency(SENDER_SETTINGS objSettings) {
         EVENT_NEW_BUFFER_DATA objData{};
         std::size_t nSize = sizeof objData;
         objPool.m_pQueue->GetData(&objData, &nSize, 10'000);
-        vecLatency.push_back(static_cast<double>(Now() - vecTimes[i]) / 1000);
+        vecLatency.push_back(static_cast<double>(Now() - vecTimes[i]) / 1e9);
         objPool.Queue(objData.BufferHandle);
     }
     objSender.join();
@@ -248,10 +260,10 @@ void StreamLatency(benchmark::State& objState) {
         std::ranges::copy(MeasureProducerLatency(objSettings), std::back_inserter(vecProducer));
         std::ranges::copy(MeasureLatency(MakeBareRing(objSettings), objSettings), std::back_inserter(vecRing));
     }
-    objState.counters["bare_us"] = Median(vecBare);
-    objState.counters["median_ratio"] = Median(vecProducer) / Median(vecBare);               // goal: at most 1.2
-    objState.counters["p99_ratio"] = Percentile(vecProducer, 99) / Percentile(vecBare, 99);  // goal: at most 1.5
-    objState.counters["ring_median_ratio"] = Median(vecRing) / Median(vecBare);
+    const std::string strOf = " of " + std::to_string(objSettings.PacketSize) + "-byte packets";
+    Report({"last packet to waiting thread" + strOf, Median(vecProducer), Median(vecBare), AtMost(1.2)});
+    Report({"the same, 99th percentile", Percentile(vecProducer, 99), Percentile(vecBare, 99), AtMost(1.5)});
+    Report({"the same through a ring", Median(vecRing), Median(vecBare), {}});
 }
 BENCHMARK(StreamLatency)->ArgName("packet")->Arg(1500)->Arg(9000)->Iterations(15)->Unit(benchmark::kMillisecond);
 

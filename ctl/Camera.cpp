@@ -19,9 +19,10 @@ bool IsInOtherSubnet(const CAMERA& objCamera) {
            ((*objCamera.nAddress ^ *objAdapter.nAddress) & *objAdapter.nMask) != 0;
 }
 
-/// Producers put an address or a description behind the name that the system has for an adapter.
+/// Producers put an address or a description behind the name that the system has for an adapter. Every adapter is
+/// called by the empty name.
 bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
-    return objAdapter.strID == strName || objAdapter.strName == strName ||
+    return strName.empty() || objAdapter.strID == strName || objAdapter.strName == strName ||
            objAdapter.strName.starts_with(std::string(strName) + ' ');
 }
 
@@ -85,7 +86,7 @@ const CAMERA& SelectCamera(const std::vector<CAMERA>& vecCamera, std::string_vie
                            std::string_view strAdapter) {
     std::vector<const CAMERA*> vecThere;
     for (const CAMERA& objCamera : vecCamera) {
-        if (strAdapter.empty() || IsCalled(objCamera.objAdapter, strAdapter)) {
+        if (IsCalled(objCamera.objAdapter, strAdapter)) {
             vecThere.push_back(&objCamera);
         }
     }
@@ -110,4 +111,15 @@ const CAMERA& SelectCamera(const std::vector<CAMERA>& vecCamera, std::string_vie
                             ? "no camera answered" + strWhere +
                                   ". Is it on, and cabled? \"norvikctl doctor\" looks for the usual causes."
                             : "no camera is called " + strQuoted + strWhere + ". There are:\n" + Describe(vecThere));
+}
+
+bool IsSurelyFound(const std::vector<CAMERA>& vecCamera, std::string_view strName, std::string_view strAdapter) {
+    const auto nMAC = ParseMAC(strName);
+    const auto nAddress = ParseAddress(strName);
+    const auto isMeant = [&](const CAMERA& objCamera) {
+        return IsCalled(objCamera.objAdapter, strAdapter) &&
+               ((!strName.empty() && objCamera.strID == strName) || (nMAC && objCamera.nMAC == nMAC) ||
+                (nAddress && objCamera.nAddress == nAddress));
+    };
+    return std::count_if(vecCamera.begin(), vecCamera.end(), isMeant) == 1;
 }

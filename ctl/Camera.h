@@ -44,3 +44,8 @@ std::string GetStateText(const CAMERA& objCamera);
 /// @param strAdapter  only cameras on the adapter with this ID, this name or this first word of its name; empty for any
 /// @throws CCommandError  none or several fit; the text lists them, or else all there are
 const CAMERA& SelectCamera(const std::vector<CAMERA>& vecCamera, std::string_view strName, std::string_view strAdapter);
+
+/// @return whether exactly one camera has this very ID, MAC or address, so that those who haven't answered yet needn't
+/// be
+///         waited for. Names and serial numbers are people's, and may be there twice.
+bool IsSurelyFound(const std::vector<CAMERA>& vecCamera, std::string_view strName, std::string_view strAdapter);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -37,9 +36,22 @@ CFrameWriter::CFrameWriter(std::string strFolder, FRAME_FILE eFile)
         throw CCommandError(EXIT_CODE::Failure, m_strFolder + ": it can't be made a folder" +
                                                     (objError ? ": " + objError.message() : std::string()));
     }
+    __StartThreads();
+}
+
+/// As many as there are processors. One is enough where the system has no more to give.
+void CFrameWriter::__StartThreads() {
     const unsigned nThreads = std::clamp(std::thread::hardware_concurrency(), 1U, kMostThreads);
-    for (unsigned i = 0; i < nThreads; ++i) {
-        m_vecThread.emplace_back([this] { __OnThreadWrite(); });
+    m_vecThread.reserve(nThreads);
+    try {
+        for (unsigned i = 0; i < nThreads; ++i) {
+            m_vecThread.emplace_back([this] { __OnThreadWrite(); });
+        }
+    } catch (const std::system_error& objError) {
+        if (m_vecThread.empty()) {
+            throw CCommandError(EXIT_CODE::Failure,
+                                std::string("there is no thread to write frames on: ") + objError.what());
+        }
     }
 }
 
@@ -53,11 +65,12 @@ CFrameWriter::~CFrameWriter() {
 
 void CFrameWriter::Push(GRABBED_FRAME objFrame) {
     std::unique_lock objLock(m_csQueue);
-    m_objChanged.wait(objLock, [this] { return m_pFailure || m_nBytes < kMostBytes; });
+    m_objRoom.wait(objLock, [this] { return m_pFailure || m_nBytes < kMostBytes; });
     __RethrowFailure();
     m_nBytes += objFrame.vecData.size();
     m_listFrame.push_back(std::move(objFrame));
-    m_objChanged.notify_all();
+    objLock.unlock();  // or the thread would wake only to wait for it
+    m_objWork.notify_one();
 }
 
 void CFrameWriter::Finish() {
@@ -77,7 +90,7 @@ void CFrameWriter::__Join() {
         const std::lock_guard objLock(m_csQueue);
         m_bFinish = true;
     }
-    m_objChanged.notify_all();
+    m_objWork.notify_all();
     for (std::thread& objThread : m_vecThread) {
         objThread.join();
     }
@@ -87,7 +100,7 @@ void CFrameWriter::__Join() {
 void CFrameWriter::__OnThreadWrite() {
     std::unique_lock objLock(m_csQueue);
     for (;;) {
-        m_objChanged.wait(objLock, [this] { return m_bFinish || m_pFailure || !m_listFrame.empty(); });
+        m_objWork.wait(objLock, [this] { return m_bFinish || m_pFailure || !m_listFrame.empty(); });
         if (m_pFailure || m_listFrame.empty()) {
             return;
         }
@@ -102,8 +115,11 @@ void CFrameWriter::__OnThreadWrite() {
         }
         objLock.lock();
         m_nBytes -= objFrame.vecData.size();
-        m_pFailure = m_pFailure ? m_pFailure : pFailure;
-        m_objChanged.notify_all();
+        m_objRoom.notify_one();
+        if (pFailure && !m_pFailure) {
+            m_pFailure = pFailure;
+            m_objWork.notify_all();
+        }
     }
 }
 

@@ -31,7 +31,7 @@ std::string GetFrameFileName(const GRABBED_FRAME& objFrame, FRAME_FILE eFile);
 class CFrameWriter {
 public:
     /// Makes the folder with its parents.
-    /// @throws CCommandError  it can't be made
+    /// @throws CCommandError  it can't be made, or there is no thread to write on
     CFrameWriter(std::string strFolder, FRAME_FILE eFile);
     /// Drops what waits.
     ~CFrameWriter();
@@ -46,6 +46,7 @@ public:
     void Finish();
 
 private:
+    void __StartThreads();
     void __OnThreadWrite();
     void __WriteFrame(const GRABBED_FRAME& objFrame) const;
     void __RethrowFailure();
@@ -58,6 +59,7 @@ private:
     std::size_t m_nBytes = 0;  // of the frames in m_listFrame
     bool m_bFinish = false;    // the threads end when nothing waits
     std::exception_ptr m_pFailure;
-    std::condition_variable m_objChanged;  // of any of them
+    std::condition_variable m_objWork;  // what the threads wait for: a frame, the end, a failure
+    std::condition_variable m_objRoom;  // what Push waits for: fewer bytes, a failure
     std::vector<std::thread> m_vecThread;
 };

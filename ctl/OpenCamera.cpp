@@ -8,19 +8,20 @@
 #include "ctl/ErrorText.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/Table.h"
+#include "support/Address.h"
 
 namespace {
 
 std::string WhatToTry(const CAMERA& objCamera) {
     return GetStateText(objCamera) == "other subnet"
-               ? ". \"norvikctl recover\" gives it an address in the subnet of " + objCamera.objAdapter.strName
+               ? ". Try norvikctl recover " + (objCamera.nMAC ? MACToString(*objCamera.nMAC) : "MAC") + " ADDRESS"
                : "";
 }
 
 }  // namespace
 
 COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccessMode) {
-    m_objTree.Update(objOptions.nSearchTime);
+    Search(objOptions);
     m_objCamera = SelectCamera(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter);
     try {
         GetDevice()->DoOpenDevice(nAccessMode);
@@ -28,6 +29,16 @@ COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccess
         throw CCommandError(ExitCodeOf(objException),
                             Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
                                       ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera)));
+    }
+}
+
+/// Most cameras answer within milliseconds. One that is named beyond doubt is taken as soon as that, the others wait
+/// until every camera has had its time.
+void COpenCamera::Search(const CAMERA_OPTIONS& objOptions) {
+    const std::chrono::milliseconds nFirst = objOptions.nSearchTime / 10;
+    m_objTree.Update(nFirst);
+    if (!IsSurelyFound(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter)) {
+        m_objTree.Update(objOptions.nSearchTime - nFirst);
     }
 }
 

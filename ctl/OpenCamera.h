@@ -34,6 +34,8 @@ public:
     boost::shared_ptr<IDataStream> OpenStream() const;
 
 private:
+    void Search(const CAMERA_OPTIONS& objOptions);
+
     CCameraTree m_objTree;  // closes the camera
     CAMERA m_objCamera;
 };

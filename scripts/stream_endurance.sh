@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.." || exit 1
 
 # shellcheck disable=SC2086 # lists of names
 ensure_packages $PACKAGES_BUILD $PACKAGES_TEST
-configure release
+configure release -DNORVIK_BUILD_TESTS=ON
 build release --target ProducerEntriesTest ZrGVTL
 build/release/tests/ProducerEntriesTest --gtest_also_run_disabled_tests \
     --gtest_filter=ProducerStream.DISABLED_TenThousandImagesAtTheLimitOfAGigabitLink

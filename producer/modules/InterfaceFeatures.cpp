@@ -1,9 +1,6 @@
 // The features of an interface module: what its description tells, and what each register reads and writes.
 
-#include <utility>
-
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
 #include "producer/modules/InterfaceModule.h"
 
 namespace producer {
@@ -102,12 +99,12 @@ void CInterfaceModule::AddEnumerationFeatures() {
         .Set([this](CFeature::Number nIndex) { Select(nIndex); });
 }
 
-DEVICE_ENTRY CInterfaceModule::GetSelected() const {
+std::shared_ptr<const DEVICE_ENTRY> CInterfaceModule::GetSelected() const {
     const std::lock_guard objLock(m_mtxState);
     if (m_nSelected >= m_pList->size()) {
         throw CProducerError(GC_ERR_NOT_AVAILABLE, "no camera is listed on " + m_strAdapter);
     }
-    return (*m_pList)[m_nSelected];
+    return {m_pList, &(*m_pList)[m_nSelected]};
 }
 
 void CInterfaceModule::Select(std::int64_t nIndex) {
@@ -122,13 +119,13 @@ void CInterfaceModule::Select(std::int64_t nIndex) {
 void CInterfaceModule::AddDeviceFeatures() {
     CRegisterMap& objMap = GetRegisters();
     const auto funText = [&](const char* pszName, const char* pszToolTip, auto funValue) {
-        objMap.Text(pszName, pszToolTip, [this, funValue] { return funValue(GetSelected()); })
+        objMap.Text(pszName, pszToolTip, [this, funValue] { return funValue(*GetSelected()); })
             .SelectedBy("DeviceSelector");
     };
     const auto funNumber = [&](const char* pszName, const char* pszToolTip, const char* pszShown, auto funValue) {
         objMap
             .Integer(pszName, pszToolTip,
-                     [this, funValue] { return static_cast<CFeature::Number>(funValue(GetSelected())); })
+                     [this, funValue] { return static_cast<CFeature::Number>(funValue(*GetSelected())); })
             .Shown(pszShown)
             .SelectedBy("DeviceSelector");
     };
@@ -159,7 +156,7 @@ void CInterfaceModule::AddDeviceFeatures() {
                       {"Busy", DEVICE_ACCESS_STATUS_BUSY},
                       {"OpenReadWrite", DEVICE_ACCESS_STATUS_OPEN_READWRITE},
                       {"OpenReadOnly", DEVICE_ACCESS_STATUS_OPEN_READONLY}},
-                     [this] { return CFeature::Number{GetAccessStatus(GetSelected())}; })
+                     [this] { return CFeature::Number{GetAccessStatus(*GetSelected())}; })
         .SelectedBy("DeviceSelector");
 }
 
@@ -186,13 +183,13 @@ void CInterfaceModule::AddForceIpFeatures() {
     objMap
         .Command("GevDeviceForceIP", "Gives the selected camera the address above until its next start",
                  [this] {
-                     const DEVICE_ENTRY objEntry = GetSelected();
+                     const std::uint64_t nMac = GetSelected()->Device.Mac;
                      IP_SETTINGS objSettings;
                      {
                          const std::lock_guard objLock(m_mtxState);
                          objSettings = m_objForced;
                      }
-                     DoForceIp(m_strAdapter, objEntry.Device.Mac, objSettings, m_objClosing.get_token());
+                     DoForceIp(m_strAdapter, nMac, objSettings, m_objClosing.get_token());
                  })
         .SelectedBy("DeviceSelector");
 }

@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <span>
 #include <stop_token>
 #include <string>
 #include <vector>
@@ -66,8 +65,8 @@ private:
 
     ADAPTER GetAdapter() const;
     std::shared_ptr<const DEVICE_LIST> GetList() const;
-    DEVICE_ENTRY FindListed(const std::string& strId) const;
-    DEVICE_ENTRY GetSelected() const;
+    std::shared_ptr<const DEVICE_ENTRY> FindListed(const std::string& strId) const;  // each is a part of its list
+    std::shared_ptr<const DEVICE_ENTRY> GetSelected() const;
     void Select(std::int64_t nIndex);
     DEVICE_ENTRY Resolve(const std::string& strId) const;
     DEVICE_ACCESS_STATUS GetAccessStatus(const DEVICE_ENTRY& objEntry) const;

@@ -1,12 +1,11 @@
 #include "producer/wire/AdapterSocket.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <limits>
 #include <map>
+#include <memory>
 #include <span>
 #include <utility>
 
@@ -17,7 +16,6 @@
 #include <sys/socket.h>
 
 #include "gev/BigEndian.h"
-#include "producer/ProducerError.h"
 #include "producer/wire/SocketDescriptor.h"
 
 namespace producer {
@@ -25,6 +23,7 @@ namespace producer {
 namespace {
 
 constexpr std::chrono::seconds kLongestAnswer{2};  // the kernel answers at once; this only keeps a fault from hanging
+constexpr std::size_t kBufferSize = 64 * 1024;     // of one datagram of an answer
 constexpr int kMostAttempts = 5;                   // a dump that the tables changed under is asked for again
 
 /// The attributes of one message of the kernel, by their type.
@@ -93,15 +92,16 @@ public:
             ThrowSocketError(errno, "ask the kernel for the network adapters");
         }
         bool bWhole = true;
-        while (Receive([&](const nlmsghdr& objHeader, std::span<const std::byte> objBody) {
-            bWhole = bWhole && (objHeader.nlmsg_flags & NLM_F_DUMP_INTR) == 0;
+        const auto funMessage = [&](const nlmsghdr& objHeader, std::span<const std::byte> objBody) {
+            bWhole = bWhole && (objHeader.nlmsg_flags & NLM_F_DUMP_INTR) == 0;  // which may stand on the last one alone
             if (objHeader.nlmsg_type == nAnswer && objBody.size() >= sizeof(Fixed)) {
                 Fixed objFixed{};
                 std::memcpy(&objFixed, objBody.data(), sizeof objFixed);
                 const std::size_t nFixed = std::min<std::size_t>(NLMSG_ALIGN(sizeof objFixed), objBody.size());
                 funEntry(objFixed, CAttributes(objBody.subspan(nFixed)));
             }
-        })) {
+        };
+        while (Receive(funMessage)) {
         }
         return bWhole;
     }
@@ -117,14 +117,14 @@ private:
         if (!WaitReadable({m_objDescriptor.Get()}, Clock::now() + kLongestAnswer)) {
             ThrowSocketError(ETIMEDOUT, "ask the kernel for the network adapters");
         }
-        const auto nReceived = recv(m_objDescriptor.Get(), m_vecBuffer.data(), m_vecBuffer.size(), 0);
+        const auto nReceived = recv(m_objDescriptor.Get(), m_pBuffer.get(), kBufferSize, 0);
         if (nReceived < 0) {
             if (errno == EINTR) {
                 return true;
             }
             ThrowSocketError(errno, "ask the kernel for the network adapters");
         }
-        auto objRest = std::span<const std::byte>(m_vecBuffer).first(static_cast<std::size_t>(nReceived));
+        auto objRest = std::span<const std::byte>(m_pBuffer.get(), static_cast<std::size_t>(nReceived));
         while (objRest.size() >= sizeof(nlmsghdr)) {
             nlmsghdr objHeader{};
             std::memcpy(&objHeader, objRest.data(), sizeof objHeader);
@@ -132,13 +132,13 @@ private:
                 break;
             }
             if (objHeader.nlmsg_seq == m_nSequence) {
-                if (objHeader.nlmsg_type == NLMSG_DONE) {
-                    return false;
-                }
                 if (objHeader.nlmsg_type == NLMSG_ERROR) {
                     ThrowSocketError(EIO, "ask the kernel for the network adapters");
                 }
                 funMessage(objHeader, objRest.subspan(sizeof objHeader, objHeader.nlmsg_len - sizeof objHeader));
+                if (objHeader.nlmsg_type == NLMSG_DONE) {
+                    return false;
+                }
             }
             objRest = objRest.subspan(std::min<std::size_t>(NLMSG_ALIGN(objHeader.nlmsg_len), objRest.size()));
         }
@@ -147,7 +147,8 @@ private:
 
     CSocketDescriptor m_objDescriptor;
     std::uint32_t m_nSequence = 0;
-    std::vector<std::byte> m_vecBuffer = std::vector<std::byte>(64 * 1024);
+    // Left as it is: to clear it would cost more than all the rest of a look at the tables.
+    std::unique_ptr<std::byte[]> m_pBuffer = std::make_unique_for_overwrite<std::byte[]>(kBufferSize);
 };
 
 using AdapterMap = std::map<std::uint32_t, ADAPTER>;  // by number

@@ -27,10 +27,9 @@ std::uint32_t GetPrivilege(CONTROL_ACCESS eAccess) {
     return eAccess == CONTROL_ACCESS::Exclusive ? bootstrap::kPrivilegeExclusive : bootstrap::kPrivilegeControl;
 }
 
-/// Asks in vain cost nothing: a camera without these registers says so.
+/// @return nothing from a camera that refuses: not all have these registers
 /// @throws CProducerError  GC_ERR_TIMEOUT when it says nothing: it has gone, and to ask for the next one would only
-/// wait
-///                         as long again
+///                         wait as long again
 std::optional<std::uint32_t> ReadIfThere(CControlDialogue& objDialogue, const bootstrap::REGISTER& objRegister) {
     std::uint32_t nValue = 0;
     const OUTCOME objOutcome = objDialogue.ReadRegister(objRegister.Address, objDialogue.GetAsking(), nValue);

@@ -6,9 +6,7 @@
 #include <memory>
 #include <span>
 #include <stop_token>
-#include <string>
 
-#include "GenTL/GenTL.h"
 #include "producer/wire/Adapter.h"
 #include "producer/wire/ControlSettings.h"
 #include "producer/wire/SocketDescriptor.h"
@@ -27,9 +25,9 @@ namespace producer {
 /// and GC_ERR_IO as the camera refuses.
 class CControlChannel {
 public:
-    /// Opens: takes the privilege, reads the heartbeat time-out from the camera and starts the heartbeat.
+    /// Opens: takes the privilege, reads the heartbeat time-out from the camera and starts the heartbeat. Takes at most
+    /// some five seconds, however the camera answers.
     /// @param objAdapter  where the camera is; every packet leaves by it, whatever the routes say
-    /// Takes at most some five seconds, however the camera answers.
     /// @param nAddress    of the camera, first octet highest
     /// @param objGiveUp   ends the attempt within some 10 ms, and 200 ms more to give the privilege back; no concern of
     ///                    a channel that is open

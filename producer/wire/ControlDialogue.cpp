@@ -7,7 +7,7 @@
 
 #include "gev/GvcpMemory.h"
 #include "gev/GvcpRegister.h"
-#include "producer/wire/BroadcastLine.h"
+#include "producer/wire/RequestID.h"
 #include "support/Address.h"
 
 namespace producer {
@@ -171,10 +171,6 @@ bool CControlDialogue::TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<
 
 std::span<const std::byte> CControlDialogue::AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
                                                         gev::GvcpBuffer& arrAnswer, Clock::time_point objDeadline) {
-    if (objQuestion.empty()) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER, "there is no GVCP question for a register at " +
-                                                           FormatHex(nAddress) + ": addresses are multiples of 4");
-    }
     ASKING objAsking = GetAsking();
     objAsking.Deadline = std::min(objAsking.Deadline, objDeadline);
     const OUTCOME objOutcome = Ask(objQuestion, objAsking, arrAnswer);

@@ -17,10 +17,7 @@ bool CControlTurn::TakeFirst(Clock::time_point objDeadline) {
     const bool bFree = m_objFree.wait_until(objLock, objDeadline, [this] { return !m_bTaken; });
     --m_nFirst;
     --m_nWaiting;
-    m_bTaken = m_bTaken || bFree;
-    if (!bFree && !m_bTaken) {
-        m_objFree.notify_all();
-    }
+    m_bTaken = true;  // by us, or still by whoever will wake the others
     return bFree;
 }
 

@@ -3,7 +3,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "producer/wire/SocketDescriptor.h"
+#include "producer/wire/Clock.h"
 
 namespace producer {
 

@@ -2,6 +2,9 @@
 
 #include <array>
 #include <cerrno>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 #include <linux/filter.h>
 #include <linux/if_ether.h>
@@ -20,6 +23,7 @@ constexpr std::size_t kLeastIPHeader = 20;
 constexpr std::size_t kUdpHeader = 8;
 constexpr std::uint32_t kLongestPacket = 2048;
 constexpr int kReceiveBuffer = 1 << 20;
+constexpr int kMostDropped = 64;  // packets in one call, so that a flood of them keeps nobody here
 
 /// Lets through IPv4 packets with a whole UDP datagram from the cameras' port to ours.
 int AttachFilter(int nSocket, std::uint16_t nOurPort) {
@@ -75,8 +79,21 @@ CPacketSocket::CPacketSocket(const ADAPTER& objAdapter, std::uint16_t nOurPort)
     }
 }
 
+CPacketSocket::~CPacketSocket() {
+    if (GetDescriptor() < 0) {
+        return;
+    }
+    // The close waits until no processor can be handing the socket a packet any more, which takes the kernel some ten
+    // milliseconds. An update that waited for it would be that much longer, and so would every other adapter's.
+    try {
+        std::thread([objDescriptor = std::move(m_objDescriptor)] {}).detach();
+    } catch (const std::system_error&) {
+        // No thread is to be had: it has been closed with what the thread was to run.
+    }
+}
+
 std::optional<RECEIVED_DATAGRAM> CPacketSocket::Receive(std::span<std::byte> objBuffer) const noexcept {
-    while (GetDescriptor() >= 0) {
+    for (int i = 0; i < kMostDropped && GetDescriptor() >= 0; ++i) {
         sockaddr_ll objSource{};
         socklen_t nSize = sizeof objSource;
         const auto nReceived = recvfrom(GetDescriptor(), objBuffer.data(), objBuffer.size(), MSG_DONTWAIT,

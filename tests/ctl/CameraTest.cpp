@@ -47,20 +47,24 @@ TEST(SelectCamera, FindsTheOneThatIsMeant) {
         const char* pName;
         const char* pAdapter;
         std::size_t nMeant;
+        bool bSurely = false;  // so that no other camera need be waited for
     } arrCase[] = {
-        {"A-1(02-00-00-00-00-02)", "", 1},
-        {"02:00:00:00:00:01", "", 0},
-        {"02-00-00-00-00-02", "", 1},
+        {"A-1(02-00-00-00-00-02)", "", 1, true},
+        {"02:00:00:00:00:01", "", 0, true},
+        {"02-00-00-00-00-02", "", 1, true},
         {"333", "", 2},
         {"left", "", 0},
-        {"192.168.1.17", "", 1},
+        {"192.168.1.17", "", 1, true},
         {"Line 7", "", 1},  // a name before a model
         {"line", "", 2},
         {"444", "eth2", 4},
+        {"02-00-00-00-00-04", "eth2", 4, true},
     };
     for (const auto& objCase : arrCase) {
         EXPECT_EQ(&SelectCamera(kCameras, objCase.pName, objCase.pAdapter), &kCameras[objCase.nMeant]) << objCase.pName;
+        EXPECT_EQ(IsSurelyFound(kCameras, objCase.pName, objCase.pAdapter), objCase.bSurely) << objCase.pName;
     }
+    EXPECT_FALSE(IsSurelyFound(kCameras, "02-00-00-00-00-04", ""));  // on which adapter?
 }
 
 TEST(SelectCamera, ListsWhatThereIsWhenNoneOrSeveralAreMeant) {
