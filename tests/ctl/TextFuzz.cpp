@@ -13,8 +13,8 @@
 #include "app/RecoveryPackets.h"
 #include "camera/CameraConfiguration.h"
 #include "ctl/AddressText.h"
-#include "ctl/HostFacts.h"
-#include "producer/modules/AddressText.h"
+#include "ctl/InputFilters.h"
+#include "gev/Address.h"
 #include "support/Address.h"
 #include "support/Text.h"
 #include "tests/FuzzInput.h"
@@ -24,12 +24,13 @@ namespace {
 void TryAddresses(const std::string& strText) {
     if (const auto nAddress = ParseAddress(strText)) {
         Require(ParseAddress(IPToString(*nAddress)) == nAddress);
-        Require(producer::AddressOfId("IP::" + IPToString(*nAddress)) == nAddress);
+    }
+    if (const auto nAddress = gev::ParseIPv4(strText)) {
+        Require(gev::ParseIPv4(IPToString(*nAddress)) == nAddress);
     }
     if (const auto nMac = ParseMAC(strText)) {
         Require(ParseMAC(MACToString(*nMac)) == nMac && *nMac >> 48 == 0);
     }
-    producer::AddressOfId(strText);
 }
 
 void TryCalculator(const std::string& strText) {
