@@ -55,7 +55,7 @@ bool CBooleanNode::GetValue(bool Verify, bool IgnoreCache) {
     const AutoLock objLock(Context().Lock());
     RequireReadable();
     const bool bValue = ReadInt(IgnoreCache) != 0;
-    if (Verify && !bValue && m_objSource.Read(false) != m_objOff.Read(false)) {
+    if (Verify && !bValue && m_nValue != m_objOff.Read(false)) {
         Throw<OutOfRangeException>(Subject() + ": the number read stands neither for on nor for off");
     }
     return bValue;

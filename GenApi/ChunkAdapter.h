@@ -30,9 +30,8 @@ public:
     static constexpr std::int64_t kUncheckedLength = -1;
 
     /// @param pNodeMap            attached at once; may be null
-    /// @param nMaxChunkCacheSize  bytes of a chunk that may be copied for one port, -1 for no limit; larger chunks
-    /// aren't
-    ///                            kept
+    /// @param nMaxChunkCacheSize  bytes of a chunk that may be copied for one port, -1 for no limit; a larger chunk
+    ///                            isn't kept
     explicit CChunkAdapter(INodeMap* pNodeMap = nullptr, std::int64_t nMaxChunkCacheSize = -1);
     virtual ~CChunkAdapter();
     CChunkAdapter(const CChunkAdapter&) = delete;

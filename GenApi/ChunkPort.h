@@ -35,7 +35,6 @@ public:
     void DetachBuffer();
     /// Drops the copy if that is what the port lives on.
     void ClearCache();
-    bool HasData() const { return m_bHasData; }
 
 private:
     void Show(const std::uint8_t* pBuffer);

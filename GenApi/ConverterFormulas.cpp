@@ -1,5 +1,6 @@
 #include "GenApi/ConverterFormulas.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <type_traits>

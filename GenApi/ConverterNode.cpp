@@ -1,5 +1,7 @@
 #include "GenApi/ConverterNode.h"
 
+#include <algorithm>
+
 namespace GenApi_3_0 {
 
 bool CIntConverterNode::Apply(const PROPERTY& objProperty, CPropertyReader& objReader) {

@@ -4,7 +4,8 @@ namespace GenApi_3_0 {
 
 std::uint8_t SpreadOver(ELink eLink, std::uint8_t nDirt) {
     constexpr std::uint8_t kNone = 0;
-    const bool bValue = (nDirt & (kDirtyRegister | kDirtyValue)) != 0;
+    const bool bOwnValue = (nDirt & (kDirtyRegister | kDirtyValue)) != 0;
+    const bool bValue = bOwnValue || (nDirt & kDirtyBytes) != 0;
     const bool bAccess = (nDirt & kDirtyAccess) != 0;
     const bool bLimits = (nDirt & kDirtyLimits) != 0;
     const auto Dirt = [](bool bSet, std::uint8_t nBits) { return bSet ? nBits : kNone; };
@@ -26,7 +27,11 @@ std::uint8_t SpreadOver(ELink eLink, std::uint8_t nDirt) {
             return Dirt(bValue, kDirtyRegister);
         case ELink::Overlap:
             // The register's bytes are known: a write put them there, or they have been dropped already.
-            return Dirt(bValue, kDirtyValue);
+            return Dirt(bOwnValue, kDirtyValue);
+        case ELink::Bytes:
+            return Dirt(bOwnValue, kDirtyBytes);
+        case ELink::Cell:
+            return nDirt & kDirtyBytes;
         case ELink::Entry:
             return Dirt(bValue || bAccess, kDirtyLimits);
         case ELink::Copy:

@@ -18,6 +18,8 @@ enum class ELink : std::uint8_t {
     Invalidator,  ///< pInvalidator
     Selector,     ///< the other is its selector, which names it in a pSelected
     Overlap,      ///< both stand on some of the same bits of one register
+    Bytes,        ///< both stand on some of the same bytes, each with a place and a length of its own
+    Cell,         ///< the other hears for all that stand on its register what happens to the bytes
     Entry,        ///< the enumeration's entry
     Feature,      ///< the category's feature
     Mention       ///< pSelected, pAlias and others through which no change spreads
@@ -30,6 +32,9 @@ inline constexpr std::uint8_t kDirtyValue = 2;     ///< value
 inline constexpr std::uint8_t kDirtyAccess = 4;    ///< access mode
 /// Minimum, maximum, increment or the entries that can be chosen. Nothing of this is cached.
 inline constexpr std::uint8_t kDirtyLimits = 8;
+/// Value and bytes, because another register has changed some of these. It goes no further on that way: what they have
+/// in common with a third one is that one's own matter.
+inline constexpr std::uint8_t kDirtyBytes = 16;
 inline constexpr std::uint8_t kDirtyAll = kDirtyRegister | kDirtyValue | kDirtyAccess | kDirtyLimits;
 
 /// What a change of a node does to another that refers to it.

@@ -181,7 +181,7 @@ private:
                 if (eTag != ETag::IntSwissKnife) {
                     continue;
                 }
-            } else if (eTag == ETag::Unknown || (IsNodeTag(eTag))) {
+            } else if (eTag == ETag::Unknown || IsNodeTag(eTag)) {
                 continue;
             }
             m_objModel.Properties.push_back(MakeProperty(objChild, eTag));

@@ -21,7 +21,7 @@ bool CEnumerationNode::Apply(const PROPERTY& objProperty, CPropertyReader& objRe
 
 void CEnumerationNode::Complete(CPropertyReader& objReader) {
     for (const CEnumEntryNode* pEntry : m_vecEntry) {
-        objReader.Context().Graph().Add(Number(), pEntry->Number(), ELink::Entry);
+        objReader.NoteLink(pEntry->Number(), ELink::Entry);
     }
     CNodeImpl::Complete(objReader);
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "GenApi/Enumeration.h"
@@ -58,7 +57,7 @@ protected:
 private:
     CEnumEntryNode* EntryOf(std::int64_t nValue) const;
     CEnumEntryNode* EntryNamed(std::string_view strSymbolic) const;
-    /// @throws OutOfRangeException, AccessException
+    /// @throws OutOfRangeException  there is none
     CEnumEntryNode& RequireEntry(std::int64_t nValue) const;
 
     CValueSource<std::int64_t> m_objSource;

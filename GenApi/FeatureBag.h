@@ -23,8 +23,9 @@ public:
     /// Fills the bag with the features that are streamable and can be read and written now, and takes the node map's
     /// device name for its own. What it held before is gone. Selectors are moved and put back.
     /// @param nMaxPersistSets  stop after so many values of its selectors for each feature; -1 for no such limit
-    /// @param pErrorList       one text for each feature that couldn't be stored is appended to it; may be null
-    /// @return false if a feature couldn't be stored. The others are in the bag all the same.
+    /// @param pErrorList       gets a text for each feature that couldn't be stored, or not for all values of its
+    ///                         selectors (see kMaxSelectorCombinations), behind those it holds; may be null
+    /// @return false if there is any. The others are in the bag all the same.
     /// @throws InvalidArgumentException  no node map, or a limit below -1
     /// @throws RuntimeException          the node map needs more than kMaxStoreSteps steps
     /// @throws whatever the port threw when it has failed for CFeatureErrors::kMaxFailuresInARow features in a row: the

@@ -128,6 +128,7 @@ bool CFeatureStore::AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecP
         return false;
     }
     for (IValue* pSelector : vecSelecting) {
+        CountStep();  // a description can let thousands of nodes select each of thousands of others
         // Selectors may select each other in a circle, which says nothing of their order.
         if (!IsIn(vecPath, pSelector) && !IsIn(vecSelector, pSelector) && IsName(NameOf(pSelector))) {
             if (!AppendSelectors(pSelector, vecPath, vecSelector) || vecSelector.size() == kMaxSelectorsOfFeature) {
@@ -151,9 +152,10 @@ void CFeatureStore::StoreSelected(FeatureSpan spanFeature, const std::vector<IVa
     }
     m_vecName.resize(nLines);
     m_vecValue.resize(nLines);
-    m_objErrors.Note(NameOf(spanFeature.front()), "Its selectors have more than " +
-                                                      std::to_string(kMaxSelectorCombinations) +
-                                                      " values together, so it is stored for the present ones alone");
+    for (IValue* pFeature : spanFeature) {
+        m_objErrors.Note(NameOf(pFeature), "Its selectors have more than " + std::to_string(kMaxSelectorCombinations) +
+                                               " values together, so it is stored for the present ones alone");
+    }
     StartLevels(vecSelector);
     StoreUnder(0, spanFeature, false);
 }

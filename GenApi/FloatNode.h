@@ -30,9 +30,7 @@ protected:
 
 private:
     CValueSource<double> m_objSource;
-    CNumberRef<double> m_objMin;
-    CNumberRef<double> m_objMax;
-    CNumberRef<double> m_objInc;
+    NUMBER_LIMITS<double> m_objLimits;
     std::unique_ptr<std::vector<double>> m_pValid;
 };
 

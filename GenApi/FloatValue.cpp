@@ -6,9 +6,8 @@
 #include <limits>
 
 #include "GenApi/GCException.h"
-#include "GenApi/IntegerValue.h"
+#include "GenApi/NumberProperties.h"
 #include "GenApi/NumberText.h"
-#include "GenApi/PropertyReader.h"
 
 namespace GenApi_3_0 {
 namespace {

@@ -57,10 +57,11 @@ void CFormulaInputs::LinkLimits(std::string_view strFormula, CPropertyReader& ob
     const bool bAsks =
         AsksForLimits(strFormula) || std::any_of(m_vecExpression.begin(), m_vecExpression.end(),
                                                  [](const DEFINITION& p) { return AsksForLimits(p.Text); });
+    if (!bAsks) {
+        return;
+    }
     for (const VARIABLE& objVariable : m_vecVariable) {
-        if (bAsks) {
-            objReader.Context().Graph().Add(objReader.Current(), objVariable.pNode->Number(), ELink::Member);
-        }
+        objReader.NoteLink(objVariable.pNode->Number(), ELink::Member);
     }
 }
 

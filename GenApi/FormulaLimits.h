@@ -19,4 +19,7 @@ inline constexpr std::size_t kMaxValuesAtOnce = 512;
 /// Expressions that one formula needs; each has a place in a local array of an evaluation.
 inline constexpr std::size_t kMaxExpressions = 512;
 
+/// Variables, Constants and Expressions that a formula is given, whether it uses them or not. Real ones have some tens.
+inline constexpr std::size_t kMaxFormulaNames = 2048;
+
 }  // namespace GenApi_3_0

@@ -6,6 +6,10 @@
 namespace GenApi_3_0 {
 
 CFormulaNames::CFormulaNames(const FORMULA_SOURCE& objSource) {
+    if (objSource.Variables.size() + objSource.Constants.size() + objSource.Expressions.size() > kMaxFormulaNames) {
+        ThrowFormulaTextError({{}, objSource.Text}, 0,
+                              "more than " + std::to_string(kMaxFormulaNames) + " names are given");
+    }
     for (const auto& strName : objSource.Variables) {
         m_mapDeclared.try_emplace(strName,
                                   DECLARED{EFormulaName::Variable, {}});  // a repeated variable is the same one

@@ -34,7 +34,7 @@ struct FORMULA_LITERAL_USE {
 /// Lives as long as one compilation; keeps views of the source.
 class CFormulaNames {
 public:
-    /// @throws GenICam_3_0::InvalidArgumentException  a name that stands for two things
+    /// @throws GenICam_3_0::InvalidArgumentException  a name that stands for two things, or too many names
     explicit CFormulaNames(const FORMULA_SOURCE& objSource);
 
     /// Notes the use of a name in a formula.

@@ -1,39 +1,22 @@
 #include "GenApi/IntegerNode.h"
 
+#include "GenApi/NumberProperties.h"
+
 namespace GenApi_3_0 {
 
 bool CIntegerNode::Apply(const PROPERTY& objProperty, CPropertyReader& objReader) {
-    switch (objProperty.Tag) {
-        case ETag::Min:
-            m_objMin.SetConstant(objProperty, objReader);
-            return true;
-        case ETag::Max:
-            m_objMax.SetConstant(objProperty, objReader);
-            return true;
-        case ETag::Inc:
-            m_objInc.SetConstant(objProperty, objReader);
-            return true;
-        case ETag::pMin:
-            m_objMin.SetReference(objProperty, objReader, ELink::Limit);
-            return true;
-        case ETag::pMax:
-            m_objMax.SetReference(objProperty, objReader, ELink::Limit);
-            return true;
-        case ETag::pInc:
-            m_objInc.SetReference(objProperty, objReader, ELink::Limit);
-            return true;
-        case ETag::ValidValueSet:
-            m_pValid = std::make_unique<std::vector<std::int64_t>>(ReadValidIntegers(objProperty, objReader));
-            return true;
-        default:
-            return m_objSource.Apply(objProperty, objReader) || CIntegerValue::Apply(objProperty, objReader);
+    if (objProperty.Tag == ETag::ValidValueSet) {
+        m_pValid = std::make_unique<std::vector<std::int64_t>>(ReadValidIntegers(objProperty, objReader));
+        return true;
     }
+    return m_objLimits.Apply(objProperty, objReader) || m_objSource.Apply(objProperty, objReader) ||
+           CIntegerValue::Apply(objProperty, objReader);
 }
 
 std::int64_t CIntegerNode::MinInt() {
     const CEvaluation objStep(Context(), Name());
-    if (m_objMin.IsSet()) {
-        return m_objMin.Read(false);
+    if (m_objLimits.Min.IsSet()) {
+        return m_objLimits.Min.Read(false);
     }
     CNodeImpl* pSource = m_objSource.Node();
     return pSource != nullptr ? pSource->MinInt() : CIntegerValue::MinInt();
@@ -41,8 +24,8 @@ std::int64_t CIntegerNode::MinInt() {
 
 std::int64_t CIntegerNode::MaxInt() {
     const CEvaluation objStep(Context(), Name());
-    if (m_objMax.IsSet()) {
-        return m_objMax.Read(false);
+    if (m_objLimits.Max.IsSet()) {
+        return m_objLimits.Max.Read(false);
     }
     CNodeImpl* pSource = m_objSource.Node();
     return pSource != nullptr ? pSource->MaxInt() : CIntegerValue::MaxInt();
@@ -50,8 +33,8 @@ std::int64_t CIntegerNode::MaxInt() {
 
 std::int64_t CIntegerNode::IncInt() {
     const CEvaluation objStep(Context(), Name());
-    if (m_objInc.IsSet()) {
-        return m_objInc.Read(false);
+    if (m_objLimits.Inc.IsSet()) {
+        return m_objLimits.Inc.Read(false);
     }
     CNodeImpl* pSource = m_objSource.Node();
     return pSource != nullptr ? pSource->IncInt() : 1;

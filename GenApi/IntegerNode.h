@@ -30,9 +30,7 @@ protected:
 
 private:
     CValueSource<std::int64_t> m_objSource;
-    CNumberRef<std::int64_t> m_objMin;
-    CNumberRef<std::int64_t> m_objMax;
-    CNumberRef<std::int64_t> m_objInc;
+    NUMBER_LIMITS<std::int64_t> m_objLimits;
     std::unique_ptr<std::vector<std::int64_t>> m_pValid;
 };
 

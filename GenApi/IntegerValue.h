@@ -68,9 +68,4 @@ private:
     std::unique_ptr<LIMITS> m_pImposed;
 };
 
-/// Reads the list of a ValidValueSet.
-std::vector<std::int64_t> ReadValidIntegers(const PROPERTY& objProperty, CPropertyReader& objReader);
-std::vector<double> ReadValidFloats(const PROPERTY& objProperty, CPropertyReader& objReader);
-ERepresentation ReadRepresentation(const PROPERTY& objProperty, CPropertyReader& objReader);
-
 }  // namespace GenApi_3_0

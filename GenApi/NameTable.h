@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "GenApi/SeededHash.h"
+
 namespace GenApi_3_0 {
 
 /// Finds a node's number by its name. Filled at load, then unchanged and free to be asked by any thread without a lock.
@@ -24,13 +26,11 @@ private:
         std::uint32_t Node = UINT32_MAX;
     };
 
-    std::uint64_t HashOf(std::string_view strName) const;
     const SLOT& SlotOf(std::string_view strName, std::uint64_t nHash) const;
 
     std::vector<SLOT> m_vecSlot;
     std::size_t m_nMask;
-    // Drawn anew for each table, so that no description can be made whose names all fall into one place.
-    std::uint64_t m_nSeed;
+    CSeededHash m_objHash;
 };
 
 }  // namespace GenApi_3_0

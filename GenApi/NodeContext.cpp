@@ -31,10 +31,10 @@ void CNodeContext::Visit(std::uint32_t nNode, std::uint8_t nDirt) {
 
 void CNodeContext::DropCaches(std::uint32_t nNode, std::uint8_t nDirt) {
     NODE_STATE& objState = m_vecState[nNode];
-    if ((nDirt & (kDirtyRegister | kDirtyValue)) != 0) {
+    if ((nDirt & (kDirtyRegister | kDirtyValue | kDirtyBytes)) != 0) {
         objState.ValueValid = false;
     }
-    if ((nDirt & kDirtyRegister) != 0 && objState.pCell != nullptr) {
+    if ((nDirt & (kDirtyRegister | kDirtyBytes)) != 0 && objState.pCell != nullptr) {
         objState.pCell->Valid = false;
     }
     // A changed value may be one that this node's own access mode hangs on, as with variables that can't be read.

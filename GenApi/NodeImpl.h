@@ -115,7 +115,6 @@ protected:
     /// The access mode of what the value comes from: the register's port, pValue, the variables.
     virtual EAccessMode SourceAccessMode();
     EAccessMode ComputeAccessMode();
-    bool HasFlags() const { return m_pIsImplemented != nullptr || m_pIsAvailable != nullptr || m_pIsLocked != nullptr; }
 
     /// @throws AccessException
     void RequireReadable() {
@@ -147,8 +146,6 @@ protected:
     std::string_view TextOf(ETag eTag) const;
     const PROPERTY* FindProperty(ETag eTag) const;
     [[noreturn]] void ThrowNoNumber(const char* pWanted) const;
-    EAccessMode GetImposed() const { return m_eImposedByUser; }
-
     void SetDefaultAccessMode(EAccessMode eMode) { m_eAccessMode = eMode; }
 
 private:

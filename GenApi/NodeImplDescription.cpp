@@ -14,8 +14,18 @@ namespace GenApi_3_0 {
 namespace {
 
 bool IsReadingLink(ELink eLink) {
-    return eLink != ELink::Copy && eLink != ELink::Invalidator && eLink != ELink::Selector && eLink != ELink::Overlap &&
-           eLink != ELink::Mention;
+    switch (eLink) {
+        case ELink::Copy:
+        case ELink::Invalidator:
+        case ELink::Selector:
+        case ELink::Overlap:
+        case ELink::Bytes:
+        case ELink::Cell:
+        case ELink::Mention:
+            return false;
+        default:
+            return true;
+    }
 }
 
 }  // namespace

@@ -138,7 +138,7 @@ void CNodeLoader::ApplyProperties() {
             m_vecNode[i]->Complete(objReader);
         }
     }
-    objSharing.LinkOverlaps(m_objContext.Graph());
+    objSharing.Link(m_objContext.Graph());
     m_objContext.Graph().Build(m_vecNode.size());
     CheckCircles(m_objModel, m_objContext.Graph());
 }

@@ -25,8 +25,8 @@ public:
     CNodeMapFactory(EContentType_t eContentType, const void* pData, std::size_t nSize,
                     ECacheUsage_t eCacheUsage = CacheUsage_Automatic, bool bSuppressStrings = false);
 
-    /// @throws RuntimeException   the text is no XML, holds a reference to a missing or unfit node, or goes beyond a
-    /// limit
+    /// @throws RuntimeException   the text is no XML, holds a reference to a missing or unfit node, or goes beyond
+    ///                            a limit
     /// @throws PropertyException  an element holds something that it can't
     std::unique_ptr<INodeMap> CreateNodeMap(const gcstring& DeviceName = "Device") const;
 

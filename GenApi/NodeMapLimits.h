@@ -47,6 +47,10 @@ inline constexpr unsigned kMaxCallbackDepth = 32;
 /// Bytes of one register. Look-up tables and file buffers stay below 1 MB.
 inline constexpr std::int64_t kMaxRegisterLength = 16LL << 20U;
 
+/// Links between registers that overlap without being the same. Real descriptions need some hundred; what is beyond
+/// isn't linked, and such a register's cache doesn't notice what is written to the other.
+inline constexpr std::size_t kMaxByteLinks = 400'000;
+
 /// Bytes of registers that one node map caches. What is beyond is read each time.
 inline constexpr std::size_t kMaxCachedBytes = 64U << 20U;
 

@@ -51,8 +51,6 @@ bool Fits(ETag eKind, EWanted eWanted) {
             return IsNumberKind(eKind);
         case EWanted::Port:
             return eKind == ETag::Port;
-        case EWanted::EnumEntry:
-            return eKind == ETag::EnumEntry;
         case EWanted::Anything:
             break;
     }
@@ -65,8 +63,6 @@ std::string_view NameOf(EWanted eWanted) {
             return "a node with a number";
         case EWanted::Port:
             return "a Port";
-        case EWanted::EnumEntry:
-            return "an EnumEntry";
         case EWanted::Anything:
             break;
     }

@@ -17,7 +17,7 @@ class CNodeImpl;
 class CRegisterSharing;
 
 /// What a reference must lead to.
-enum class EWanted { Anything, Number, Port, EnumEntry };
+enum class EWanted { Anything, Number, Port };
 
 /// Turns the properties of the node that is being loaded into numbers and nodes, and notes what refers to what. Lives
 /// for one load. Every failure names the node, the element and its place in the description.
@@ -36,9 +36,7 @@ public:
 
     /// The node whose properties come next.
     void Enter(std::uint32_t nNode) { m_nNode = nNode; }
-    std::uint32_t Current() const { return m_nNode; }
     const NODE_RECORD& Record() const { return m_objModel.Nodes[m_nNode]; }
-    CNodeContext& Context() const { return m_objContext; }
     CRegisterSharing& Sharing() const { return m_objSharing; }
 
     /// The node that the element names; the reference is noted.
@@ -48,7 +46,6 @@ public:
     CNodeImpl* NodeOfAttribute(const PROPERTY& objProperty, ELink eLink, EWanted eWanted);
     /// The node made of a nested element.
     CNodeImpl* NestedNode(const PROPERTY& objProperty, ELink eLink);
-    CNodeImpl* NodeOf(std::uint32_t nNode) const { return m_vecNode[nNode]; }
     /// Notes a further reason why the current node hangs on another.
     void NoteLink(std::uint32_t nTarget, ELink eLink) { m_objContext.Graph().Add(m_nNode, nTarget, eLink); }
     /// Notes that the named node refers to this one: a selector that names what it selects.

@@ -66,7 +66,7 @@ void CRegisterBlock::AddIndex(const PROPERTY& objProperty, CPropertyReader& objR
 }
 
 void CRegisterBlock::Complete(CPropertyReader& objReader) {
-    m_pCell = objReader.Sharing().CellOf(m_objOwner.Context(), Key());
+    m_pCell = objReader.Sharing().CellOf(m_objOwner.Context(), Key(), Place());
     m_objOwner.State().pCell = m_pCell;
 }
 
@@ -88,6 +88,16 @@ std::string CRegisterBlock::Key() const {
         Append(objTerm.FactorIsLength);
     }
     return strKey;
+}
+
+/// @return nothing if the description computes the place, or if no port has it
+std::optional<REGISTER_PLACE> CRegisterBlock::Place() const {
+    std::int64_t nLast = 0;
+    const bool bFixed = m_pPort != nullptr && m_vecTerm.empty() && ConstantLength() > 0 && m_nAddress >= 0;
+    if (!bFixed || __builtin_add_overflow(m_nAddress, ConstantLength() - 1, &nLast)) {
+        return std::nullopt;
+    }
+    return REGISTER_PLACE{m_pPort->Number(), m_nAddress, nLast};
 }
 
 EAccessMode CRegisterBlock::PortAccessMode() const {

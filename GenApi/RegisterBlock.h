@@ -2,16 +2,18 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "GenApi/NodeImpl.h"
-#include "GenApi/PropertyReader.h"
-#include "GenApi/ValueSource.h"
+#include "GenApi/NumberRef.h"
 
 namespace GenApi_3_0 {
 
 class CPortNode;
+struct REGISTER_PLACE;
 
 /// The bytes that a register node stands on: where they lie, how many they are, and the cache between them and the
 /// port. A part of its node; used with the lock held.
@@ -49,6 +51,7 @@ private:
 
     void AddIndex(const PROPERTY& objProperty, CPropertyReader& objReader);
     std::string Key() const;
+    std::optional<REGISTER_PLACE> Place() const;
     bool CachedIn(std::span<std::uint8_t> buffer) const;
     void ReadPort(std::span<std::uint8_t> buffer, bool bIgnoreCache);
     /// Caches what the register has now.

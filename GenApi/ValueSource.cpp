@@ -1,6 +1,7 @@
 #include "GenApi/ValueSource.h"
 
 #include <string>
+#include <type_traits>
 
 #include "GenApi/AccessMode.h"
 #include "GenApi/GCException.h"

@@ -2,57 +2,12 @@
 
 #include <cstdint>
 #include <memory>
-#include <type_traits>
+#include <utility>
 #include <vector>
 
-#include "GenApi/DescriptionModel.h"
-#include "GenApi/NodeImpl.h"
-#include "GenApi/PropertyReader.h"
+#include "GenApi/NumberRef.h"
 
 namespace GenApi_3_0 {
-
-/// A number that a description gives either as such or by reference to a node.
-/// @tparam Value  std::int64_t or double
-template <class Value>
-class CNumberRef {
-public:
-    CNumberRef() = default;
-    explicit CNumberRef(Value value) : m_value(value), m_bSet(true) {}
-    explicit CNumberRef(CNodeImpl* pNode) : m_pNode(pNode), m_bSet(true) {}
-
-    void SetConstant(const PROPERTY& objProperty, CPropertyReader& objReader) {
-        m_pNode = nullptr;
-        m_bSet = true;
-        if constexpr (std::is_same_v<Value, double>) {
-            m_value = objReader.Float(objProperty);
-        } else {
-            m_value = objReader.Integer(objProperty);
-        }
-    }
-    void SetReference(const PROPERTY& objProperty, CPropertyReader& objReader, ELink eLink) {
-        m_pNode = objReader.Node(objProperty, eLink, EWanted::Number);
-        m_bSet = true;
-    }
-
-    bool IsSet() const { return m_bSet; }
-    CNodeImpl* Node() const { return m_pNode; }
-    Value Read(bool bIgnoreCache) const {
-        if (m_pNode == nullptr) {
-            return m_value;
-        }
-        if constexpr (std::is_same_v<Value, double>) {
-            return m_pNode->ReadFloat(bIgnoreCache);
-        } else {
-            return m_pNode->ReadInt(bIgnoreCache);
-        }
-    }
-    void Put(Value value) { m_value = value; }
-
-private:
-    Value m_value{};
-    CNodeImpl* m_pNode = nullptr;
-    bool m_bSet = false;
-};
 
 /// Where the value of an Integer, a Float, a Boolean, a Command or an Enumeration lies: in the node itself, in another,
 /// or in one of several told apart by an index; and where else a written value goes. A part of its node.

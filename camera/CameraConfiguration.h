@@ -39,10 +39,14 @@ struct CAMERA_CONFIGURATION {
     std::string Serial;                    ///< at most 15 bytes; empty: made from the MAC
     std::string UserName;                  ///< at most 15 bytes
     std::chrono::milliseconds Reconfiguration{200};  ///< unreachable so long whenever the IP configuration starts
-    std::chrono::milliseconds SlowCommand{1000};     ///< what a slow register takes to be written
     FAULTS Faults;
     /// What PackDescription made for the model, for whoever makes many cameras; may be null.
     std::shared_ptr<const std::vector<std::byte>> Description;
+    /// What Keep was given by this camera's last life. Comes before Persistent and UserName.
+    std::optional<std::string> State;
+    /// Gets, as a text, all that a camera keeps when it is switched off, whenever some of it has changed; answers
+    /// whether it is safe. May be empty.
+    std::function<bool(std::string_view)> Keep;
     std::function<void(std::string_view)> Log;  ///< gets a line for each request and change; may be empty
 };
 

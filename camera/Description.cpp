@@ -189,7 +189,7 @@ private:
         }
         const bool bLimited = !objFeature.MaxOf.empty();
         const std::string_view strElement = ElementOf(objFeature.Kind);
-        Open(strElement, objFeature.Name);
+        Open(strElement, objFeature.Name, objFeature.Custom ? "Custom" : "Standard");
         Introduction(objFeature);
         if (objFeature.Saved) {
             Element("Streamable", "Yes");
@@ -233,7 +233,7 @@ private:
         if (objFeature.Kind == EKind::Float) {
             return "FloatReg";
         }
-        return objFeature.LowHalf || objFeature.IsBit() ? "MaskedIntReg" : "IntReg";
+        return objFeature.LowHalf || objFeature.HighHalf || objFeature.IsBit() ? "MaskedIntReg" : "IntReg";
     }
 
     void Introduction(const FEATURE& objFeature) {
@@ -263,12 +263,12 @@ private:
                 }
                 Element("Inc", Whole(static_cast<std::uint64_t>(objFeature.Step)));
                 Element("Representation", RepresentationOf(objFeature.Notation));
-                Unit(objFeature);
+                Unit(objFeature.Unit);
                 break;
             case EKind::Float:
                 Element("Min", Decimal(objFeature.Min));
                 Element("Max", Decimal(objFeature.Max));
-                Unit(objFeature);
+                Unit(objFeature.Unit);
                 break;
             case EKind::Boolean:
                 Element("OnValue", "1");
@@ -284,9 +284,9 @@ private:
         }
     }
 
-    void Unit(const FEATURE& objFeature) {
-        if (!objFeature.Unit.empty()) {
-            Element("Unit", objFeature.Unit);
+    void Unit(std::string_view strUnit) {
+        if (!strUnit.empty()) {
+            Element("Unit", strUnit);
         }
     }
 
@@ -324,6 +324,9 @@ private:
         } else if (objFeature.LowHalf) {
             Element("LSB", "31");
             Element("MSB", "16");
+        } else if (objFeature.HighHalf) {
+            Element("LSB", "15");
+            Element("MSB", "0");
         }
         if (strElement == "IntReg" || strElement == "MaskedIntReg") {
             Element("Sign", "Unsigned");
@@ -337,7 +340,7 @@ private:
     void Locked() {
         Open("Integer", kLock);
         Element("ToolTip", "Other than 0 while images are taken: what shapes them can't be changed");
-        Element("Visibility", "Guru");
+        Element("Visibility", "Invisible");
         Element("Streamable", "No");
         Element("Value", "0");
         Element("Min", "0");
@@ -351,7 +354,7 @@ private:
             const std::string strName = Join("Chunk", arrEntries[i].Name);
             const bool bFloat = arrEntries[i].Name == "ExposureTime";
             DataFeature(bFloat ? "Float" : "Integer", strName, "Of the image, out of what stands behind it",
-                        Join(strName, "Port"), 0, camera::kChunks[i].Length);
+                        Join(strName, "Port"), 0, camera::kChunks[i].Length, UnitOf(arrEntries[i].Name));
             Open("Port", Join(strName, "Port"));
             Element("ChunkID", Whole(camera::kChunks[i].ID, 16).substr(2));
             Close("Port");
@@ -368,12 +371,14 @@ private:
             Element("ToolTip", "Number of the event; its callbacks tell that it has come");
             Element("Visibility", "Expert");
             Element("EventID", Whole(kIDs[i], 16).substr(2));
+            Element("ImposedAccessMode", "RO");
             Element("Value", Whole(kIDs[i]));
             Close("Integer");
             if (i != kEventExposureEnd) {
                 continue;  // it comes without data
             }
-            DataFeature("Integer", strName + "Timestamp", "When it was, in ticks", strPort, kEventTimestampPlace, 8);
+            DataFeature("Integer", strName + "Timestamp", "When it was", strPort, kEventTimestampPlace, 8,
+                        UnitOf("Timestamp"));
             DataFeature("Integer", strName + "FrameID", "Image that it belongs to", strPort, kEventFramePlace, 8);
             Open("Port", strPort);
             Element("EventID", Whole(kIDs[i], 16).substr(2));
@@ -381,13 +386,20 @@ private:
         }
     }
 
+    /// Of a chunk or an event's data. The clock's ticks are nanoseconds.
+    static std::string_view UnitOf(std::string_view strData) {
+        return strData == "Timestamp" ? "ns" : strData == "ExposureTime" ? "us" : "";
+    }
+
     /// A feature out of data that the camera sends by itself.
     void DataFeature(std::string_view strElement, const std::string& strName, std::string_view strToolTip,
-                     std::string_view strPort, std::uint32_t nPlace, std::uint32_t nLength) {
+                     std::string_view strPort, std::uint32_t nPlace, std::uint32_t nLength,
+                     std::string_view strUnit = {}) {
         Open(strElement, strName);
         Element("ToolTip", strToolTip);
         Element("Visibility", "Expert");
         Element("pValue", strName + "Reg");
+        Unit(strUnit);
         Close(strElement);
         const std::string_view strRegister = strElement == "Float" ? "FloatReg" : "IntReg";
         Open(strRegister, strName + "Reg", "Custom");

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "camera/SentBlocks.h"
+#include "gev/BigEndian.h"
 #include "gev/GvcpHeader.h"
 #include "gev/GvcpMemory.h"
 
@@ -23,6 +24,21 @@ constexpr std::uint32_t kTicksPerSecond = 1'000'000'000;
 // From the manufacturer's name to the user's: all texts that a discovery shows.
 constexpr boot::REGISTER kNames{boot::kManufacturerName.Address,
                                 boot::kUserDefinedName.GetEnd() - boot::kManufacturerName.Address};
+
+/// Whether a write there changes what a camera keeps.
+bool IsKept(std::uint32_t nAddress) {
+    switch (nAddress) {
+        case boot::kPersistentIP.Address:
+        case boot::kPersistentSubnetMask.Address:
+        case boot::kPersistentGateway.Address:
+        case boot::kCurrentIPConfiguration.Address:
+        case address::kUserSetDefault:
+        case address::kUserSetSave:
+            return true;
+        default:
+            return nAddress >= boot::kUserDefinedName.Address && nAddress < boot::kUserDefinedName.GetEnd();
+    }
+}
 
 template <class Function>
 void ForEachSaved(Function funFeature) {
@@ -45,12 +61,15 @@ CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress 
     for (std::uint32_t nSet = 0; nSet < address::kUserSetCount; ++nSet) {
         SaveUserSet(nSet);
     }
+    if (objConfiguration.State) {
+        Restore(ParseState(*objConfiguration.State, GetState()));
+    }
 }
 
 void CDevice::ListPlaces() {
     const auto addressOf = [](std::string_view strName) { return strName.empty() ? 0 : FindFeature(strName).Address; };
     for (const FEATURE& objFeature : ListFeatures()) {
-        if (objFeature.IsBit()) {
+        if (objFeature.IsPart()) {
             continue;
         }
         m_vecPlace.push_back({&objFeature, addressOf(objFeature.MaxOf), addressOf(objFeature.MaxLess)});
@@ -112,12 +131,11 @@ void CDevice::SetIdentity(const CAMERA_CONFIGURATION& objConfiguration, gev::CMA
     objMemory.Set(boot::kMessageChannelSourcePort, gev::kGvcpPort);
     objMemory.Set(boot::kStreamChannelSourcePort, m_objStreaming.GetPort());
     objMemory.Set(boot::kTimestampTickFrequencyLow, kTicksPerSecond);
-    objMemory.Set(boot::kPendingTimeout, static_cast<std::uint32_t>(objConfiguration.SlowCommand.count()));
 }
 
 void CDevice::SetDefaults() {
     for (const FEATURE& objFeature : ListFeatures()) {
-        if (objFeature.IsBit()) {
+        if (objFeature.IsPart()) {
             continue;
         }
         if (objFeature.Kind == EKind::Float) {
@@ -207,13 +225,17 @@ bool CDevice::IsLocked(std::uint32_t nAddress, std::size_t nLength) const {
     return false;
 }
 
-bool CDevice::IsSlow(std::uint32_t nAddress, std::size_t nLength) const {
-    for (std::uint32_t i = nAddress; i < nAddress + nLength; i += kWord) {
-        if (const FEATURE_PLACE* const pPlace = FindPlace(i); pPlace != nullptr && pPlace->Feature->Slow) {
-            return true;
+std::chrono::milliseconds CDevice::GetDuration(std::uint32_t nAddress, std::span<const std::byte> arrData) const {
+    std::chrono::milliseconds nLongest{};
+    for (std::uint32_t i = 0; i + kWord <= arrData.size(); i += kWord) {
+        const FEATURE_PLACE* const pPlace = FindPlace(nAddress + i);
+        const std::uint32_t nValue = gev::Get32(arrData, i);
+        // What the feature can't have is refused at once.
+        if (pPlace != nullptr && pPlace->Feature->Slow && nValue <= pPlace->Feature->Max) {
+            nLongest = std::max(nLongest, std::chrono::milliseconds(nValue));
         }
     }
-    return false;
+    return nLongest;
 }
 
 EGvcpStatus CDevice::Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow) {
@@ -251,6 +273,7 @@ void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {
         return;
     }
     const std::uint32_t nValue = m_objRegisters.Get(nAddress);
+    m_bStateChanged = m_bStateChanged || IsKept(nAddress);
     switch (nAddress) {
         case boot::kTimestampControl.Address:
             ControlTimestamp(nValue, tNow);
@@ -314,6 +337,51 @@ void CDevice::LoadUserSet(std::uint32_t nSet) {
         arrLeft = arrLeft.subspan(nLength);
     });
     UpdatePayloadSize();
+}
+
+CAMERA_STATE CDevice::GetState() const {
+    CAMERA_STATE objState;
+    const boot::REGISTER objName = boot::kUserDefinedName;
+    const auto arrName = m_vecNames.empty() ? m_objRegisters.View(objName.Address, objName.Size)
+                                            : std::span<const std::byte>(m_vecNames).last(objName.Size);
+    for (const std::byte nByte : arrName) {
+        if (nByte == std::byte{0}) {
+            break;
+        }
+        objState.UserName += std::to_integer<char>(nByte);
+    }
+    objState.Persistent = {m_objRegisters.Get(boot::kPersistentIP), m_objRegisters.Get(boot::kPersistentSubnetMask),
+                           m_objRegisters.Get(boot::kPersistentGateway)};
+    objState.UsePersistent =
+        (m_objRegisters.Get(boot::kCurrentIPConfiguration) & boot::kIPConfigurationPersistent) != 0;
+    objState.DefaultSet = m_objRegisters.Get(address::kUserSetDefault);
+    std::copy_n(m_arrUserSet.begin() + 1, objState.UserSet.size(), objState.UserSet.begin());
+    return objState;
+}
+
+// The limits are those of a host's writes: a state can't bring the camera where nobody else could.
+void CDevice::Restore(const CAMERA_STATE& objState) {
+    for (std::uint32_t nSet = 1; nSet < address::kUserSetCount; ++nSet) {
+        m_arrUserSet[nSet] = objState.UserSet[nSet - 1];
+        LoadUserSet(nSet);
+        ForEachSaved([&](std::uint32_t nAddress, std::uint32_t nLength) {
+            if (CheckValues(nAddress, nLength) != EGvcpStatus::Success) {
+                throw CStateError(std::string(FindFeature("UserSetSelector").Entries[nSet].Name) +
+                                  ": not within its limits: " + std::string(FindPlace(nAddress)->Feature->Name));
+            }
+        });
+    }
+    m_objRegisters.SetText(boot::kUserDefinedName, objState.UserName);
+    m_objRegisters.Set(boot::kPersistentIP, objState.Persistent.Address);
+    m_objRegisters.Set(boot::kPersistentSubnetMask, objState.Persistent.Mask);
+    m_objRegisters.Set(boot::kPersistentGateway, objState.Persistent.Gateway);
+    m_objRegisters.Set(boot::kCurrentIPConfiguration, objState.UsePersistent ? boot::kIPConfigurationPersistent : 0);
+    m_objRegisters.Set(address::kUserSetDefault, objState.DefaultSet);
+    LoadUserSet(objState.DefaultSet);
+}
+
+bool CDevice::TakeStateChange() {
+    return std::exchange(m_bStateChanged, false);
 }
 
 void CDevice::CloseChannels() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "camera/CameraConfiguration.h"
+#include "camera/CameraState.h"
 #include "camera/FeatureAddress.h"
 #include "camera/FeatureTable.h"
 #include "camera/RegisterSpace.h"
@@ -22,6 +23,7 @@ namespace camera {
 class CDevice {
 public:
     /// @param objStreaming  must outlive this
+    /// @throws CStateError  the configuration's state is none of this camera
     CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
             IStreaming& objStreaming, TIME tNow);
 
@@ -34,13 +36,16 @@ public:
     ///         one that can't be changed now
     gev::EGvcpStatus Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow);
 
-    /// Whether writing there takes its time.
-    [[nodiscard]] bool IsSlow(std::uint32_t nAddress, std::size_t nLength) const;
+    /// How long writing this takes; mostly nothing.
+    [[nodiscard]] std::chrono::milliseconds GetDuration(std::uint32_t nAddress,
+                                                        std::span<const std::byte> arrData) const;
 
     /// Closes the stream and message channels, and ends an acquisition.
     void CloseChannels();
     /// The acquisition of this number has taken all its images.
     void EndAcquisition(std::uint32_t nAcquisition);
+    /// So many packets of images found no way out.
+    void CountUnsent(std::uint64_t nPackets);
 
     /// Whether DeviceReset was written since the last call.
     [[nodiscard]] bool TakeResetWish();
@@ -54,6 +59,11 @@ public:
     [[nodiscard]] STREAM_SETTINGS GetStreamSettings() const;
     /// Ticks of the camera's clock, which are nanoseconds since its start or its last reset.
     [[nodiscard]] std::uint64_t GetTimestamp(TIME tNow) const;
+
+    /// What survives when the camera is switched off.
+    [[nodiscard]] CAMERA_STATE GetState() const;
+    /// Whether writes have changed some of that since the last call.
+    [[nodiscard]] bool TakeStateChange();
 
     /// Full and unterminated texts in place of the right ones, or the right ones back.
     void SetNamesWithoutEnd(bool bWithoutEnd);
@@ -83,6 +93,7 @@ private:
     [[nodiscard]] FRAME_SETTINGS GetFrameSettings() const;
     void ControlTimestamp(std::uint32_t nControl, TIME tNow);
     void UpdatePayloadSize();
+    void Restore(const CAMERA_STATE& objState);
     void SaveUserSet(std::uint32_t nSet);
     void LoadUserSet(std::uint32_t nSet);
 
@@ -96,6 +107,7 @@ private:
     std::uint32_t m_nAcquisition = 0;  // the last
     bool m_bAcquiring = false;
     bool m_bResetWish = false;
+    bool m_bStateChanged = false;
 };
 
 }  // namespace camera

@@ -1,5 +1,6 @@
 // The part of the device that its stream hangs on.
 
+#include <algorithm>
 #include <chrono>
 
 #include "camera/Device.h"
@@ -68,6 +69,7 @@ void CDevice::FollowStreamChannel() {
         m_bAcquiring = false;
         m_objStreaming.Close();
         if (objChannel.Port != 0) {
+            m_objRegisters.Set(address::kStreamUnsentPacketCount, 0);
             m_objStreaming.Open();
         }
     }
@@ -78,6 +80,12 @@ void CDevice::EndAcquisition(std::uint32_t nAcquisition) {
     if (nAcquisition == m_nAcquisition) {
         m_bAcquiring = false;
     }
+}
+
+void CDevice::CountUnsent(std::uint64_t nPackets) {
+    const std::uint64_t nCount = m_objRegisters.Get(address::kStreamUnsentPacketCount) + nPackets;
+    m_objRegisters.Set(address::kStreamUnsentPacketCount,
+                       static_cast<std::uint32_t>(std::min<std::uint64_t>(nCount, 0xFFFFFFFF)));
 }
 
 CHANNEL CDevice::GetStreamChannel() const {

@@ -29,6 +29,8 @@ public:
     void Send(std::span<const STREAM_PACKET> arrPacket, std::uint32_t nPacketCount);
     /// Lets go what is held back to be shuffled.
     void Flush();
+    /// Forgets it: the channel that it was for is closed.
+    void Drop() { m_nHeld = 0; }
 
 private:
     static constexpr std::size_t kLongestPacket = 16'384;

@@ -67,6 +67,7 @@ constexpr std::uint32_t kEventCount = 2;
 
 // Transport layer and tests
 constexpr std::uint32_t kPayloadSize = 0xAB00;
+constexpr std::uint32_t kStreamUnsentPacketCount = 0xAB04;
 constexpr std::uint32_t kTestPendingAck = 0xAC00;
 
 }  // namespace camera::address

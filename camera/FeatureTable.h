@@ -43,13 +43,18 @@ struct FEATURE {
     bool Locked = false;    ///< not to be written while TLParamsLocked isn't 0, nor while images are taken
     bool Saved = false;     ///< part of the user sets and of feature files
     bool Volatile = false;  ///< changes by itself
-    bool Slow = false;      ///< writing takes its time
+    bool Slow = false;      ///< writing takes as many milliseconds as are written
     /// A Boolean that shows a bit, from 0 for the lowest, of a register of several; the register's limits and defaults
     /// are no matter of the feature then.
     std::int8_t Bit = -1;
-    bool LowHalf = false;  ///< only the lower 16 bits of the register; the others are flags
+    bool LowHalf = false;   ///< only the lower 16 bits of the register; the others are flags or another feature's
+    bool HighHalf = false;  ///< only the higher 16 bits of the register, whose lower ones are another feature's
+    bool Again = false;     ///< a further command on the register of another one
+    bool Custom = false;    ///< no name of the standard's
 
     constexpr bool IsBit() const { return Bit >= 0; }
+    /// Whether the register is another feature's as well, which stands for its limits and its default.
+    constexpr bool IsPart() const { return IsBit() || HighHalf || Again; }
     constexpr std::uint32_t GetEnd() const { return Address + Length * SelectorCount; }
 };
 

@@ -118,11 +118,7 @@ std::optional<RECEIVED_DATAGRAM> TakeApart(std::span<const std::byte> arrPacket)
 
 }  // namespace
 
-CGvcpSocket::CGvcpSocket(int nAdapterIndex, std::uint16_t nPort)
-    : m_nProbe(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
-    if (m_nProbe < 0) {
-        ThrowErrno(errno, "make a socket");
-    }
+CGvcpSocket::CGvcpSocket(int nAdapterIndex, std::uint16_t nPort) {
     try {
         m_nSend = MakeSender(nAdapterIndex, nPort);
         m_nReceive = MakeReceiver(nAdapterIndex, nPort);
@@ -137,7 +133,7 @@ CGvcpSocket::~CGvcpSocket() {
 }
 
 void CGvcpSocket::Close() const {
-    for (const int nSocket : {m_nReceive, m_nSend, m_nProbe}) {
+    for (const int nSocket : {m_nReceive, m_nSend}) {
         if (nSocket >= 0) {
             close(nSocket);
         }
@@ -165,21 +161,9 @@ std::optional<RECEIVED_DATAGRAM> CGvcpSocket::Receive(std::span<std::byte> arrBu
     }
 }
 
-// A socket that is tied to an adapter takes every host for one on its cable, if there is no route. So a socket that
-// isn't has to find one first; connecting it sends nothing.
-int CGvcpSocket::FindRoute(std::uint32_t nAddress) const {
-    sockaddr_in objAddress{};
-    objAddress.sin_family = AF_UNSPEC;  // forgets the last one, and the address of this side with it
-    connect(m_nProbe, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress);
-    objAddress.sin_family = AF_INET;
-    objAddress.sin_port = htons(1);  // any will do
-    objAddress.sin_addr.s_addr = htonl(nAddress);
-    return connect(m_nProbe, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress) == 0 ? 0 : errno;
-}
-
 int CGvcpSocket::Send(std::uint32_t nAddress, std::uint16_t nPort, std::span<const std::byte> arrPayload) {
     if (nAddress != INADDR_BROADCAST) {
-        if (const int nErrno = FindRoute(nAddress); nErrno != 0) {
+        if (const int nErrno = m_objRoute.Find(nAddress); nErrno != 0) {
             return nErrno;
         }
     }

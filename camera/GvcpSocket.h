@@ -5,6 +5,8 @@
 #include <optional>
 #include <span>
 
+#include "camera/RouteSocket.h"
+
 namespace camera {
 
 /// Where a datagram came from and what it was sent to. Addresses and port in host order.
@@ -42,11 +44,10 @@ public:
 
 private:
     void Close() const;
-    [[nodiscard]] int FindRoute(std::uint32_t nAddress) const;
 
     int m_nReceive = -1;
     int m_nSend = -1;
-    int m_nProbe = -1;  // asks for routes and sends nothing
+    CRouteSocket m_objRoute;
 };
 
 }  // namespace camera

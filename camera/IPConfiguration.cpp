@@ -22,11 +22,12 @@ IP_SETTING MakeLinkLocal(gev::CMACAddress objMAC) {
 CIPConfiguration::CIPConfiguration(CRegisterSpace& objRegisters, IAdapter& objAdapter, gev::CMACAddress objMAC,
                                    std::chrono::milliseconds nDuration)
     : m_objRegisters(objRegisters), m_objAdapter(objAdapter), m_objMAC(objMAC), m_nDuration(nDuration) {
-    m_objRegisters.Set(boot::kCurrentIPConfiguration, boot::kIPConfigurationLinkLocal);
+    m_objRegisters.Set(boot::kCurrentIPConfiguration,
+                       m_objRegisters.Get(boot::kCurrentIPConfiguration) | boot::kIPConfigurationLinkLocal);
 }
 
 void CIPConfiguration::Begin(const CAMERA_CONFIGURATION& objConfiguration) {
-    if (objConfiguration.Persistent) {
+    if (objConfiguration.Persistent && !objConfiguration.State) {
         Store(*objConfiguration.Persistent);
     }
     Apply(objConfiguration.IP ? *objConfiguration.IP : Choose());

@@ -137,6 +137,7 @@ void CImageStream::TakeOrders() {
             m_bAborted = true;
             m_objNext.reset();
             m_objBlocks.Clear();
+            m_objFaulty.Drop();
         }
         if (objOrders.Stop) {
             m_bStopped = true;
@@ -308,6 +309,7 @@ bool CImageStream::SendBlock(bool bLast) {
         }
     }
     m_objFaulty.Flush();
+    TellUnsent();
     return true;
 }
 
@@ -315,6 +317,12 @@ void CImageStream::Tell(std::size_t nEvent, TIME tWhen) {
     if (m_objSettings.Frame.Event[nEvent]) {
         m_objNews.Happened(
             {nEvent, m_objBlocks.HasExtendedIDs(), m_objBlocks.GetBlockID(), m_objBlocks.GetFrame(), GetTicks(tWhen)});
+    }
+}
+
+void CImageStream::TellUnsent() {
+    if (const UNSENT_PACKETS objUnsent = m_objOutlet.TakeUnsent(); objUnsent.Count > 0) {
+        m_objNews.Unsent(m_objSettings.Acquisition, objUnsent);
     }
 }
 
@@ -351,6 +359,7 @@ void CImageStream::SendAgain(const gev::RESEND_COMMAND& objCommand) {
         m_objFaulty.Send(std::span(m_arrBatch).first(nBatch), nCount);
     }
     m_objFaulty.Flush();
+    TellUnsent();
 }
 
 void CImageStream::SendStatus(const gev::RESEND_COMMAND& objCommand, std::uint32_t nPacketID, EGvcpStatus nStatus) {
@@ -366,12 +375,14 @@ void CImageStream::SendStatus(const gev::RESEND_COMMAND& objCommand, std::uint32
 }
 
 void CImageStream::FireTestPacket(const STREAM_SETTINGS& objSettings) {
+    TellUnsent();
     m_objOutlet.SetDestination(objSettings.Channel, objSettings.DoNotFragment);
     const STREAM_PACKET objPacket{
         gev::EncodeTestPacket(m_arrTestPacket, objSettings.Format.PacketSize, objSettings.Format.ExtendedIDs), {}};
     if (!objPacket.Header.empty()) {
         m_objFaulty.Send({&objPacket, 1}, 1);
-        m_objFaulty.Flush();  // the host waits for it alone
+        m_objFaulty.Flush();                          // the host waits for it alone
+        static_cast<void>(m_objOutlet.TakeUnsent());  // it may be too long: that is what it is there to find out
     }
 }
 

@@ -35,6 +35,8 @@ public:
     /// has the last frame finds the camera ready for a further start.
     virtual void AcquisitionEnded(std::uint32_t nAcquisition) = 0;
     virtual void Happened(const FRAME_EVENT& objEvent) = 0;
+    /// Packets of an acquisition's images, sent for the first time or again, found no way out.
+    virtual void Unsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent) = 0;
 };
 
 /// Takes a camera's images and sends them, on a thread of its own.
@@ -97,6 +99,7 @@ private:
     bool TakeFrame(bool bLast);
     bool SendBlock(bool bLast);
     void Tell(std::size_t nEvent, TIME tWhen);
+    void TellUnsent();
     [[nodiscard]] std::uint64_t GetTicks(TIME tWhen) const;
 
     void SendAgain(const gev::RESEND_COMMAND& objCommand);

@@ -39,7 +39,7 @@ CProtocolEngine::CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, g
                          ? objConfiguration.Description
                          : std::make_shared<const std::vector<std::byte>>(PackDescription(m_strModel))),
       m_funLog(objConfiguration.Log),
-      m_nSlowCommand(objConfiguration.SlowCommand),
+      m_funKeep(objConfiguration.Keep),
       m_objMAC(objMAC),
       m_objStreaming(objStreaming),
       m_objDevice(objConfiguration, objMAC, nLinkSpeed, objStreaming, tNow),
@@ -216,6 +216,9 @@ EGvcpStatus CProtocolEngine::ForceIPEx(const REQUEST& objRequest) {
         nStatus = m_objControl.IsForeign(objRequest.From) ? EGvcpStatus::AccessDenied
                                                           : m_objIP.Store({objCommand.IP, objCommand.SubnetMask, 0});
     }
+    if (nStatus == EGvcpStatus::Success) {
+        nStatus = KeepState();
+    }
     return Refuse(objRequest, nStatus);
 }
 
@@ -233,6 +236,22 @@ EGvcpStatus CProtocolEngine::Resend(const REQUEST& objRequest) {
         m_objStreaming.Resend(objCommand);
     }
     return nStatus;
+}
+
+void CProtocolEngine::TellUnsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent) {
+    m_objDevice.CountUnsent(objUnsent.Count);
+    if (m_funLog && nAcquisition != m_nUnsentTold) {
+        const CHANNEL objChannel = m_objDevice.GetStreamChannel();
+        Log("images can't be sent to " + std::string(gev::FormatIPv4(objChannel.Address).GetText()) + ":" +
+            std::to_string(objChannel.Port) + ": " + objUnsent.Reason.message() +
+            ". StreamUnsentPacketCount counts what is lost");
+    }
+    m_nUnsentTold = nAcquisition;
+}
+
+/// @return Error when what holds now will be lost with the next restart
+EGvcpStatus CProtocolEngine::KeepState() const {
+    return !m_funKeep || m_funKeep(FormatState(m_objDevice.GetState())) ? EGvcpStatus::Success : EGvcpStatus::Error;
 }
 
 void CProtocolEngine::LoseControl() {

@@ -25,10 +25,11 @@ namespace camera {
 
 /// A whole camera without sockets: datagrams and the time go in, datagrams and changes of its address come out.
 ///
-/// Calls allocate nothing unless a log is kept. Not for two threads at once.
+/// Calls allocate nothing unless a log or a state is kept. Not for two threads at once.
 class CProtocolEngine {
 public:
     /// @param objAdapter, objOutlet, objStreaming  must outlive this
+    /// @throws CStateError  the configuration's state is none of this camera
     CProtocolEngine(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
                     IAdapter& objAdapter, IOutlet& objOutlet, IStreaming& objStreaming, TIME tNow);
     CProtocolEngine(const CProtocolEngine&) = delete;
@@ -49,6 +50,8 @@ public:
     void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
     /// The stream has sent all images of this acquisition.
     void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
+    /// Packets of this acquisition's images found no way out. The first time in an acquisition goes to the log.
+    void TellUnsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent);
 
     [[nodiscard]] const CDevice& GetDevice() const { return m_objDevice; }
 
@@ -96,11 +99,12 @@ private:
     void Acknowledge(const REQUEST& objRequest, std::span<const std::byte> arrAnswer,
                      std::chrono::milliseconds nDelay = {});
 
-    [[nodiscard]] bool IsSlow(const REQUEST& objRequest) const;
+    [[nodiscard]] std::chrono::milliseconds GetDuration(const REQUEST& objRequest) const;
     void BeginSlowWork(const REQUEST& objRequest, std::optional<std::chrono::milliseconds> nDuration, bool bPending);
     void AdvanceSlowWork(TIME tNow);
     [[nodiscard]] bool AnswerRepeat(const REQUEST& objRequest);
     void RememberWrite(const REQUEST& objRequest, std::span<const std::byte> arrAnswer);
+    gev::EGvcpStatus KeepState() const;
     void LoseControl();
     void ResetIfWished(TIME tNow);
 
@@ -110,7 +114,7 @@ private:
     std::string m_strModel;
     std::shared_ptr<const std::vector<std::byte>> m_pDescription;  // packed, without faults
     std::function<void(std::string_view)> m_funLog;
-    std::chrono::milliseconds m_nSlowCommand;
+    std::function<bool(std::string_view)> m_funKeep;
     gev::CMACAddress m_objMAC;
     IStreaming& m_objStreaming;
     CDevice m_objDevice;
@@ -120,8 +124,9 @@ private:
     CAnswering m_objAnswering;
     FAULTS m_objFaults;
     TIME m_tFaultsSet{};
-    std::uint32_t m_nCommands = 0;  // since the faults were set
-    bool m_bGone = false;           // vanished, and its stream with it
+    std::uint32_t m_nCommands = 0;    // since the faults were set
+    bool m_bGone = false;             // vanished, and its stream with it
+    std::uint32_t m_nUnsentTold = 0;  // the acquisition whose lost packets went to the log
     std::optional<SLOW_WORK> m_objSlowWork;
     LAST_WRITE m_objLastWrite;
     gev::GvcpBuffer m_arrAnswer{};  // being built

@@ -71,10 +71,10 @@ EGvcpStatus CProtocolEngine::Write(const REQUEST& objRequest) {
     if (m_objSlowWork) {
         return Refuse(objRequest, EGvcpStatus::Busy);
     }
-    if (m_objControl.IsHeldBy(objRequest.From) && IsSlow(objRequest)) {
+    if (const auto nDuration = GetDuration(objRequest); nDuration > 0ms && m_objControl.IsHeldBy(objRequest.From)) {
         const bool bPending =
             (m_objDevice.Registers().Get(boot::kGvcpConfiguration) & boot::kGvcpConfigurationPendingAckEnable) != 0;
-        BeginSlowWork(objRequest, m_nSlowCommand, bPending);
+        BeginSlowWork(objRequest, nDuration, bPending);
         return EGvcpStatus::Success;
     }
     std::span<std::byte> arrAnswer;
@@ -136,25 +136,27 @@ EGvcpStatus CProtocolEngine::WriteBlock(const REQUEST& objRequest, std::uint32_t
     if (nAddress < kPrivilege && arrData.size() > kPrivilege - nAddress) {
         return EGvcpStatus::InvalidAddress;
     }
-    return m_objDevice.Write(nAddress, arrData, objRequest.Now);
+    const EGvcpStatus nStatus = m_objDevice.Write(nAddress, arrData, objRequest.Now);
+    return m_objDevice.TakeStateChange() ? KeepState() : nStatus;
 }
 
-bool CProtocolEngine::IsSlow(const REQUEST& objRequest) const {
+std::chrono::milliseconds CProtocolEngine::GetDuration(const REQUEST& objRequest) const {
     gev::MEMORY_BLOCK objBlock;
     if (objRequest.Header.Command == EGvcpCommand::WriteMem) {
-        return gev::DecodeWriteMem(objRequest.Payload, objBlock) == EGvcpStatus::Success &&
-               m_objDevice.IsSlow(objBlock.Address, objBlock.Data.size());
+        return gev::DecodeWriteMem(objRequest.Payload, objBlock) == EGvcpStatus::Success
+                   ? m_objDevice.GetDuration(objBlock.Address, objBlock.Data)
+                   : 0ms;
     }
     gev::CRegisterWriteView objWrites;
-    if (gev::DecodeWriteReg(objRequest.Payload, objWrites) != EGvcpStatus::Success) {
-        return false;
-    }
-    for (std::size_t i = 0; i < objWrites.GetCount(); ++i) {
-        if (m_objDevice.IsSlow(objWrites.Get(i).Address, kWord)) {
-            return true;
+    std::chrono::milliseconds nLongest{};
+    if (gev::DecodeWriteReg(objRequest.Payload, objWrites) == EGvcpStatus::Success) {
+        for (std::size_t i = 0; i < objWrites.GetCount(); ++i) {
+            std::array<std::byte, kWord> arrValue;
+            gev::Put32(arrValue, 0, objWrites.Get(i).Value);
+            nLongest = std::max(nLongest, m_objDevice.GetDuration(objWrites.Get(i).Address, arrValue));
         }
     }
-    return false;
+    return nLongest;
 }
 
 void CProtocolEngine::BeginSlowWork(const REQUEST& objRequest, std::optional<std::chrono::milliseconds> nDuration,

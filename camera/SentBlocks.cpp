@@ -32,11 +32,13 @@ void CSentBlocks::SetFormat(const BLOCK_FORMAT& objFormat) {
     m_nPackets = static_cast<std::uint32_t>((m_nPayload + m_nPerPacket - 1) / m_nPerPacket) + 2;
     m_vecSlot.assign(std::clamp(kRingSize / m_nPayload, kLeastBlocks, kMostBlocks), SLOT{});
     m_vecPayload.resize(std::max(m_vecPayload.size(), m_nPayload * m_vecSlot.size()));
+    m_bDrawn = false;
 }
 
 void CSentBlocks::Clear() {
     std::ranges::fill(m_vecSlot, SLOT{});
     m_nFrame = 0;
+    m_bDrawn = false;
 }
 
 std::span<const std::byte> CSentBlocks::GetPayload(std::uint64_t nFrame) const {
@@ -45,6 +47,7 @@ std::span<const std::byte> CSentBlocks::GetPayload(std::uint64_t nFrame) const {
 
 std::span<std::byte> CSentBlocks::Begin() {
     ++m_nFrame;
+    m_bDrawn = true;
     SLOT& objSlot = GetSlot(m_nFrame);
     objSlot.Frame = 0;
     objSlot.Sent = 0;
@@ -58,6 +61,7 @@ gev::EPayloadType CSentBlocks::GetPayloadType() const {
 void CSentBlocks::Finish(const BLOCK_FACTS& objFacts) {
     SLOT& objSlot = GetSlot(m_nFrame);
     objSlot.Frame = m_nFrame;
+    m_bDrawn = false;
     gev::GVSP_LEADER objLeader;
     objLeader.PayloadType = GetPayloadType();
     objLeader.Timestamp = objFacts.Timestamp;
@@ -121,7 +125,7 @@ EGvcpStatus CSentBlocks::Find(std::uint64_t nBlockID, std::uint64_t& nFrame) con
             return EGvcpStatus::PacketNotYetAvailable;
         }
     }
-    if (nBlockID == 0 || nBehind >= m_nFrame) {
+    if (nBlockID == 0 || nBehind >= m_nFrame || (nBehind == 0 && m_bDrawn)) {
         return EGvcpStatus::PacketNotYetAvailable;
     }
     nFrame = m_nFrame - nBehind;

@@ -56,7 +56,8 @@ public:
 
     /// Looks for a block that somebody asks for.
     /// @param nFrame  filled on Success
-    /// @return PacketNotYetAvailable for one that is still to come, PacketAndPreviousRemoved for one that has gone
+    /// @return PacketNotYetAvailable for one that is still to come or is being drawn, PacketAndPreviousRemoved for one
+    ///         that has gone
     [[nodiscard]] gev::EGvcpStatus Find(std::uint64_t nBlockID, std::uint64_t& nFrame) const;
     /// Whether this packet of a frame that is there was sent.
     [[nodiscard]] bool WasSent(std::uint64_t nFrame, std::uint32_t nPacketID) const {
@@ -90,6 +91,7 @@ private:
     std::size_t m_nPerPacket = 0;
     std::uint32_t m_nPackets = 0;
     std::uint64_t m_nFrame = 0;  // the last
+    bool m_bDrawn = false;       // begun, and not finished
     std::vector<SLOT> m_vecSlot{1};
     std::vector<std::byte> m_vecPayload;  // of all slots
 };

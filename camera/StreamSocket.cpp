@@ -111,12 +111,32 @@ CStreamSocket::~CStreamSocket() {
 void CStreamSocket::SetDestination(const CHANNEL& objChannel, bool bDoNotFragment) {
     m_objChannel = objChannel;
     m_nTooLong = SIZE_MAX;
+    m_nNoRoute = objChannel.LeadsAnywhere() ? m_objRoute.Find(objChannel.Address) : 0;
     const int nDiscover = bDoNotFragment ? IP_PMTUDISC_PROBE : IP_PMTUDISC_DONT;
     setsockopt(m_nSocket, IPPROTO_IP, IP_MTU_DISCOVER, &nDiscover, sizeof nDiscover);
 }
 
+// What was in vain once is tried again: the route may have come.
+bool CStreamSocket::HasRoute() {
+    if (m_nNoRoute != 0) {
+        m_nNoRoute = m_objRoute.Find(m_objChannel.Address);
+    }
+    return m_nNoRoute == 0;
+}
+
+void CStreamSocket::Lose(std::size_t nPackets, int nErrno) {
+    if (m_objUnsent.Count == 0) {
+        m_objUnsent.Reason = std::error_code(nErrno, std::generic_category());
+    }
+    m_objUnsent.Count += nPackets;
+}
+
 void CStreamSocket::Send(std::span<const STREAM_PACKET> arrPacket) {
     if (!m_objChannel.LeadsAnywhere()) {
+        return;
+    }
+    if (!HasRoute()) {
+        Lose(arrPacket.size(), m_nNoRoute);
         return;
     }
     while (!arrPacket.empty()) {
@@ -175,11 +195,12 @@ std::size_t CStreamSocket::SendSome(std::span<const STREAM_PACKET> arrPacket) {
         m_nTooLong = arrPacket[0].GetSize();
         return 0;
     }
+    Lose(arrCount[0], nErrno);
     return arrCount[0];
 }
 
 void CStreamSocket::SendForeign(const STREAM_PACKET& objPacket) {
-    if (!m_objChannel.LeadsAnywhere()) {
+    if (!m_objChannel.LeadsAnywhere() || m_nNoRoute != 0) {
         return;
     }
     std::array<iovec, kParts> arrPart{};

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 #include "camera/PacketOutlet.h"
+#include "camera/RouteSocket.h"
 #include "camera/StreamSettings.h"
 
 namespace camera {
@@ -29,15 +31,21 @@ public:
 
     /// Holds up to 0.1 s when the adapter doesn't take more.
     void Send(std::span<const STREAM_PACKET> arrPacket) override;
+    [[nodiscard]] UNSENT_PACKETS TakeUnsent() override { return std::exchange(m_objUnsent, {}); }
     void SendForeign(const STREAM_PACKET& objPacket) override;
 
 private:
+    bool HasRoute();
+    void Lose(std::size_t nPackets, int nErrno);
     std::size_t SendSome(std::span<const STREAM_PACKET> arrPacket);
 
     int m_nSocket = -1;
     int m_nForeign = -1;
     std::uint16_t m_nPort = 0;
+    CRouteSocket m_objRoute;
     CHANNEL m_objChannel;
+    int m_nNoRoute = 0;  // the errno that told so
+    UNSENT_PACKETS m_objUnsent;
     std::size_t m_nTooLong = SIZE_MAX;  // packets of this size and more can't leave in one piece
 };
 

@@ -104,6 +104,13 @@ public:
             Wake();
         }
     }
+    void Unsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent) override {
+        const std::scoped_lock lock(m_mtxNews);
+        m_objUnsent.Count += objUnsent.Count;
+        m_objUnsent.Reason = objUnsent.Reason;
+        m_nUnsentOf = nAcquisition;
+        Wake();
+    }
 
     void GiveTo(CProtocolEngine& objEngine, TIME tNow) {
         if (!m_bNews) {
@@ -114,6 +121,9 @@ public:
         if (m_nEnded) {
             objEngine.EndAcquisition(*m_nEnded);
             m_nEnded.reset();
+        }
+        if (m_objUnsent.Count > 0) {
+            objEngine.TellUnsent(m_nUnsentOf, std::exchange(m_objUnsent, {}));
         }
         for (std::size_t i = 0; i < m_nEvents; ++i) {
             objEngine.TellEvent(m_arrEvent[i], tNow);
@@ -131,6 +141,8 @@ private:
     std::atomic<bool> m_bNews = false;
     std::mutex m_mtxNews;  // guards all below
     std::optional<std::uint32_t> m_nEnded;
+    UNSENT_PACKETS m_objUnsent;
+    std::uint32_t m_nUnsentOf = 0;  // the acquisition
     std::array<FRAME_EVENT, 64> m_arrEvent{};
     std::size_t m_nEvents = 0;
 };

@@ -19,6 +19,7 @@ public:
     /// Takes the adapter and starts the IP configuration. Requests that come from now on are answered by Run.
     /// @throws std::system_error      no such adapter, not permitted, the port is taken
     /// @throws std::invalid_argument  a text is too long
+    /// @throws CStateError            the state is none of this camera
     explicit CVirtualCamera(CAMERA_CONFIGURATION objConfiguration);
     /// Takes the camera's address off the adapter. Run must have ended.
     ~CVirtualCamera();

@@ -12,6 +12,8 @@
 #include <CLI/CLI.hpp>
 
 #include "camera/CameraConfiguration.h"
+#include "camera/CameraState.h"
+#include "camera/StateFile.h"
 #include "camera/VirtualCamera.h"
 #include "gev/Address.h"
 
@@ -31,6 +33,7 @@ struct ARGUMENTS {
     std::string Persistent;
     std::uint32_t ReconfigurationMs = 0;
     std::vector<std::string> Faults;
+    std::string State;
     bool Verbose = false;
 };
 
@@ -77,6 +80,11 @@ void DescribeArguments(CLI::App& objApp, ARGUMENTS& objArguments) {
     objApp.add_option("--fault", objArguments.Faults, "What the camera does wrong; may be given several times")
         ->type_name("NAME[=VALUE]")
         ->allow_extra_args(false);
+    objApp
+        .add_option("--state", objArguments.State,
+                    "File that keeps what a camera keeps when it is switched off: the persistent address, the name and "
+                    "the user sets")
+        ->type_name("FILE");
     objApp.add_flag("--verbose", objArguments.Verbose, "Tell each request and its outcome");
 }
 
@@ -101,6 +109,21 @@ void TakeArguments(ARGUMENTS& objArguments) {
             std::fflush(stdout);
         };
     }
+}
+
+/// @throws camera::CStateError
+void TakeState(const std::string& strPath, camera::CAMERA_CONFIGURATION& objConfiguration) {
+    const camera::CStateFile objFile(strPath);
+    objConfiguration.State = objFile.Read();
+    objConfiguration.Keep = [objFile, strPath](std::string_view strText) {
+        try {
+            objFile.Write(strText);
+            return true;
+        } catch (const camera::CStateError& objError) {
+            std::fprintf(stderr, "virtual-camera: %s: %s\n", strPath.c_str(), objError.what());
+            return false;
+        }
+    };
 }
 
 void RunCamera(const camera::CAMERA_CONFIGURATION& objConfiguration) {
@@ -143,7 +166,15 @@ int main(int argc, char* argv[]) {
     CLI11_PARSE(objApp, argc, argv);
     try {
         TakeArguments(objArguments);
+        if (!objArguments.State.empty()) {
+            TakeState(objArguments.State, objArguments.Configuration);
+        }
         RunCamera(objArguments.Configuration);
+    } catch (const camera::CStateError& objError) {
+        const bool bRead = objArguments.Configuration.State.has_value();
+        std::fprintf(stderr, "virtual-camera: %s: %s%s\n", objArguments.State.c_str(), objError.what(),
+                     bRead ? ". The file is left as it is" : "");
+        return 1;
     } catch (const std::system_error& objError) {
         std::fprintf(stderr, "virtual-camera: %s%s\n", objError.what(), Advise(objError).c_str());
         return 1;

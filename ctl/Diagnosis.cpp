@@ -10,7 +10,8 @@ namespace {
 constexpr int kMtuOfEthernet = 1500;
 constexpr int kMtuOfJumboPackets = 9000;
 constexpr int kGigabit = 1000;
-constexpr std::uint64_t kReceiveBufferWanted = std::uint64_t{16} << 20;  // an eighth of a second at 1 Gb/s
+constexpr std::uint64_t kReceiveBufferWanted = std::uint64_t{16} << 20;    // an eighth of a second at 1 Gb/s
+constexpr std::uint64_t kReceiveBufferAskedFor = std::uint64_t{64} << 20;  // by the bundled producer
 constexpr std::uint64_t kBytesInKiB = 1024;
 
 using FINDINGS = std::vector<FINDING>;
@@ -66,12 +67,18 @@ void DiagnoseAddresses(FINDINGS& vecFinding, const HOST_ADAPTER& objAdapter) {
     }
 }
 
+/// The name of an adapter as it stands inside the name of a setting.
+std::string SettingNameOf(std::string strAdapter) {
+    std::replace(strAdapter.begin(), strAdapter.end(), '.', '/');  // "eth0.10" of a VLAN would be one level too many
+    return strAdapter;
+}
+
 void DiagnoseReversePathFilter(FINDINGS& vecFinding, const HOST_ADAPTER& objAdapter, std::optional<int> nOfAll) {
     constexpr int kStrict = 1;
     constexpr int kLoose = 2;
     const std::string& strName = objAdapter.strName;
     const std::string strMend =
-        "sudo sysctl -w net.ipv4.conf.all.rp_filter=0 net.ipv4.conf." + strName + ".rp_filter=0";
+        "sudo sysctl -w net.ipv4.conf.all.rp_filter=0 net.ipv4.conf." + SettingNameOf(strName) + ".rp_filter=0";
     if (!objAdapter.nReversePathFilter && !nOfAll) {
         return;
     }
@@ -119,7 +126,8 @@ void DiagnoseSubnets(FINDINGS& vecFinding, const std::vector<HOST_ADAPTER>& vecA
                     if (((objOne.nAddress ^ objOther.nAddress) & nMask) == 0) {
                         vecFinding.push_back({SEVERITY::Problem, itOther->strName,
                                               WithMask(objOther) + " lies in the subnet of " + itOne->strName + " (" +
-                                                  WithMask(objOne) + "): cameras on one of the two can't be reached. " +
+                                                  WithMask(objOne) +
+                                                  "): cameras on one of the two may be out of reach. " +
                                                   "Give each adapter a subnet of its own",
                                               ""});
                     }
@@ -161,8 +169,8 @@ void DiagnoseReceiveBuffer(FINDINGS& vecFinding, std::optional<std::uint64_t> nM
     constexpr std::uint64_t kBytesInMs = 125'000;  // of a stream of 1 Gb/s
     vecFinding.push_back({SEVERITY::Warning, "sockets",
                           strMax + ": " + std::to_string(*nMax / kBytesInMs) +
-                              " ms of a stream at 1 Gb/s, and what comes while they are full is lost",
-                          "sudo sysctl -w net.core.rmem_max=" + std::to_string(kReceiveBufferWanted)});
+                              " ms of a stream at 1 Gb/s, and what comes while it is full is lost",
+                          "sudo sysctl -w net.core.rmem_max=" + std::to_string(kReceiveBufferAskedFor)});
 }
 
 void DiagnoseProducer(FINDINGS& vecFinding, const std::vector<PRODUCER_FOLDER>& vecFolder) {

@@ -1,7 +1,7 @@
-#include <algorithm>
+#include "ctl/FeatureReport.h"
+
 #include <ostream>
 
-#include "ctl/FeatureTree.h"
 #include "ctl/Json.h"
 #include "ctl/Table.h"
 

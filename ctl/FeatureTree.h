@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,15 +28,9 @@ std::string DescribeLimits(GenApi_3_0::INode& objNode);
 /// Reads the categories from `Root` down with the values of their features. What isn't implemented is left out, as are
 /// categories with nothing in them. A category that contains itself, or lies deeper than any sane one, ends there.
 /// @param bAll  also what is meant for gurus and for nobody
-/// @throws CTimeoutError, CDeviceOfflineError  the camera has gone; a feature that it refuses is only left without
-/// value
+/// @throws CTimeoutError, CDeviceOfflineError  the camera has gone; one that refuses a feature leaves it without value
 /// @return the category Root; empty if there is none
 FEATURE ReadFeatureTree(const GenApi_3_0::INodeMap& objNodeMap, bool bAll);
-
-/// One line for each feature, indented by its categories.
-void WriteFeatureTree(std::ostream& objOut, const FEATURE& objRoot);
-/// One object: a category is an object of its features, a feature one of "kind", "value", "unit", "access", "limits".
-void WriteFeatureTreeJson(std::ostream& objOut, const FEATURE& objRoot);
 
 /// The names in the node map that a user may have meant by one that isn't in it: equal but for the case, or containing
 /// it. At most five.

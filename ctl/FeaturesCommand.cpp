@@ -4,6 +4,8 @@
 #include <fstream>
 #include <ostream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "GenApi/Command.h"
 #include "GenApi/Node.h"
@@ -12,6 +14,7 @@
 #include "GenTL/GenTL.h"
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
 #include "ctl/ErrorText.h"
+#include "ctl/FeatureReport.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/OpenCamera.h"
 #include "ctl/Table.h"
@@ -32,6 +35,12 @@ void Set(GenApi_3_0::INode& objNode, const std::string& strValue) {
         pCommand->Execute();
     } else {
         ValueOf(objNode).FromString(strValue);
+    }
+}
+
+void PrintErrors(const std::vector<std::string>& vecError, const COMMAND_OUTPUT& objOutput) {
+    for (const std::string& strError : vecError) {
+        objOutput.objErr << Printable(strError) << '\n';
     }
 }
 
@@ -80,11 +89,13 @@ EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();  // the file has the stream's settings as well
     std::ostringstream objText;
-    SaveDeviceFeatures(objCamera.GetDevice(), objText);
+    std::vector<std::string> vecError;
+    SaveDeviceFeatures(objCamera.GetDevice(), objText, &vecError);
     WriteWholeFile(objOptions.strFile, objText.str());
+    PrintErrors(vecError, objOutput);
     objOutput.objErr << "Saved the settings of " << Printable(objCamera.GetCamera().strID) << " to "
-                     << objOptions.strFile << ".\n";
-    return EXIT_CODE::Success;
+                     << objOptions.strFile << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
+    return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
 }
 
 EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
@@ -95,9 +106,7 @@ EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();
     const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);
-    for (const std::string& strError : vecError) {
-        objOutput.objErr << Printable(strError) << '\n';
-    }
+    PrintErrors(vecError, objOutput);
     objOutput.objErr << "Applied " << objOptions.strFile << " to " << Printable(objCamera.GetCamera().strID);
     objOutput.objErr << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
     return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;

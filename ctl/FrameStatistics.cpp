@@ -19,13 +19,14 @@ std::uint64_t MissingBetween(std::uint64_t nLast, std::uint64_t nNext) {
 }  // namespace
 
 void CFrameStatistics::Add(std::optional<std::uint64_t> nFrameID, std::size_t nBytes, bool bIncomplete, TIME nTime) {
-    if (m_nComplete + m_nIncomplete == 0) {
-        m_nFirst = nTime;
+    if (bIncomplete) {
+        ++m_nIncomplete;
+    } else if (++m_nComplete == 1) {
+        m_nFirst = m_nLast = nTime;
     } else {
         m_nBytesBehindFirst += nBytes;
+        m_nLast = nTime;
     }
-    m_nLast = nTime;
-    ++(bIncomplete ? m_nIncomplete : m_nComplete);
     if (nFrameID && m_nLastFrameID) {
         m_nLost += MissingBetween(*m_nLastFrameID, *nFrameID);
     }
@@ -38,7 +39,7 @@ double CFrameStatistics::GetSeconds() const {
 
 double CFrameStatistics::GetFramesPerSecond() const {
     const double fSeconds = GetSeconds();
-    return fSeconds > 0 ? static_cast<double>(m_nComplete + m_nIncomplete - 1) / fSeconds : 0;
+    return fSeconds > 0 ? static_cast<double>(m_nComplete - 1) / fSeconds : 0;
 }
 
 double CFrameStatistics::GetMegabytesPerSecond() const {

@@ -18,11 +18,11 @@ public:
     std::uint64_t GetIncomplete() const { return m_nIncomplete; }
     std::uint64_t GetLost() const { return m_nLost; }
 
-    /// Between the first and the last frame; 0 with fewer than two.
+    /// Between the first and the last complete frame; 0 with fewer than two.
     double GetSeconds() const;
-    /// Of all that came, incomplete ones too.
+    /// Of the complete frames, which are those that get into files.
     double GetFramesPerSecond() const;
-    /// Of the payload.
+    /// Of their payload.
     double GetMegabytesPerSecond() const;
 
     /// "29.97 frames/s, 230.10 MB/s, 2 lost, 1 incomplete"
@@ -32,7 +32,7 @@ private:
     std::uint64_t m_nComplete = 0;
     std::uint64_t m_nIncomplete = 0;
     std::uint64_t m_nLost = 0;
-    std::uint64_t m_nBytesBehindFirst = 0;  // the rate counts from the end of the first frame
+    std::uint64_t m_nBytesBehindFirst = 0;  // of complete frames; the rate counts from the end of the first
     std::optional<std::uint64_t> m_nLastFrameID;
     TIME m_nFirst;
     TIME m_nLast;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -37,9 +36,22 @@ CFrameWriter::CFrameWriter(std::string strFolder, FRAME_FILE eFile)
         throw CCommandError(EXIT_CODE::Failure, m_strFolder + ": it can't be made a folder" +
                                                     (objError ? ": " + objError.message() : std::string()));
     }
+    __StartThreads();
+}
+
+/// As many as there are processors. One is enough where the system has no more to give.
+void CFrameWriter::__StartThreads() {
     const unsigned nThreads = std::clamp(std::thread::hardware_concurrency(), 1U, kMostThreads);
-    for (unsigned i = 0; i < nThreads; ++i) {
-        m_vecThread.emplace_back([this] { __OnThreadWrite(); });
+    m_vecThread.reserve(nThreads);
+    try {
+        for (unsigned i = 0; i < nThreads; ++i) {
+            m_vecThread.emplace_back([this] { __OnThreadWrite(); });
+        }
+    } catch (const std::system_error& objError) {
+        if (m_vecThread.empty()) {
+            throw CCommandError(EXIT_CODE::Failure,
+                                std::string("there is no thread to write frames on: ") + objError.what());
+        }
     }
 }
 

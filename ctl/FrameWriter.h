@@ -31,7 +31,7 @@ std::string GetFrameFileName(const GRABBED_FRAME& objFrame, FRAME_FILE eFile);
 class CFrameWriter {
 public:
     /// Makes the folder with its parents.
-    /// @throws CCommandError  it can't be made
+    /// @throws CCommandError  it can't be made, or there is no thread to write on
     CFrameWriter(std::string strFolder, FRAME_FILE eFile);
     /// Drops what waits.
     ~CFrameWriter();
@@ -46,6 +46,7 @@ public:
     void Finish();
 
 private:
+    void __StartThreads();
     void __OnThreadWrite();
     void __WriteFrame(const GRABBED_FRAME& objFrame) const;
     void __RethrowFailure();

@@ -2,13 +2,13 @@
 
 #include <charconv>
 #include <fstream>
-#include <string_view>
 
 #include <QHostAddress>
 #include <QNetworkInterface>
 #include <QString>
 
 #include "ctl/HostCommand.h"
+#include "ctl/InputFilters.h"
 #include "ctl/ProducerPath.h"
 #include "support/Environment.h"
 

@@ -1,8 +1,8 @@
+#include "ctl/InputFilters.h"
+
 #include <map>
 
 #include <nlohmann/json.hpp>
-
-#include "ctl/HostFacts.h"
 
 namespace {
 

@@ -11,17 +11,26 @@ extern "C" void OnInterrupt(int nSignal) {
     std::signal(nSignal, SIG_DFL);
 }
 
+/// @return what was done about the signal before
+auto Catch(int nSignal) {
+    const auto fnBefore = std::signal(nSignal, OnInterrupt);
+    if (fnBefore == SIG_IGN) {
+        std::signal(nSignal, SIG_IGN);
+    }
+    return fnBefore;
+}
+
 }  // namespace
 
 CInterrupt::CInterrupt() {
     g_bAsked = 0;
-    std::signal(SIGINT, OnInterrupt);
-    std::signal(SIGTERM, OnInterrupt);
+    m_fnInterrupt = Catch(SIGINT);
+    m_fnTerminate = Catch(SIGTERM);
 }
 
 CInterrupt::~CInterrupt() {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    std::signal(SIGINT, m_fnInterrupt);
+    std::signal(SIGTERM, m_fnTerminate);
 }
 
 bool CInterrupt::IsAsked() const {

@@ -8,12 +8,13 @@
 #include "ctl/ErrorText.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/Table.h"
+#include "support/Address.h"
 
 namespace {
 
 std::string WhatToTry(const CAMERA& objCamera) {
     return GetStateText(objCamera) == "other subnet"
-               ? ". \"norvikctl recover\" gives it an address in the subnet of " + objCamera.objAdapter.strName
+               ? ". Try norvikctl recover " + (objCamera.nMAC ? MACToString(*objCamera.nMAC) : "MAC") + " ADDRESS"
                : "";
 }
 

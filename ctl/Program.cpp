@@ -19,33 +19,39 @@
 namespace {
 
 constexpr const char* kDescription =
-    "Finds GigE Vision cameras, rescues those with a wrong address, reads and "
-    "writes their\n"
+    "Finds GigE Vision cameras, rescues those with a wrong address, reads and writes their\n"
     "features, and grabs frames.";
 
 constexpr const char* kFooter =
-    "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP "
-    "address, or a part of its model\n"
+    "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP address, or a part of its model\n"
     "that no other camera has.\n"
     "\n"
-    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no "
-    "producer; 4 no such camera, or\n"
-    "several; 5 no access; 6 done in part: frames lost, a setting refused, a "
-    "camera that didn't come up;\n"
+    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no producer; 4 no such camera, or\n"
+    "several; 5 no access; 6 done in part: frames lost, a setting refused, a camera that didn't come up;\n"
     "7 doctor found a problem.\n"
     "\n"
-    "Results go to standard output, everything else to standard error. "
-    "GENICAM_GENTL64_PATH names folders\n"
-    "with another producer to use; without it, the bundled one is used.";
+    "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
+    "with another ZrGVTL.cti to use in place of the bundled one.";
 
-constexpr const char* kCameraHelp =
-    "The camera: its ID, MAC, serial number, "
-    "name, IP address, or a part of its model";
+constexpr const char* kCameraHelp = "The camera: its ID, MAC, serial number, name, IP address, or a part of its model";
 
 // More than a day is a slip.
 constexpr int kMostSearchMs = 86'400'000;
 
 using COMMAND = std::function<EXIT_CODE(const COMMAND_OUTPUT&)>;
+
+/// For a command line that isn't understood: what is wrong with it, and where to read what would be right.
+std::string UsageText(const CLI::App* pApp, const CLI::Error& objError) {
+    const std::vector<CLI::App*> vecCommand = pApp->get_subcommands();
+    std::string strProblem = objError.what();
+    if (vecCommand.empty()) {
+        // To the parser only the command is missing, whatever else was typed.
+        const std::vector<std::string> vecUnknown = pApp->remaining();
+        strProblem = vecUnknown.empty() ? "A command is missing" : Printable(vecUnknown.front()) + ": no such command";
+    }
+    return "norvikctl: " + strProblem + ". Try norvikctl " +
+           (vecCommand.empty() ? "" : vecCommand.front()->get_name() + ' ') + "--help\n";
+}
 
 /// The command line's grammar, and what it filled.
 class CGrammar {
@@ -53,6 +59,7 @@ public:
     CGrammar() : m_objApp(kDescription, "norvikctl") {
         m_objApp.set_version_flag("--version", "norvikctl " NORVIK_VERSION, "Print the version and end");
         m_objApp.require_subcommand(1);
+        m_objApp.failure_message(UsageText);
         m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
         AddList();
         AddRecover();
@@ -130,9 +137,8 @@ private:
         AddMilliseconds(pApp, "--wait", m_objRecover.nWait,
                         "How long to look for the camera afterwards; 0 for not at all");
         pApp->footer(
-            "It is broadcast on every adapter: a vendor command, which stores the address in cameras that know it, "
-            "then a\n"
-            "restart of their IP configuration. The camera's mask becomes 255.255.255.0.");
+            "It is broadcast on every adapter: a vendor command, which stores the address in cameras that know\n"
+            "it, then a restart of their IP configuration. The camera's mask becomes 255.255.255.0.");
         Chooses(pApp, m_objRecover, RunRecover);
     }
 
@@ -184,9 +190,8 @@ private:
         AddMilliseconds(pApp, "--timeout", objOptions.nTimeout, "The longest wait for a complete frame");
         pApp->add_flag("--json", objOptions.bJson, "Write the result as JSON");
         pApp->footer(
-            "PNG takes Mono8 to Mono16, packed ones too, Bayer, RGB8 and BGR8. Samples of 10 to 14 bits are shifted up "
-            "to\n"
-            "16. A Bayer mosaic is made colours of by averaging neighbours; --raw keeps the mosaic.");
+            "PNG takes Mono8 to Mono16, packed ones too, Bayer, RGB8 and BGR8. Samples of 10 to 14 bits are\n"
+            "shifted up to 16. A Bayer mosaic is made colours of by averaging neighbours; --raw keeps the mosaic.");
         Chooses(pApp, objOptions, RunGrab);
     }
 

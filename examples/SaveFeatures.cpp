@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
 #include "TLClass/TLClassMain/IDataStream.h"
@@ -37,7 +38,11 @@ std::string ReadSettings(const std::string& strCamera) {
     // the camera closes it too.
     vecDataStream.front()->DoOpenDataStream();
     std::ostringstream streamText;
-    SaveDeviceFeatures(objCamera.GetDevice(), streamText);
+    std::vector<std::string> vecMissing;
+    SaveDeviceFeatures(objCamera.GetDevice(), streamText, &vecMissing);
+    for (const std::string& strText : vecMissing) {
+        std::cerr << strText << '\n';
+    }
     return streamText.str();
 }
 

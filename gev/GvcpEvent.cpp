@@ -1,6 +1,7 @@
 #include "gev/GvcpEvent.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "gev/BigEndian.h"
 
@@ -59,6 +60,23 @@ EVENT_ENTRY CEventView::Get(std::size_t i) const {
     return GetEntry(m_arrPayload.subspan(i * GetEntrySize(m_bExtendedIDs)), m_bExtendedIDs);
 }
 
+std::optional<EVENT_DATA> CEventDataWalk::GetNext() {
+    const std::span<const std::byte> arrLeft = std::exchange(m_arrRest, {});
+    const std::size_t nEntrySize = GetEntrySize(m_bExtendedIDs);
+    if (arrLeft.size() < nEntrySize) {
+        return std::nullopt;
+    }
+    // Without extended IDs the field is reserved. A device that says nothing means all that there is; behind an event
+    // that has told its size it is padding.
+    const std::size_t nSaid = m_bExtendedIDs ? Get16(arrLeft, kEventSizeOffset) : 0;
+    const std::size_t nSize = std::exchange(m_bFirst, false) && nSaid == 0 ? arrLeft.size() : nSaid;
+    if (nSize < nEntrySize || nSize > arrLeft.size()) {
+        return std::nullopt;
+    }
+    m_arrRest = arrLeft.subspan(nSize);
+    return EVENT_DATA{GetEntry(arrLeft, m_bExtendedIDs), arrLeft.first(nSize).subspan(nEntrySize)};
+}
+
 std::span<std::byte> EncodeEvent(std::span<std::byte> arrBuffer, std::uint16_t nRequestID,
                                  std::span<const EVENT_ENTRY> arrEvents, bool bExtendedIDs, bool bAcknowledge) {
     const std::size_t nEntrySize = GetEntrySize(bExtendedIDs);
@@ -109,21 +127,12 @@ std::span<std::byte> EncodeEventData(std::span<std::byte> arrBuffer, std::uint16
 }
 
 EGvcpStatus DecodeEventData(const GVCP_COMMAND_HEADER& objHeader, std::span<const std::byte> arrPayload,
-                            EVENT_ENTRY& objEvent, std::span<const std::byte>& arrData) {
-    const bool bExtendedIDs = HasExtendedIDs(objHeader);
-    const std::size_t nEntrySize = GetEntrySize(bExtendedIDs);
-    if (arrPayload.size() < nEntrySize) {
+                            CEventDataWalk& objEvents) {
+    const CEventDataWalk objWalk(arrPayload, HasExtendedIDs(objHeader));
+    if (!CEventDataWalk(objWalk).GetNext()) {
         return EGvcpStatus::InvalidHeader;
     }
-    // A device that says nothing means all that there is.
-    if (const std::size_t nSize = Get16(arrPayload, kEventSizeOffset); bExtendedIDs && nSize != 0) {
-        if (nSize < nEntrySize || nSize > arrPayload.size()) {
-            return EGvcpStatus::InvalidHeader;
-        }
-        arrPayload = arrPayload.first(nSize);
-    }
-    objEvent = GetEntry(arrPayload, bExtendedIDs);
-    arrData = arrPayload.subspan(nEntrySize);
+    objEvents = objWalk;
     return EGvcpStatus::Success;
 }
 

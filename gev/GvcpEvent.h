@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "gev/GvcpHeader.h"
@@ -41,6 +42,30 @@ private:
     bool m_bExtendedIDs = false;
 };
 
+/// One event of EVENTDATA_CMD.
+struct EVENT_DATA {
+    EVENT_ENTRY Entry;
+    std::span<const std::byte> Data;  ///< of the device's own, in the payload
+};
+
+/// Walks over the events of EVENTDATA_CMD. With extended IDs each tells its size, so that further ones may stand behind
+/// it. Without them, or when the first doesn't tell its size, there is one event, with all the data.
+/// Source: the public analyser's reading of the event's size.
+class CEventDataWalk {
+public:
+    CEventDataWalk() = default;
+    CEventDataWalk(std::span<const std::byte> arrPayload, bool bExtendedIDs)
+        : m_arrRest(arrPayload), m_bExtendedIDs(bExtendedIDs) {}
+
+    /// The next event; nothing at the end, and nothing more once an event isn't all there.
+    std::optional<EVENT_DATA> GetNext();
+
+private:
+    std::span<const std::byte> m_arrRest;
+    bool m_bExtendedIDs = false;
+    bool m_bFirst = true;  // is the next
+};
+
 /// @param bExtendedIDs  block IDs of 64 bits; with 16 bits the higher ones are cut off
 std::span<std::byte> EncodeEvent(std::span<std::byte> arrBuffer, std::uint16_t nRequestID,
                                  std::span<const EVENT_ENTRY> arrEvents, bool bExtendedIDs, bool bAcknowledge);
@@ -54,10 +79,9 @@ EGvcpStatus DecodeEvent(const GVCP_COMMAND_HEADER& objHeader, std::span<const st
 std::span<std::byte> EncodeEventData(std::span<std::byte> arrBuffer, std::uint16_t nRequestID,
                                      const EVENT_ENTRY& objEvent, std::span<const std::byte> arrData, bool bExtendedIDs,
                                      bool bAcknowledge);
-/// With extended IDs each event tells its size, so that further ones may stand behind it; these are left out.
-/// Source: the public analyser's reading of the event's size.
-/// @return InvalidHeader when there isn't a whole entry, or less than the event says.
+/// @param objEvents  to be walked from its first event
+/// @return InvalidHeader when there isn't a whole first event.
 EGvcpStatus DecodeEventData(const GVCP_COMMAND_HEADER& objHeader, std::span<const std::byte> arrPayload,
-                            EVENT_ENTRY& objEvent, std::span<const std::byte>& arrData);
+                            CEventDataWalk& objEvents);
 
 }  // namespace gev

@@ -82,9 +82,8 @@ EGvcpStatus DecodeCommand(std::span<const std::byte> arrDatagram, GVCP_COMMAND_H
                           std::span<const std::byte>& arrPayload);
 
 /// Takes a received acknowledge apart, whatever its status.
-/// @return InvalidHeader when it is shorter or longer than it says, longer than 548 bytes in all, has AckID 0, or is a
-/// command: these are
-///         to be ignored.
+/// @return InvalidHeader for what is to be ignored: a datagram that is shorter or longer than it says, longer than 548
+///         bytes in all, has AckID 0, or is a command.
 EGvcpStatus DecodeAcknowledge(std::span<const std::byte> arrDatagram, GVCP_ACKNOWLEDGE_HEADER& objHeader,
                               std::span<const std::byte>& arrPayload);
 

@@ -24,8 +24,7 @@ struct MEMORY_BLOCK {
 std::span<std::byte> EncodeReadMem(std::span<std::byte> arrBuffer, std::uint16_t nRequestID,
                                    const READMEM_COMMAND& objCommand);
 /// @return InvalidHeader for a payload that isn't 8 bytes, BadAlignment for an address or a count that is no multiple
-/// of
-///         4, InvalidParameter for a count of 0 or over 536, InvalidAddress for a block that runs over the address
+///         of 4, InvalidParameter for a count of 0 or over 536, InvalidAddress for a block that runs over the address
 ///         space.
 EGvcpStatus DecodeReadMem(std::span<const std::byte> arrPayload, READMEM_COMMAND& objCommand);
 
@@ -38,8 +37,8 @@ EGvcpStatus DecodeReadMemAck(std::span<const std::byte> arrPayload, const README
 std::span<std::byte> EncodeWriteMem(std::span<std::byte> arrBuffer, std::uint16_t nRequestID,
                                     const MEMORY_BLOCK& objBlock);
 /// @return InvalidHeader for a payload without data, BadAlignment for an address or a size of the data that is no
-/// multiple
-///         of 4, InvalidParameter for over 536 bytes, InvalidAddress for a block that runs over the address space.
+///         multiple of 4, InvalidParameter for over 536 bytes, InvalidAddress for a block that runs over the address
+///         space.
 EGvcpStatus DecodeWriteMem(std::span<const std::byte> arrPayload, MEMORY_BLOCK& objBlock);
 
 /// @param nIndex  how many bytes were written

@@ -10,6 +10,7 @@ PACKAGES_TEST="locales libgtest-dev libgmock-dev libbenchmark-dev iproute2 tshar
 desktop-file-utils"
 PACKAGES_DEMO="iproute2 util-linux xvfb xdotool python3"
 PACKAGES_FUZZ="clang libclang-rt-dev"
+PACKAGES_TIDY="clang-tidy"
 PACKAGES_DOCS="doxygen"
 
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }

@@ -53,8 +53,7 @@ public:
     /// @return owned by the data stream; null if nothing came
     /// @throws CTimeoutError     nothing came in time
     /// @throws CUnexpectedError  GC_ERR_ABORT: the acquisition was stopped; whatever bThrow says: the frame came
-    /// without
-    ///                           its user pointer
+    ///                           without its user pointer
     /// @throws CZrException      besides, by the result of the producer
     CBuffer* GetBuffer(BUFFER_MODULE_INFO* pInformation, std::uint32_t nTimeoutMs, bool bThrow);
 

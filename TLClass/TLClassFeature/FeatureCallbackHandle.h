@@ -16,13 +16,13 @@ public:
 
     /// Lets the node call the callback, with the node map's lock held.
     void Register(GenApi_3_0::INode* pNode);
-    /// When it returns, the callback isn't called any more.
+    /// When it returns, the callback isn't called any more; but for its own call, if it is the one that asks.
     void Deregister();
 
     const std::string& GetFeatureName() const { return m_strFeatureName; }
 
 private:
     GenApi_3_0::CallbackHandleType m_hCallback = 0;
-    std::unique_ptr<IFeatureControl::IFeatureCallback> m_pCallback;  // the clone
+    const std::shared_ptr<IFeatureControl::IFeatureCallback> m_pCallback;  // the clone; shared with a call that runs
     std::string m_strFeatureName;
 };

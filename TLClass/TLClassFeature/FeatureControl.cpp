@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -247,12 +248,15 @@ IFeatureControl::IFeatureCallbackHandle* CFeatureControl::RegisterFeatureCallbac
 }
 
 void CFeatureControl::UnregisterFeatureCallback(IFeatureCallbackHandle* pHandle) {
-    const auto itHandle = __FindCallbackHandle(pHandle);
+    const auto itHandle =
+        m_vecCallbackHandles.begin() + std::distance(m_vecCallbackHandles.cbegin(), __FindCallbackHandle(pHandle));
     if (itHandle == m_vecCallbackHandles.end()) {
         return;
     }
-    (*itHandle)->Deregister();
+    // Off the list first: a callback that unregisters another finds the list in order.
+    const std::unique_ptr<CFeatureCallbackHandle> pGone = std::move(*itHandle);
     m_vecCallbackHandles.erase(itHandle);
+    pGone->Deregister();
 }
 
 void CFeatureControl::UnregisterAllFeatureCallbacks() {

@@ -65,6 +65,14 @@ std::string_view WithoutEnd(std::string_view strSection) {
     return bOpenLine ? strSection.substr(0, nLast) : strSection;
 }
 
+void AppendTexts(const GenApi_3_0::gcstring_vector& vecFrom, std::vector<std::string>* pTo) {
+    for (const GenApi_3_0::gcstring& strText : vecFrom) {
+        if (pTo != nullptr) {
+            pTo->push_back(strText.str());
+        }
+    }
+}
+
 /// A value of a foreign file as part of a message.
 std::string Quotable(std::string_view strValue) {
     constexpr std::size_t kMaxLength = 200;
@@ -78,14 +86,16 @@ CFeatureFile::CFeatureFile(GenApi_3_0::CNodeMapRef* pRemote, GenApi_3_0::CNodeMa
                            GenApi_3_0::CNodeMapRef* pStream)
     : m_pRemoteNodeMap(NodeMapOf(pRemote)), m_pLocalNodeMap(NodeMapOf(pLocal)), m_pStreamNodeMap(NodeMapOf(pStream)) {}
 
-void CFeatureFile::Save(std::ostream& stream) const {
+void CFeatureFile::Save(std::ostream& stream, std::vector<std::string>* pError) const {
     const std::string strModel = __GetDeviceModelName();
     WriteHeaderLine(stream, kVersionKey, kVersion);
     WriteHeaderLine(stream, kModelKey, strModel);
     for (std::size_t i = 0; i < kSectionTitles.size(); ++i) {
         Write(stream, MakeFeatureFrameLine(kSectionTitles[i]));
         GenApi_3_0::CFeatureBag objBag;
-        objBag.StoreToBag(__GetNodeMaps()[i], -1);
+        GenApi_3_0::gcstring_vector vecBagError;
+        objBag.StoreToBag(__GetNodeMaps()[i], -1, &vecBagError);
+        AppendTexts(vecBagError, pError);
         std::ostringstream streamBag;
         streamBag << objBag;
         Write(stream, streamBag.view());
@@ -110,9 +120,7 @@ std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) 
         streamSections >> objBag;
         GenApi_3_0::gcstring_vector vecBagError;
         objBag.LoadFromBag(__GetNodeMaps()[i], bVerify, &vecBagError);
-        for (const GenApi_3_0::gcstring& strError : vecBagError) {
-            vecError.push_back(strError.str());
-        }
+        AppendTexts(vecBagError, &vecError);
     }
     return vecError;
 }

@@ -28,10 +28,12 @@ public:
     /// @throws std::runtime_error  "Invalid feature node map": one of them is null or not loaded
     CFeatureFile(GenApi_3_0::CNodeMapRef* pRemote, GenApi_3_0::CNodeMapRef* pLocal, GenApi_3_0::CNodeMapRef* pStream);
 
-    /// Features that can't be read now are left out. Selectors are moved and put back.
+    /// Features that can't be read and written now are left out. Selectors are moved and put back.
+    /// @param pError  gets a text for each other feature that isn't saved, or only for the present setting of its
+    ///                selectors since these have too many, behind those it holds; may be null
     /// @throws std::runtime_error  the camera doesn't tell its model; nothing is written then
     /// @throws what the camera's port throws once it has gone
-    void Save(std::ostream& stream) const;
+    void Save(std::ostream& stream, std::vector<std::string>* pError = nullptr) const;
 
     /// Applies a text, section by section, as far as it can be applied: a value that is refused stops nothing, and
     /// nothing is rolled back. Nothing is applied before the text as a whole has been read and cut and its header is

@@ -44,8 +44,9 @@ bool HasStreamingBrackets(IFeatureControl& objRemote) {
 
 }  // namespace
 
-void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream) {
-    FeatureFileOf(pDevice).Save(stream);
+void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream,
+                        std::vector<std::string>* pError) {
+    FeatureFileOf(pDevice).Save(stream, pError);
 }
 
 std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream,
@@ -59,8 +60,9 @@ std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pD
     return objFile.Load(stream, bVerify);
 }
 
-void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream) {
-    FeatureFileOf(pInterface).Save(stream);
+void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream,
+                           std::vector<std::string>* pError) {
+    FeatureFileOf(pInterface).Save(stream, pError);
 }
 
 std::vector<std::string> LoadInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::istream& stream,

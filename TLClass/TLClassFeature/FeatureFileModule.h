@@ -18,7 +18,9 @@ class IInterface;
 //                                                     open
 
 /// Saves the settings of a camera, of its device module and of its first data stream.
-void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream);
+/// @param pError  gets a text for each setting that isn't saved or not for all of its selectors; may be null
+void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream& stream,
+                        std::vector<std::string>* pError = nullptr);
 
 /// Writes them back. A camera that doesn't know both commands around a streaming of registers has the whole text
 /// applied twice: values that depend on each other, and were refused at first, get a second chance.
@@ -29,7 +31,8 @@ std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pD
 
 /// The same for the settings of an interface, which stand in all three sections. It has to have a feature
 /// "DeviceModelName" like a camera, which interfaces normally don't.
-void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream);
+void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream,
+                           std::vector<std::string>* pError = nullptr);
 /// Applies the text once.
 std::vector<std::string> LoadInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::istream& stream,
                                                bool bVerify);

@@ -113,7 +113,8 @@ public:
     /// @throws CNotImplementedError  there is no such feature
     virtual IFeatureCallbackHandle* RegisterFeatureCallback(const std::string& strFeature,
                                                             IFeatureCallback* pCallback) = 0;
-    /// Drops the clone and the handle. A handle that isn't registered here changes nothing.
+    /// Drops the clone and the handle, the clone of a callback that is just being called when the call returns: it may
+    /// unregister itself. A handle that isn't registered here changes nothing.
     virtual void UnregisterFeatureCallback(IFeatureCallbackHandle* pHandle) = 0;
     virtual void UnregisterAllFeatureCallbacks() = 0;
 };

@@ -40,9 +40,8 @@ public:
     /// Gets a block of this size. A block that has it is kept, with what is in it; any other gives way to an
     /// uninitialised one. An announced buffer has to be revoked before its size changes.
     /// @param nSize  bytes
-    /// @throws CUnexpectedError  the size is 0 or beyond kMaxBufferSize, or there isn't so much memory; what was there
-    /// is
-    ///                           still there
+    /// @throws CUnexpectedError  the size is 0 or beyond kMaxBufferSize, or there isn't so much memory; what was
+    ///                           there is still there
     void AllocateBuffer(std::uint64_t nSize);
 
     /// Makes the memory known to the producer. Does nothing if it is.

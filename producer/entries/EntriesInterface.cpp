@@ -3,13 +3,24 @@
 #include <cstring>
 #include <optional>
 
+#include "gev/Address.h"
 #include "producer/entries/Entry.h"
-#include "producer/modules/AddressText.h"
 #include "producer/modules/InterfaceModule.h"
 
 using namespace producer;
 
 namespace {
+
+/// @throws CProducerError  GC_ERR_INVALID_PARAMETER for a null text and for what is no IPv4 address
+uint32_t RequireAddress(const char* pszText, const char* pszWhat) {
+    const std::string strText = RequireText(pszText, pszWhat);
+    const std::optional<uint32_t> nAddress = gev::ParseIPv4(strText);
+    if (!nAddress) {
+        throw CProducerError(GC_ERR_INVALID_PARAMETER,
+                             std::string(pszWhat) + " \"" + strText + "\" is no IPv4 address like 192.168.42.83");
+    }
+    return *nAddress;
+}
 
 /// An empty text leaves the camera's setting as it is.
 std::optional<uint32_t> OptionalAddress(const char* pszText, const char* pszWhat) {
@@ -81,9 +92,9 @@ GC_ERROR IFIpConfiguration(IF_HANDLE hInterface, const char* pszDeviceId, uint32
         const std::string strId = RequireText(pszDeviceId, "the device's ID");
         IP_CONFIGURATION objConfiguration;
         objConfiguration.Configuration = nValue;
-        objConfiguration.Address = OptionalAddress(pszText1, "address");
-        objConfiguration.Mask = OptionalAddress(pszText2, "subnet mask");
-        objConfiguration.Gateway = OptionalAddress(pszText3, "gateway");
+        objConfiguration.Address = OptionalAddress(pszText1, "the address");
+        objConfiguration.Mask = OptionalAddress(pszText2, "the subnet mask");
+        objConfiguration.Gateway = OptionalAddress(pszText3, "the gateway");
         if (const std::string strName = RequireText(pszText4, "the user-defined name"); !strName.empty()) {
             objConfiguration.UserName = strName;
         }
@@ -98,9 +109,9 @@ GC_ERROR IFForceIp(IF_HANDLE hInterface, const char* pszDeviceId, const char* ps
         const auto pInterface = Require<CInterfaceModule>(hInterface);
         const std::string strId = RequireText(pszDeviceId, "the device's ID");
         IP_SETTINGS objSettings;
-        objSettings.Address = RequireAddress(pszText1, "address");
-        objSettings.Mask = RequireAddress(pszText2, "subnet mask");
-        objSettings.Gateway = OptionalAddress(pszText3, "gateway").value_or(0);
+        objSettings.Address = RequireAddress(pszText1, "the address");
+        objSettings.Mask = RequireAddress(pszText2, "the subnet mask");
+        objSettings.Gateway = OptionalAddress(pszText3, "the gateway").value_or(0);
         pInterface->ForceIp(strId, objSettings);
     });
 }
@@ -124,7 +135,7 @@ GC_ERROR IFResetDevice(IF_HANDLE hInterface, const char* pszDeviceId, uint32_t n
 GC_ERROR IFUpdateSpecialDevice(IF_HANDLE hInterface, const char* pszKey, void* pBuffer, size_t* pSize) {
     return RunInitialisedEntry("IFUpdateSpecialDevice", [&] {
         const auto pInterface = Require<CInterfaceModule>(hInterface);
-        const uint32_t nAddress = RequireAddress(pszKey, "address");
+        const uint32_t nAddress = RequireAddress(pszKey, "the address");
         size_t& nSize = RequireOut(pSize, "the size");
         if (pBuffer != nullptr && nSize < ZR_SPECIAL_DEVICE_REPLY_SIZE) {
             throw CProducerError(GC_ERR_BUFFER_TOO_SMALL,

@@ -9,18 +9,14 @@ using namespace producer;
 
 namespace {
 
-std::span<std::byte> RequireSpan(void* pBuffer, size_t nSize) {
-    if (pBuffer == nullptr && nSize != 0) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER, "the pointer to the data is null");
+/// @tparam TByte  std::byte, or const std::byte for data that are only read
+/// @throws CProducerError  GC_ERR_INVALID_PARAMETER for a null pointer to any bytes at all
+template <class TByte, class TVoid>
+std::span<TByte> RequireSpan(TVoid* pData, size_t nSize) {
+    if (nSize != 0) {
+        RequireOut(static_cast<TByte*>(pData), "the data");
     }
-    return {static_cast<std::byte*>(pBuffer), nSize};
-}
-
-std::span<const std::byte> RequireSpan(const void* pBuffer, size_t nSize) {
-    if (pBuffer == nullptr && nSize != 0) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER, "the pointer to the data is null");
-    }
-    return {static_cast<const std::byte*>(pBuffer), nSize};
+    return {static_cast<TByte*>(pData), nSize};
 }
 
 /// Runs the accesses in their order up to the first that fails, and tells how many succeeded.
@@ -43,14 +39,14 @@ void RunStacked(PORT_REGISTER_STACK_ENTRY* pEntries, size_t* pCount, TAccess fun
 GC_ERROR GCReadPort(PORT_HANDLE hPort, uint64_t nAddress, void* pBuffer, size_t* pSize) {
     return RunInitialisedEntry("GCReadPort", [&] {
         const auto pPort = Require<CPort>(hPort);
-        pPort->Read(nAddress, RequireSpan(pBuffer, RequireOut(pSize, "the size")));
+        pPort->Read(nAddress, RequireSpan<std::byte>(pBuffer, RequireOut(pSize, "the size")));
     });
 }
 
 GC_ERROR GCWritePort(PORT_HANDLE hPort, uint64_t nAddress, const void* pBuffer, size_t* pSize) {
     return RunInitialisedEntry("GCWritePort", [&] {
         const auto pPort = Require<CPort>(hPort);
-        pPort->Write(nAddress, RequireSpan(pBuffer, RequireOut(pSize, "the size")));
+        pPort->Write(nAddress, RequireSpan<const std::byte>(pBuffer, RequireOut(pSize, "the size")));
     });
 }
 
@@ -58,7 +54,7 @@ GC_ERROR GCReadPortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntrie
     return RunInitialisedEntry("GCReadPortStacked", [&] {
         const auto pPort = Require<CPort>(hPort);
         RunStacked(pEntries, pCount, [&](const PORT_REGISTER_STACK_ENTRY& objEntry) {
-            pPort->Read(objEntry.Address, RequireSpan(objEntry.pBuffer, objEntry.Size));
+            pPort->Read(objEntry.Address, RequireSpan<std::byte>(objEntry.pBuffer, objEntry.Size));
         });
     });
 }
@@ -67,7 +63,7 @@ GC_ERROR GCWritePortStacked(PORT_HANDLE hPort, PORT_REGISTER_STACK_ENTRY* pEntri
     return RunInitialisedEntry("GCWritePortStacked", [&] {
         const auto pPort = Require<CPort>(hPort);
         RunStacked(pEntries, pCount, [&](const PORT_REGISTER_STACK_ENTRY& objEntry) {
-            pPort->Write(objEntry.Address, RequireSpan(objEntry.pBuffer, objEntry.Size));
+            pPort->Write(objEntry.Address, RequireSpan<const std::byte>(objEntry.pBuffer, objEntry.Size));
         });
     });
 }

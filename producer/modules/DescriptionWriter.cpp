@@ -1,21 +1,15 @@
 #include "producer/modules/DescriptionWriter.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
-#include <iterator>
 #include <utility>
 #include <vector>
+
+#include "producer/modules/HexText.h"
 
 namespace producer {
 
 namespace {
-
-std::string Hexadecimal(std::uint64_t nValue, std::size_t nDigits) {
-    char szText[16];
-    const std::string strDigits(szText, std::to_chars(szText, std::end(szText), nValue, 16).ptr);
-    return std::string(nDigits - std::min(nDigits, strDigits.size()), '0') + strDigits;
-}
 
 std::string Escape(std::string_view strText) {
     std::string strEscaped;
@@ -51,8 +45,8 @@ std::uint64_t Fingerprint(std::string_view strText, std::uint64_t nStart) {
 
 /// A consumer may keep what it parsed under the version's GUID, so the GUID follows the content.
 std::string GuidOf(std::string_view strText) {
-    const std::string strHex = Hexadecimal(Fingerprint(strText, 0xCBF29CE484222325), 16) +
-                               Hexadecimal(Fingerprint(strText, 0x9AE16A3B2F90404F), 16);
+    const std::string strHex =
+        HexText(Fingerprint(strText, 0xCBF29CE484222325), 16) + HexText(Fingerprint(strText, 0x9AE16A3B2F90404F), 16);
     return strHex.substr(0, 8) + '-' + strHex.substr(8, 4) + '-' + strHex.substr(12, 4) + '-' + strHex.substr(16, 4) +
            '-' + strHex.substr(20);
 }
@@ -211,7 +205,7 @@ void CDescriptionWriter::NumberRegister(const std::string& strName, const CFeatu
 
 void CDescriptionWriter::RegisterElements(std::uint64_t nAddress, std::size_t nLength, std::string_view strAccess,
                                           std::string_view strCachable) {
-    Element("Address", "0x" + Hexadecimal(nAddress, 1));
+    Element("Address", "0x" + HexText(nAddress));
     Element("Length", std::to_string(nLength));
     Element("AccessMode", strAccess);
     Element("pPort", m_objHeader.PortName);

@@ -6,7 +6,7 @@
 
 #include "gev/Address.h"
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
+#include "support/Address.h"
 
 namespace producer {
 
@@ -34,10 +34,10 @@ std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHe
 }  // namespace
 
 DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bControlledHere) {
-    const std::string strMac = MacText(objDevice.Mac);
+    const std::string strMac = MACToString(objDevice.Mac);
     DEVICE_ENTRY objEntry;
     objEntry.Id = objDevice.Model + '(' + strMac + ')';
-    objEntry.DisplayName = objDevice.Model + '(' + AddressText(objDevice.Address) + '[' + strMac + "])";
+    objEntry.DisplayName = objDevice.Model + '(' + IPToString(objDevice.Address) + '[' + strMac + "])";
     objEntry.DisplayName += RemarkOn(objDevice, bControlledHere);
     objEntry.Device = std::move(objDevice);
     return objEntry;

@@ -9,8 +9,8 @@
 
 #include "gev/Bootstrap.h"
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
 #include "producer/modules/EventData.h"
+#include "support/Address.h"
 #include "support/Thread.h"
 
 namespace producer {
@@ -100,7 +100,7 @@ CDeviceModule::CDeviceModule(const ADAPTER& objAdapter, const DEVICE_ENTRY& objE
               {"NorvikDevice", "One open camera, as the producer sees it", "DevicePort",
                "6B1E3A52-0C3D-4E61-9A57-2F4D0B8C7E13"}),
       m_objEntry(objEntry),
-      m_strStreamId(MacText(objEntry.Device.Mac) + "-Stream0"),
+      m_strStreamId(MACToString(objEntry.Device.Mac) + "-Stream0"),
       m_funClosed(std::move(funClosed)),
       m_pRemotePort(std::make_shared<CRemotePort>(objAdapter, objEntry, eAccess, objGiveUp)) {
     GetEvents().Offer(EVENT_REMOTE_DEVICE, kRemoteEventSizeMax, kRemoteEventsKept, [this] { OpenMessages(); });

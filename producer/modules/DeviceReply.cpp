@@ -6,8 +6,8 @@
 
 #include "gev/GvcpDiscovery.h"
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
 #include "producer/wire/DiscoveryAnswers.h"
+#include "support/Address.h"
 
 namespace producer {
 
@@ -29,7 +29,7 @@ DISCOVERED_DEVICE ReadDeviceReply(const DISCOVERY_REPLY& arrReply, std::uint32_t
         vecDevice = objAnswers.MakeList();
     }
     if (vecDevice.empty()) {
-        throw CProducerError(GC_ERR_IO, "what answers at " + AddressText(nAddress) + " is no GigE Vision camera");
+        throw CProducerError(GC_ERR_IO, "what answers at " + IPToString(nAddress) + " is no GigE Vision camera");
     }
     DISCOVERED_DEVICE objDevice = std::move(vecDevice.front());
     objDevice.AccessStatus = std::to_integer<DEVICE_ACCESS_STATUS>(arrReply[kAccessStatus]);

@@ -1,11 +1,10 @@
 #include "producer/modules/EventData.h"
 
-#include <charconv>
 #include <cstring>
-#include <iterator>
 #include <string>
 
 #include "producer/ProducerError.h"
+#include "producer/modules/HexText.h"
 
 namespace producer {
 
@@ -44,10 +43,8 @@ CInfoValue GetNewBufferInfo(std::span<const std::byte> spanData, EVENT_DATA_INFO
 CInfoValue GetRemoteEventInfo(std::span<const std::byte> spanData, EVENT_DATA_INFO_CMD nCommand) {
     const auto objHeader = RequireRecord<REMOTE_EVENT_HEADER>(spanData);
     switch (nCommand) {
-        case EVENT_DATA_ID: {
-            char szId[16];
-            return CInfoValue::Text({szId, std::to_chars(szId, std::end(szId), objHeader.EventId, 16).ptr});
-        }
+        case EVENT_DATA_ID:
+            return CInfoValue::Text(HexText(objHeader.EventId));
         case EVENT_DATA_VALUE:
             return CInfoValue::Bytes(spanData.subspan(sizeof(objHeader)));
         case EVENT_DATA_NUMID:

@@ -3,15 +3,15 @@
 #include <utility>
 
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
+#include "support/Address.h"
 
 namespace producer {
 
 INTERFACE_ENTRY MakeInterfaceEntry(ADAPTER objAdapter) {
     INTERFACE_ENTRY objEntry;
-    objEntry.Id = objAdapter.Name + '(' + MacText(objAdapter.Mac) + ')';
+    objEntry.Id = objAdapter.Name + '(' + MACToString(objAdapter.Mac) + ')';
     const std::string strAddress =
-        objAdapter.Addresses.empty() ? "no IPv4 address" : AddressText(objAdapter.GetDefaultAddress().Address);
+        objAdapter.Addresses.empty() ? "no IPv4 address" : IPToString(objAdapter.GetDefaultAddress().Address);
     objEntry.DisplayName = objAdapter.Name + " (" + strAddress + ')';
     objEntry.Adapter = std::move(objAdapter);
     return objEntry;

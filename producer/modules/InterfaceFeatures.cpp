@@ -1,9 +1,6 @@
 // The features of an interface module: what its description tells, and what each register reads and writes.
 
-#include <utility>
-
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
 #include "producer/modules/InterfaceModule.h"
 
 namespace producer {

@@ -4,14 +4,26 @@
 #include <chrono>
 #include <mutex>
 #include <optional>
+#include <string_view>
 #include <thread>
 #include <utility>
 
+#include "gev/Address.h"
 #include "producer/ProducerError.h"
-#include "producer/modules/AddressText.h"
 #include "producer/modules/DeviceReply.h"
+#include "support/Address.h"
 
 namespace producer {
+
+namespace {
+
+/// The address in a device ID of the form "IP::192.168.42.83"; nothing for any other ID.
+std::optional<std::uint32_t> AddressOfId(std::string_view strId) {
+    constexpr std::string_view kPrefix = "IP::";
+    return strId.starts_with(kPrefix) ? gev::ParseIPv4(strId.substr(kPrefix.size())) : std::nullopt;
+}
+
+}  // namespace
 
 CInterfaceModule::CInterfaceModule(INTERFACE_ENTRY objEntry, std::function<void()> funClosed)
     : CModule("TLInterface", objEntry.Id,
@@ -73,7 +85,7 @@ CInfoValue CInterfaceModule::GetDeviceInfo(const std::string& strId, DEVICE_INFO
 }
 
 DEVICE_ACCESS_STATUS CInterfaceModule::GetAccessStatus(const DEVICE_ENTRY& objEntry) const {
-    const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MacText(objEntry.Device.Mac));
+    const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MACToString(objEntry.Device.Mac));
     return pOpen ? pOpen->GetAccessStatus() : objEntry.Device.AccessStatus;
 }
 
@@ -102,7 +114,7 @@ void CInterfaceModule::TakeResult(DISCOVERY_RESULT objResult) {
     pList->reserve(m_vecDiscovered.size());
     for (const DISCOVERED_DEVICE& objDevice : m_vecDiscovered) {
         // Who only reads here tells nothing of who controls it.
-        const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MacText(objDevice.Mac));
+        const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MACToString(objDevice.Mac));
         const bool bControlledHere = pOpen && pOpen->GetAccessStatus() == DEVICE_ACCESS_STATUS_OPEN_READWRITE;
         pList->push_back(MakeDeviceEntry(objDevice, bControlledHere));
     }
@@ -129,7 +141,7 @@ DEVICE_ENTRY CInterfaceModule::Resolve(const std::string& strId) const {
 void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS nAccess) {
     const CONTROL_ACCESS eAccess = ControlAccessOf(nAccess);
     const DEVICE_ENTRY objEntry = Resolve(strId);
-    const std::string strMac = MacText(objEntry.Device.Mac);
+    const std::string strMac = MACToString(objEntry.Device.Mac);
     try {
         return m_objDevices.Open(strMac, [&] {
             return std::make_shared<CDeviceModule>(GetAdapter(), objEntry, eAccess, m_objClosing.get_token(),
@@ -141,8 +153,8 @@ void* CInterfaceModule::OpenDevice(const std::string& strId, DEVICE_ACCESS_FLAGS
         }
         // Tried all the same, since a route may lead there; when none does, this is why.
         throw CProducerError(objError.GetCode(), std::string(objError.what()) + ". Its address " +
-                                                     AddressText(objEntry.Device.Address) + " is in no subnet of " +
-                                                     m_strAdapter + ": give it another one first, as by IFForceIp");
+                                                     IPToString(objEntry.Device.Address) + " is in no subnet of " +
+                                                     m_strAdapter + " and must be changed first");
     }
 }
 
@@ -153,7 +165,7 @@ void CInterfaceModule::ForceIp(const std::string& strId, const IP_SETTINGS& objS
 void CInterfaceModule::ConfigureIp(const std::string& strId, const IP_CONFIGURATION& objConfiguration) {
     const DEVICE_ENTRY objEntry = Resolve(strId);
     // A camera that is open here is under our own control, which a second channel would be refused for.
-    if (const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MacText(objEntry.Device.Mac))) {
+    if (const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MACToString(objEntry.Device.Mac))) {
         DoConfigureIp(pOpen->GetChannel(), objConfiguration);
         return;
     }

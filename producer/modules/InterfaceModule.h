@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <span>
 #include <stop_token>
 #include <string>
 #include <vector>

@@ -1,28 +1,13 @@
 #include "producer/modules/Port.h"
 
-#include <charconv>
-#include <iterator>
-
 #include "producer/ProducerError.h"
+#include "producer/modules/HexText.h"
 
 namespace producer {
 
-namespace {
-
-void AppendHexadecimal(std::string& strText, std::uint64_t nValue) {
-    char szDigits[16];
-    strText.append(szDigits, std::to_chars(szDigits, std::end(szDigits), nValue, 16).ptr);
-}
-
-}  // namespace
-
 std::string WriteLocalUrl(const URL_FACTS& objFacts) {
-    std::string strUrl = "Local:" + objFacts.FileName + ';';
-    AppendHexadecimal(strUrl, objFacts.Address);
-    strUrl += ';';
-    AppendHexadecimal(strUrl, objFacts.Size);
-    return strUrl + "?SchemaVersion=" + std::to_string(objFacts.SchemaMajor) + '.' +
-           std::to_string(objFacts.SchemaMinor) + ".0";
+    return "Local:" + objFacts.FileName + ';' + HexText(objFacts.Address) + ';' + HexText(objFacts.Size) +
+           "?SchemaVersion=" + std::to_string(objFacts.SchemaMajor) + '.' + std::to_string(objFacts.SchemaMinor) + ".0";
 }
 
 CInfoValue CPort::GetPortInfo(PORT_INFO_CMD nCommand) const {

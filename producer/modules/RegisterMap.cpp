@@ -1,11 +1,11 @@
 #include "producer/modules/RegisterMap.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <iterator>
 
 #include "producer/ProducerError.h"
+#include "producer/modules/HexText.h"
 
 namespace producer {
 
@@ -15,13 +15,8 @@ constexpr std::uint64_t kFirstRegister = 0x1000;
 constexpr std::uint64_t kDescription = 0x100000;  // beyond the registers of any table
 constexpr std::size_t kRegisterUnit = 4;          // bytes
 
-std::string Hexadecimal(std::uint64_t nValue) {
-    char szText[16];
-    return {szText, std::to_chars(szText, std::end(szText), nValue, 16).ptr};
-}
-
 [[noreturn]] void ThrowNoRegister(std::uint64_t nAddress) {
-    throw CProducerError(GC_ERR_INVALID_ADDRESS, "the module has no register at 0x" + Hexadecimal(nAddress));
+    throw CProducerError(GC_ERR_INVALID_ADDRESS, "the module has no register at 0x" + HexText(nAddress));
 }
 
 std::string EncodeNumber(CFeature::Number nNumber) {

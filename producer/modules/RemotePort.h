@@ -7,7 +7,6 @@
 #include <mutex>
 #include <span>
 #include <stop_token>
-#include <string>
 #include <vector>
 
 #include "producer/modules/DeviceEntry.h"

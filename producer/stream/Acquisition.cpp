@@ -13,6 +13,8 @@ using namespace gev::bootstrap;
 namespace {
 
 constexpr std::size_t kProbeBuffer = std::size_t{1} << 20U;
+constexpr std::chrono::seconds kLongestOpening{4};  // of a stream channel, however much patience the camera asks for
+constexpr std::chrono::seconds kLongestClosing{1};
 
 void RequireControl(const CControlChannel& objChannel) {
     if (objChannel.GetAccess() == CONTROL_ACCESS::ReadOnly) {
@@ -21,23 +23,23 @@ void RequireControl(const CControlChannel& objChannel) {
     }
 }
 
-void PointChannelTo(CControlChannel& objChannel, const CStreamSocket& objSocket) {
-    objChannel.DoWriteRegister(kStreamChannelDestination.Address, objChannel.GetLocalAddress());
-    objChannel.DoWriteRegister(kStreamChannelPort.Address, objSocket.GetLocalPort());
+void PointChannelTo(CControlChannel& objChannel, const CStreamSocket& objSocket, Clock::time_point objDeadline) {
+    objChannel.DoWriteRegister(kStreamChannelDestination.Address, objChannel.GetLocalAddress(), objDeadline);
+    objChannel.DoWriteRegister(kStreamChannelPort.Address, objSocket.GetLocalPort(), objDeadline);
 }
 
 void CloseChannelOf(CControlChannel& objChannel) noexcept {
     try {
-        objChannel.DoWriteRegister(kStreamChannelPort.Address, 0);
+        objChannel.DoWriteRegister(kStreamChannelPort.Address, 0, Clock::now() + kLongestClosing);
     } catch (const std::exception&) {
         // A camera that doesn't answer closes its channels by itself.
     }
 }
 
-std::uint64_t ReadTickFrequency(CControlChannel& objChannel) {
+std::uint64_t ReadTickFrequency(CControlChannel& objChannel, Clock::time_point objDeadline) {
     try {
-        const std::uint64_t nHigh = objChannel.DoReadRegister(kTimestampTickFrequencyHigh.Address);
-        return nHigh << 32 | objChannel.DoReadRegister(kTimestampTickFrequencyLow.Address);
+        const std::uint64_t nHigh = objChannel.DoReadRegister(kTimestampTickFrequencyHigh.Address, objDeadline);
+        return nHigh << 32 | objChannel.DoReadRegister(kTimestampTickFrequencyLow.Address, objDeadline);
     } catch (const CProducerError&) {
         return 0;  // a camera without the registers still sends images
     }
@@ -52,8 +54,16 @@ CAcquisition::CAcquisition(CControlChannel& objChannel, IBlockSink& objSink, con
       m_objSocket(objChannel.GetAdapter(), objChannel.GetLocalAddress(), objChannel.GetCameraAddress(),
                   objSettings.ReceiveBuffer) {
     RequireControl(objChannel);
+    const auto objDeadline = Clock::now() + kLongestOpening;
     try {
-        OpenChannel(objSettings.ProbePacketSize);
+        OpenChannel(objSettings.ProbePacketSize, objDeadline);
+    } catch (const CProducerError& objError) {
+        const bool bLate = Clock::now() >= objDeadline;
+        CloseChannelOf(m_objChannel);
+        throw bLate
+            ? CProducerError(objError.GetCode(), "the camera's stream channel couldn't be opened within " +
+                                                     std::to_string(kLongestOpening.count()) + " s: " + objError.what())
+            : objError;
     } catch (...) {
         CloseChannelOf(m_objChannel);
         throw;
@@ -64,32 +74,35 @@ CAcquisition::~CAcquisition() {
     Stop(false);
 }
 
-void CAcquisition::OpenChannel(bool bProbe) {
-    m_objFacts.TickFrequency = ReadTickFrequency(m_objChannel);
-    m_objFacts.CanResend = (m_objChannel.DoReadRegister(kGvcpCapability.Address) & kGvcpCapabilityPacketResend) != 0;
+void CAcquisition::OpenChannel(bool bProbeSize, Clock::time_point objDeadline) {
+    m_objFacts.TickFrequency = ReadTickFrequency(m_objChannel, objDeadline);
+    const std::uint32_t nCapability = m_objChannel.DoReadRegister(kGvcpCapability.Address, objDeadline);
+    m_objFacts.CanResend = (nCapability & kGvcpCapabilityPacketResend) != 0;
     m_objFacts.GrantedBuffer = m_objSocket.GetGrantedBuffer();
     m_objFacts.IsJoining = m_objSocket.IsJoining();
     m_objFacts.Port = m_objSocket.GetLocalPort();
-    PointChannelTo(m_objChannel, m_objSocket);
+    PointChannelTo(m_objChannel, m_objSocket, objDeadline);
     m_bOpen = true;
-    if (bProbe) {
-        ProbeChannel();
-    }
-    m_objFacts.PacketSize = m_objChannel.DoReadRegister(kStreamChannelPacketSize.Address) & kPacketSizeMask;
+    ProbeChannel(bProbeSize, objDeadline);
+    m_objFacts.PacketSize =
+        m_objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline) & kPacketSizeMask;
     m_objSettings.PacketSize = m_objFacts.PacketSize;
     m_objSettings.Resend = m_objSettings.Resend && m_objFacts.CanResend;
 }
 
-/// Finds the packet size, and whether the camera sends from the port that it tells: if so, it is heard there alone.
-void CAcquisition::ProbeChannel() {
+/// Finds the packet size if it is wanted, and whether the camera sends from the port that it tells: if so, it is heard
+/// there alone.
+void CAcquisition::ProbeChannel(bool bSize, Clock::time_point objDeadline) {
     std::uint32_t nPort = 0;
     try {
-        nPort = m_objChannel.DoReadRegister(kStreamChannelSourcePort.Address) & kChannelPortMask;
+        nPort = m_objChannel.DoReadRegister(kStreamChannelSourcePort.Address, objDeadline) & kChannelPortMask;
     } catch (const CProducerError&) {
         // Older cameras have no such register.
     }
     m_objSocket.HearPort(static_cast<std::uint16_t>(nPort));
-    if (!FindPacketSize(m_objChannel, m_objSocket) && nPort != 0) {
+    const bool bHeard = bSize ? FindPacketSize(m_objChannel, m_objSocket, objDeadline).has_value()
+                              : nPort != 0 && HearTestPacket(m_objChannel, m_objSocket, objDeadline);
+    if (!bHeard && nPort != 0) {
         m_objSocket.HearPort(0);
     }
 }
@@ -135,8 +148,9 @@ std::uint32_t AskPacketSize(CControlChannel& objChannel) {
                             kProbeBuffer);
     std::optional<std::uint32_t> nFound;
     try {
-        PointChannelTo(objChannel, objSocket);
-        nFound = FindPacketSize(objChannel, objSocket);
+        const auto objDeadline = Clock::now() + kLongestOpening;
+        PointChannelTo(objChannel, objSocket, objDeadline);
+        nFound = FindPacketSize(objChannel, objSocket, objDeadline);
     } catch (...) {
         CloseChannelOf(objChannel);
         throw;

@@ -32,7 +32,7 @@ struct ACQUISITION_FACTS {
 /// ask; one at a time ends it.
 class CAcquisition : private IBlockSink {
 public:
-    /// Opens the camera's stream channel.
+    /// Opens the camera's stream channel. Takes at most some five seconds, however the camera answers.
     /// @param objChannel, objSink  must outlive this object. Of the sink, RequestResend isn't called
     /// @throws CProducerError  GC_ERR_ACCESS_DENIED without control of the camera; as CControlChannel and CStreamSocket
     CAcquisition(CControlChannel& objChannel, IBlockSink& objSink, const ACQUISITION_SETTINGS& objSettings);
@@ -41,7 +41,7 @@ public:
 
     /// Begins to fill buffers. Not in the constructor, so that the sink can be told the facts before.
     void Run();
-    /// Closes the camera's stream channel, if the camera still answers, and ends the thread.
+    /// Closes the camera's stream channel, if the camera answers within a second, and ends the thread.
     void Stop(bool bDeliver) noexcept;
 
     [[nodiscard]] const ACQUISITION_FACTS& GetFacts() const noexcept { return m_objFacts; }
@@ -52,8 +52,8 @@ public:
     void SetResend(bool bResend) noexcept;
 
 private:
-    void OpenChannel(bool bProbe);
-    void ProbeChannel();
+    void OpenChannel(bool bProbeSize, Clock::time_point objDeadline);
+    void ProbeChannel(bool bSize, Clock::time_point objDeadline);
 
     BLOCK_MEMORY TakeMemory() override { return m_objSink.TakeMemory(); }
     void ReturnMemory(const BLOCK_MEMORY& objMemory) override { m_objSink.ReturnMemory(objMemory); }
@@ -70,7 +70,7 @@ private:
     std::optional<CStreamReceiver> m_objReceiver;  // last: its thread uses all of the above
 };
 
-/// The packet size that FindPacketSize finds, for a stream that doesn't run.
+/// The packet size that FindPacketSize finds, for a stream that doesn't run. Takes at most some five seconds.
 /// @throws CProducerError  as CAcquisition; GC_ERR_NOT_AVAILABLE when no test packet comes
 std::uint32_t AskPacketSize(CControlChannel& objChannel);
 

@@ -11,15 +11,23 @@ namespace producer {
 
 using namespace gev::bootstrap;
 
-CMessageChannel::CMessageChannel(CControlChannel& objChannel, EventCallback funEvent)
-    : m_objChannel(objChannel), m_funEvent(std::move(funEvent)), m_objSocket(objChannel.GetAdapter()) {
+namespace {
+
+constexpr std::chrono::seconds kLongestOpening{4};  // however much patience the camera asks for
+constexpr std::chrono::seconds kLongestClosing{1};
+
+}  // namespace
+
+CMessageChannel::CMessageChannel(CControlChannel& objChannel, CEventMessages::EventCallback funEvent)
+    : m_objChannel(objChannel), m_objMessages(std::move(funEvent)), m_objSocket(objChannel.GetAdapter()) {
     if (!m_objThread.Start(this, &CMessageChannel::RunThread, kPriorityTimeCritical)) {
         throw CProducerError(GC_ERR_RESOURCE_EXHAUSTED,
                              "the system has no thread left to receive a camera's events on");
     }
     try {
-        m_objChannel.DoWriteRegister(kMessageChannelDestination.Address, m_objChannel.GetLocalAddress());
-        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, m_objSocket.GetLocalPort());
+        const auto objDeadline = Clock::now() + kLongestOpening;
+        m_objChannel.DoWriteRegister(kMessageChannelDestination.Address, m_objChannel.GetLocalAddress(), objDeadline);
+        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, m_objSocket.GetLocalPort(), objDeadline);
     } catch (...) {
         m_bStop = true;
         m_objWake.Signal();
@@ -30,7 +38,7 @@ CMessageChannel::CMessageChannel(CControlChannel& objChannel, EventCallback funE
 
 CMessageChannel::~CMessageChannel() {
     try {
-        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, 0);
+        m_objChannel.DoWriteRegister(kMessageChannelPort.Address, 0, Clock::now() + kLongestClosing);
     } catch (const std::exception&) {
         // A camera that doesn't answer closes its channels by itself.
     }
@@ -53,50 +61,15 @@ void CMessageChannel::Run() {
         }
         std::optional<RECEIVED_DATAGRAM> objDatagram;
         while (!m_bStop && (objDatagram = m_objSocket.Receive(arrBuffer))) {
-            if (objDatagram->Source == m_objChannel.GetCameraAddress()) {
-                Take(*objDatagram);
+            if (objDatagram->Source != m_objChannel.GetCameraAddress()) {
+                continue;
             }
-        }
-    }
-}
-
-void CMessageChannel::Take(const RECEIVED_DATAGRAM& objDatagram) {
-    gev::GVCP_COMMAND_HEADER objHeader;
-    std::span<const std::byte> spanPayload;
-    const gev::EGvcpStatus nStatus = gev::DecodeCommand(objDatagram.Payload, objHeader, spanPayload);
-    const bool bEvent =
-        objHeader.Command == gev::EGvcpCommand::Event || objHeader.Command == gev::EGvcpCommand::EventData;
-    if (nStatus != gev::EGvcpStatus::Success || !bEvent) {
-        return;
-    }
-    if (objHeader.WantsAcknowledge()) {
-        gev::GvcpBuffer arrAnswer;
-        m_objSocket.SendTo(
-            objDatagram.Source, objDatagram.SourcePort,
-            gev::EncodeAcknowledge(arrAnswer, objHeader.Command, objHeader.RequestID, gev::EGvcpStatus::Success));
-    }
-    // A repeat, since the acknowledge was lost, carries the same ID.
-    if (objHeader.RequestID == m_nLastRequestID && objDatagram.SourcePort == m_nLastPort) {
-        return;
-    }
-    m_nLastRequestID = objHeader.RequestID;
-    m_nLastPort = objDatagram.SourcePort;
-    HandOn(objHeader, spanPayload);
-}
-
-void CMessageChannel::HandOn(const gev::GVCP_COMMAND_HEADER& objHeader, std::span<const std::byte> spanPayload) {
-    if (objHeader.Command == gev::EGvcpCommand::EventData) {
-        gev::EVENT_ENTRY objEvent;
-        std::span<const std::byte> spanData;
-        if (gev::DecodeEventData(objHeader, spanPayload, objEvent, spanData) == gev::EGvcpStatus::Success) {
-            m_funEvent(objEvent, spanData);
-        }
-        return;
-    }
-    gev::CEventView objEvents;
-    if (gev::DecodeEvent(objHeader, spanPayload, objEvents) == gev::EGvcpStatus::Success) {
-        for (std::size_t i = 0; i < objEvents.GetCount(); ++i) {
-            m_funEvent(objEvents.Get(i), {});
+            gev::GvcpBuffer arrRoom;
+            const auto spanAnswer =
+                m_objMessages.Take(objDatagram->Payload, objDatagram->SourcePort, Clock::now(), arrRoom);
+            if (!spanAnswer.empty()) {
+                m_objSocket.SendTo(objDatagram->Source, objDatagram->SourcePort, spanAnswer);
+            }
         }
     }
 }

@@ -2,11 +2,8 @@
 
 #include <atomic>
 #include <cstdint>
-#include <functional>
-#include <span>
 
-#include "gev/GvcpEvent.h"
-#include "gev/GvcpHeader.h"
+#include "producer/stream/EventMessages.h"
 #include "producer/wire/ControlChannel.h"
 #include "producer/wire/UdpSocket.h"
 #include "producer/wire/WakeSocket.h"
@@ -20,15 +17,12 @@ namespace producer {
 /// Owned by an open device.
 class CMessageChannel {
 public:
-    /// Called for each event on the channel's thread, without a lock held. The data, which may be none, are good for
-    /// the length of the call.
-    using EventCallback = std::function<void(const gev::EVENT_ENTRY& objEvent, std::span<const std::byte> spanData)>;
-
-    /// Opens the camera's message channel towards this machine.
+    /// Opens the camera's message channel towards this machine. Takes at most some four seconds.
     /// @param objChannel  with control; must outlive this object
+    /// @param funEvent    called on the channel's thread, without a lock held
     /// @throws CProducerError  as CControlChannel and CUdpSocket; GC_ERR_RESOURCE_EXHAUSTED without a thread
-    CMessageChannel(CControlChannel& objChannel, EventCallback funEvent);
-    /// Closes the camera's message channel, if it still answers, and ends the thread.
+    CMessageChannel(CControlChannel& objChannel, CEventMessages::EventCallback funEvent);
+    /// Closes the camera's message channel, if it answers within a second, and ends the thread.
     ~CMessageChannel();
     CMessageChannel(const CMessageChannel&) = delete;
     CMessageChannel& operator=(const CMessageChannel&) = delete;
@@ -36,17 +30,13 @@ public:
 private:
     static std::uint32_t RunThread(void* pArg) noexcept;
     void Run();
-    void Take(const RECEIVED_DATAGRAM& objDatagram);
-    void HandOn(const gev::GVCP_COMMAND_HEADER& objHeader, std::span<const std::byte> spanPayload);
 
     CControlChannel& m_objChannel;
-    const EventCallback m_funEvent;
+    CEventMessages m_objMessages;  // of the thread
     CUdpSocket m_objSocket;
     CWakeSocket m_objWake;
     std::atomic<bool> m_bStop = false;
-    std::uint16_t m_nLastRequestID = 0;  // of the thread
-    std::uint16_t m_nLastPort = 0;       // that it came from
-    CThread m_objThread;                 // last: it uses all of the above
+    CThread m_objThread;  // last: it uses all of the above
 };
 
 }  // namespace producer

@@ -14,10 +14,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kAnswerTime{60};      // for a test packet
-constexpr int kTries = 3;                    // one may be lost
-constexpr std::uint32_t kStep = 32;          // a gain of less isn't looked for
-constexpr std::chrono::seconds kLongest{5};  // of the search, but for the question that is under way then
+constexpr milliseconds kAnswerTime{60};  // for a test packet
+constexpr int kTries = 3;                // one may be lost
+constexpr std::uint32_t kStep = 32;      // a gain of less isn't looked for
+constexpr milliseconds kLastWrite{500};  // of the time, that the search leaves for writing what it found
 
 /// Waits for a packet of this length. A longer one, up to nMost, is as good: it was asked for before and comes late.
 /// @return the length that was heard, 0 when none was
@@ -38,18 +38,19 @@ std::size_t HearPacket(CStreamSocket& objSocket, std::size_t nLength, std::size_
 
 /// @return the size that came through, which the camera may have rounded; nothing when none did.
 std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket& objSocket, std::uint32_t nSize,
-                                     std::uint32_t nMost, Clock::time_point objEnd) {
-    for (int i = 0; i < kTries && Clock::now() < objEnd; ++i) {
+                                     std::uint32_t nMost, Clock::time_point objDeadline) {
+    for (int i = 0; i < kTries && Clock::now() + kLastWrite < objDeadline; ++i) {
         try {
             objChannel.DoWriteRegister(kStreamChannelPacketSize.Address,
-                                       nSize | kPacketSizeFireTestPacket | kPacketSizeDoNotFragment);
+                                       nSize | kPacketSizeFireTestPacket | kPacketSizeDoNotFragment, objDeadline);
         } catch (const CProducerError& objError) {
             if (objError.GetCode() == GC_ERR_INVALID_PARAMETER || objError.GetCode() == GC_ERR_IO) {
                 return std::nullopt;  // the camera knows no packets of that size
             }
             throw;
         }
-        const std::uint32_t nTaken = objChannel.DoReadRegister(kStreamChannelPacketSize.Address) & kPacketSizeMask;
+        const std::uint32_t nTaken =
+            objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline) & kPacketSizeMask;
         if (nTaken <= gev::kIPAndUDPHeaderSize || nTaken > nSize) {
             return std::nullopt;
         }
@@ -63,15 +64,14 @@ std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket&
 
 }  // namespace
 
-std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket) {
-    const std::uint32_t nBefore = objChannel.DoReadRegister(kStreamChannelPacketSize.Address);
+std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket,
+                                            Clock::time_point objDeadline) {
+    const std::uint32_t nBefore = objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline);
     const std::uint32_t nMost = std::clamp(objChannel.GetAdapter().Mtu, kLeastPacketSize, kPacketSizeMask);
-    // A camera may ask for patience at each question.
-    const auto objEnd = Clock::now() + kLongest;
-    std::optional<std::uint32_t> nFound = TrySize(objChannel, objSocket, nMost, nMost, objEnd);
+    std::optional<std::uint32_t> nFound = TrySize(objChannel, objSocket, nMost, nMost, objDeadline);
     std::uint32_t nTooLarge = nMost;
     if (!nFound) {
-        nFound = TrySize(objChannel, objSocket, kLeastPacketSize, nMost, objEnd);
+        nFound = TrySize(objChannel, objSocket, kLeastPacketSize, nMost, objDeadline);
     }
     while (nFound && *nFound < nMost && nTooLarge - *nFound > kStep && nTooLarge != *nFound) {
         // The usual limits first: most ways end at one of them.
@@ -82,7 +82,8 @@ std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStream
                 break;
             }
         }
-        if (const auto nHeard = TrySize(objChannel, objSocket, nNext, nMost, objEnd); nHeard && *nHeard > *nFound) {
+        if (const auto nHeard = TrySize(objChannel, objSocket, nNext, nMost, objDeadline);
+            nHeard && *nHeard > *nFound) {
             nFound = nHeard;
             nTooLarge = *nFound > nTooLarge ? nMost : nTooLarge;  // it had only been late
         } else {
@@ -90,8 +91,26 @@ std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStream
         }
     }
     objChannel.DoWriteRegister(kStreamChannelPacketSize.Address,
-                               nFound ? *nFound | kPacketSizeDoNotFragment : nBefore & ~kPacketSizeFireTestPacket);
+                               nFound ? *nFound | kPacketSizeDoNotFragment : nBefore & ~kPacketSizeFireTestPacket,
+                               objDeadline);
     return nFound;
+}
+
+bool HearTestPacket(CControlChannel& objChannel, CStreamSocket& objSocket, Clock::time_point objDeadline) {
+    const std::uint32_t nSet = objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline);
+    if ((nSet & kPacketSizeMask) <= gev::kIPAndUDPHeaderSize) {
+        return false;
+    }
+    try {
+        objChannel.DoWriteRegister(kStreamChannelPacketSize.Address, nSet | kPacketSizeFireTestPacket, objDeadline);
+    } catch (const CProducerError& objError) {
+        if (objError.GetCode() == GC_ERR_TIMEOUT) {
+            throw;
+        }
+        return false;  // a camera that knows no test packets
+    }
+    const std::size_t nLength = (nSet & kPacketSizeMask) - gev::kIPAndUDPHeaderSize;
+    return HearPacket(objSocket, nLength, nLength) != 0;
 }
 
 }  // namespace producer

@@ -263,22 +263,22 @@ void CReassembly::Count(PACKET_EFFECT eEffect, const GVSP_HEADER& objHeader) {
     }
 }
 
-void CReassembly::Service(TimePoint objNow) {
-    std::uint32_t nRequests = 0;
+void CReassembly::Service(TimePoint objNow, TimePoint objSeen) {
+    TURN objTurn{objNow, objSeen};
     for (std::size_t i = 0; i < m_nUnderWay; ++i) {
         if (!m_vecBlock[i]->m_bDone) {
-            ServiceBlock(*m_vecBlock[i], objNow, nRequests);
+            ServiceBlock(*m_vecBlock[i], objTurn);
         }
     }
     DeliverDone();
 }
 
-void CReassembly::ServiceBlock(CBlock& objBlock, TimePoint objNow, std::uint32_t& nRequests) {
-    if (objNow - objBlock.m_objLastArrival >= m_objSettings.BlockTimeout) {
+void CReassembly::ServiceBlock(CBlock& objBlock, TURN& objTurn) {
+    if (objTurn.Seen - objBlock.m_objLastArrival >= m_objSettings.BlockTimeout) {
         objBlock.m_bDone = true;
         return;
     }
-    NoticeTail(objBlock, objNow);
+    NoticeTail(objBlock, objTurn);
     std::vector<PACKET_GAP>& vecGap = objBlock.GetGaps();
     if (vecGap.empty()) {
         return;
@@ -290,7 +290,7 @@ void CReassembly::ServiceBlock(CBlock& objBlock, TimePoint objNow, std::uint32_t
             ++objGap.First;
         }
         if (objGap.First <= objGap.Last) {
-            bHope = ServiceGap(objBlock, objGap, objNow, nRequests) || bHope;
+            bHope = ServiceGap(objBlock, objGap, objTurn) || bHope;
             vecGap[nKept++] = objGap;
         }
     }
@@ -305,12 +305,12 @@ void CReassembly::ServiceBlock(CBlock& objBlock, TimePoint objNow, std::uint32_t
 
 /// Finds out that a block must have been sent to its end although its trailer hasn't come: the next one has begun, or
 /// nothing comes any more. In silence the camera may only be slow, and is asked for a single packet first.
-void CReassembly::NoticeTail(CBlock& objBlock, TimePoint objNow) {
+void CReassembly::NoticeTail(CBlock& objBlock, const TURN& objTurn) {
     if (objBlock.HasTrailer()) {
         return;
     }
     const TimePoint objLast = std::max(objBlock.m_objLastArrival, objBlock.m_objTailAsked);
-    const bool bSilent = m_objSettings.Resend && objNow - objLast >= m_objSettings.TailTime;
+    const bool bSilent = m_objSettings.Resend && objTurn.Seen - objLast >= m_objSettings.TailTime;
     const bool bOvertaken = IsOvertaken(objBlock);
     if (bOvertaken && !objBlock.m_bOvertaken) {
         objBlock.m_bOvertaken = true;
@@ -320,24 +320,24 @@ void CReassembly::NoticeTail(CBlock& objBlock, TimePoint objNow) {
         return;
     }
     const bool bWhole = bOvertaken || objBlock.m_bTailProbed || objBlock.IsMemoryPassed();
-    objBlock.m_objTailAsked = objNow;
+    objBlock.m_objTailAsked = objTurn.Now;
     const std::uint32_t nLast = bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
-    objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objNow + m_objSettings.ReorderTime : objNow);
+    objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objTurn.Now + m_objSettings.ReorderTime : objTurn.Now);
 }
 
 /// Asks for what is due of a gap.
 /// @return whether more of it may come
-bool CReassembly::ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TimePoint objNow, std::uint32_t& nRequests) {
+bool CReassembly::ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn) {
     const bool bOutOfWindow = objGap.Asks == 0 && m_nClock - objGap.Noticed >= m_objSettings.ReorderWindow;
-    if (!bOutOfWindow && objNow < objGap.Due) {
+    if (!bOutOfWindow && objTurn.Seen < objGap.Due) {
         return true;
     }
     if (!m_objSettings.Resend || objGap.Asks >= m_objSettings.MostResends) {
         return false;
     }
-    if (nRequests < kMostRequests) {
-        AskFor(objBlock, objGap, nRequests);
-        objGap.Due = objNow + m_objSettings.ResendTimeout * (1U << std::min<std::uint32_t>(objGap.Asks, 16));
+    if (objTurn.Requests < kMostRequests) {
+        AskFor(objBlock, objGap, objTurn.Requests);
+        objGap.Due = objTurn.Now + m_objSettings.ResendTimeout * (1U << std::min<std::uint32_t>(objGap.Asks, 16));
         ++objGap.Asks;
     }
     return true;

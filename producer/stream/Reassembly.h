@@ -69,7 +69,9 @@ public:
 
     /// Does what is due: asks for what is missing, gives up what won't come. To be called after the packets that were
     /// there at once, and at GetNextDue.
-    void Service(TimePoint objNow);
+    /// @param objSeen  every packet that came until then has been taken; nothing is given up, or taken for lost, by a
+    ///                 later time, as what is missed may already be there
+    void Service(TimePoint objNow, TimePoint objSeen);
 
     /// When Service is to be called, should no packet come before; nothing while no block is under way.
     [[nodiscard]] std::optional<TimePoint> GetNextDue() const;
@@ -108,9 +110,15 @@ private:
     PACKET_EFFECT TakeStatus(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, bool& bWithData, TimePoint objNow);
     void Count(PACKET_EFFECT eEffect, const gev::GVSP_HEADER& objHeader);
 
-    void ServiceBlock(CBlock& objBlock, TimePoint objNow, std::uint32_t& nRequests);
-    void NoticeTail(CBlock& objBlock, TimePoint objNow);
-    bool ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TimePoint objNow, std::uint32_t& nRequests);
+    /// What one call of Service has to go by.
+    struct TURN {
+        TimePoint Now;
+        TimePoint Seen;
+        std::uint32_t Requests = 0;  ///< that were made
+    };
+    void ServiceBlock(CBlock& objBlock, TURN& objTurn);
+    void NoticeTail(CBlock& objBlock, const TURN& objTurn);
+    bool ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn);
     void AskFor(const CBlock& objBlock, const PACKET_GAP& objGap, std::uint32_t& nRequests);
     [[nodiscard]] bool IsOvertaken(const CBlock& objBlock) const { return objBlock.GetSerial() < m_nNewestSerial; }
 

@@ -10,6 +10,8 @@ namespace producer {
 namespace {
 
 constexpr std::chrono::milliseconds kIdleWait{128};
+constexpr std::chrono::milliseconds kLongestBacklog{100};  // to work off what a full receive buffer holds
+constexpr std::chrono::milliseconds kHeldUp{20};           // longer than a wait may end late by itself
 
 /// Bytes of receive buffer that a packet may take: the kernel counts its own records, and memory that it didn't fill.
 std::size_t GetRoomOf(std::size_t nPacketSize) {
@@ -55,22 +57,43 @@ std::uint32_t CStreamReceiver::RunThread(void* pArg) noexcept {
 
 void CStreamReceiver::Run() {
     StreamClock::time_point objNow = StreamClock::now();
+    StreamClock::time_point objSeen = objNow;     // what came until then has been taken
+    StreamClock::time_point objBacklog = objNow;  // since when more was there than could be taken at once
+    bool bDrained = true;
     while (!m_bStop) {
-        const std::span<const RECEIVED_PACKETS> arrReceived = m_objSocket.Receive(GetWait(objNow));
-        objNow = StreamClock::now();
+        const std::chrono::milliseconds objWait = GetWait(objNow);
+        const std::span<const RECEIVED_PACKETS> arrReceived = m_objSocket.Receive(objWait);
+        objNow = GetTime(objNow + objWait);
+        objBacklog = bDrained ? objNow : objBacklog;
+        bDrained = m_objSocket.IsDrained();
+        if (bDrained || objNow - objBacklog >= kLongestBacklog) {
+            objSeen = objBacklog = objNow;
+        }
         m_objReassembly.SetResend(m_bResend);
         const std::size_t nPackets = Take(arrReceived, objNow);
-        m_objReassembly.Service(objNow);
+        m_objReassembly.Service(objNow, objSeen);
         {
             const std::lock_guard objLock(m_mtxStatistics);
             m_objStatistics = m_objReassembly.GetStatistics();
         }
         const std::chrono::nanoseconds objPause =
-            m_objPace.Take(nPackets, m_objSocket.IsDrained(), m_objReassembly.GetExpected(), objNow);
+            m_objPace.Take(nPackets, bDrained, m_objReassembly.GetExpected(), objNow);
         if (objPause.count() != 0) {
             m_objSocket.Gather(objPause);
         }
     }
+}
+
+/// The time, without that in which this thread wasn't let run: a camera isn't late because we are, and most often it
+/// was held up as well.
+/// @param objDue  when it should have been let run at the latest
+StreamClock::time_point CStreamReceiver::GetTime(StreamClock::time_point objDue) {
+    const StreamClock::time_point objNow = StreamClock::now() - m_objHeldUp;
+    if (objNow - objDue < kHeldUp) {
+        return objNow;
+    }
+    m_objHeldUp += objNow - objDue;
+    return objDue;
 }
 
 /// @return how many packets they were

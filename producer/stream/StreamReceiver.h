@@ -36,12 +36,14 @@ public:
 private:
     static std::uint32_t RunThread(void* pArg) noexcept;
     void Run();
+    StreamClock::time_point GetTime(StreamClock::time_point objDue);
     std::size_t Take(std::span<const RECEIVED_PACKETS> arrReceived, StreamClock::time_point objNow);
     [[nodiscard]] std::chrono::milliseconds GetWait(StreamClock::time_point objNow) const;
 
     CStreamSocket& m_objSocket;
     CReassembly m_objReassembly;
     CPace m_objPace;
+    StreamClock::duration m_objHeldUp{0};  // time that doesn't count, see GetTime; of the thread
     std::atomic<bool> m_bStop = false;
     std::atomic<bool> m_bResend;
     mutable std::mutex m_mtxStatistics;  // guards the one below

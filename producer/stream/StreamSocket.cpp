@@ -133,8 +133,8 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
         m_pBatch->Messages[i].msg_hdr.msg_controllen = m_pBatch->Control[i].size();
     }
     const bool bSingly = m_nSingly != 0;
-    const int nReceived =
-        recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), bSingly ? 1 : kMessages, MSG_WAITFORONE, nullptr);
+    m_nAsked = bSingly ? 1 : kMessages;
+    const int nReceived = recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), m_nAsked, MSG_WAITFORONE, nullptr);
     // Looking for a second packet costs a good part of taking the first, and is left out for a while when there was
     // none.
     m_nSingly = bSingly ? m_nSingly - 1 : nReceived <= 1 ? kSingly : 0;

@@ -47,8 +47,8 @@ public:
     /// @return good until the next call; empty when the wait was in vain or ended by Shutdown
     std::span<const RECEIVED_PACKETS> Receive(std::chrono::milliseconds objWait);
 
-    /// Whether the last call took all packets that were there, as far as it knows.
-    [[nodiscard]] bool IsDrained() const noexcept { return m_nTaken < kMessages; }
+    /// Whether the last call took all packets that were there: it found fewer than it asked for.
+    [[nodiscard]] bool IsDrained() const noexcept { return m_nTaken < m_nAsked; }
     /// Leaves packets to gather for a while; the next call takes them together.
     void Gather(std::chrono::nanoseconds objPause);
 
@@ -77,7 +77,8 @@ private:
     std::size_t m_nGrantedBuffer = 0;
     bool m_bJoining = false;
     std::chrono::milliseconds m_objWait{-1};  // as last told to the kernel
-    std::size_t m_nTaken = 0;                 // messages of the last call
+    unsigned m_nAsked = 0;                    // messages that the last call asked for
+    std::size_t m_nTaken = 0;                 // messages that came
     unsigned m_nSingly = 0;                   // calls to come that ask for one message alone
     std::unique_ptr<BATCH> m_pBatch;
     std::vector<RECEIVED_PACKETS> m_vecReceived;

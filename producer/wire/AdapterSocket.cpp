@@ -1,11 +1,9 @@
 #include "producer/wire/AdapterSocket.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <limits>
 #include <map>
 #include <memory>
 #include <span>
@@ -18,7 +16,6 @@
 #include <sys/socket.h>
 
 #include "gev/BigEndian.h"
-#include "producer/ProducerError.h"
 #include "producer/wire/SocketDescriptor.h"
 
 namespace producer {
@@ -95,15 +92,16 @@ public:
             ThrowSocketError(errno, "ask the kernel for the network adapters");
         }
         bool bWhole = true;
-        while (Receive([&](const nlmsghdr& objHeader, std::span<const std::byte> objBody) {
-            bWhole = bWhole && (objHeader.nlmsg_flags & NLM_F_DUMP_INTR) == 0;
+        const auto funMessage = [&](const nlmsghdr& objHeader, std::span<const std::byte> objBody) {
+            bWhole = bWhole && (objHeader.nlmsg_flags & NLM_F_DUMP_INTR) == 0;  // which may stand on the last one alone
             if (objHeader.nlmsg_type == nAnswer && objBody.size() >= sizeof(Fixed)) {
                 Fixed objFixed{};
                 std::memcpy(&objFixed, objBody.data(), sizeof objFixed);
                 const std::size_t nFixed = std::min<std::size_t>(NLMSG_ALIGN(sizeof objFixed), objBody.size());
                 funEntry(objFixed, CAttributes(objBody.subspan(nFixed)));
             }
-        })) {
+        };
+        while (Receive(funMessage)) {
         }
         return bWhole;
     }
@@ -134,13 +132,13 @@ private:
                 break;
             }
             if (objHeader.nlmsg_seq == m_nSequence) {
-                if (objHeader.nlmsg_type == NLMSG_DONE) {
-                    return false;
-                }
                 if (objHeader.nlmsg_type == NLMSG_ERROR) {
                     ThrowSocketError(EIO, "ask the kernel for the network adapters");
                 }
                 funMessage(objHeader, objRest.subspan(sizeof objHeader, objHeader.nlmsg_len - sizeof objHeader));
+                if (objHeader.nlmsg_type == NLMSG_DONE) {
+                    return false;
+                }
             }
             objRest = objRest.subspan(std::min<std::size_t>(NLMSG_ALIGN(objHeader.nlmsg_len), objRest.size()));
         }

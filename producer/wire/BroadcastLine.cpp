@@ -1,7 +1,6 @@
 #include "producer/wire/BroadcastLine.h"
 
 #include <array>
-#include <atomic>
 
 namespace producer {
 
@@ -12,12 +11,6 @@ constexpr int kMostAtOnce = 64;               // datagrams between two looks at 
 constexpr std::size_t kLongestPacket = 2048;  // an Ethernet frame's; longer datagrams are no answers
 
 }  // namespace
-
-std::uint16_t TakeRequestID() noexcept {
-    static std::atomic<std::uint16_t> s_nNext{1};
-    const std::uint16_t nID = s_nNext.fetch_add(1, std::memory_order_relaxed);
-    return nID == 0 ? s_nNext.fetch_add(1, std::memory_order_relaxed) : nID;
-}
 
 CBroadcastLine::CBroadcastLine(const ADAPTER& objAdapter)
     : m_objAdapter(objAdapter),

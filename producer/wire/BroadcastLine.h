@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <string>
 
 #include "gev/GvcpHeader.h"
 #include "producer/wire/Adapter.h"
@@ -59,8 +58,5 @@ private:
 
 /// Questions asked and acknowledged by broadcast.
 inline constexpr std::uint8_t kBroadcastFlags = gev::kGvcpFlagAcknowledge | gev::kGvcpFlagBroadcastAcknowledge;
-
-/// @return a request ID that no other question of this process had lately. Any thread may call.
-std::uint16_t TakeRequestID() noexcept;
 
 }  // namespace producer

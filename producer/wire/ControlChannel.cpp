@@ -1,6 +1,5 @@
 #include "producer/wire/ControlChannel.h"
 
-#include <array>
 #include <limits>
 #include <mutex>
 #include <optional>
@@ -28,10 +27,9 @@ std::uint32_t GetPrivilege(CONTROL_ACCESS eAccess) {
     return eAccess == CONTROL_ACCESS::Exclusive ? bootstrap::kPrivilegeExclusive : bootstrap::kPrivilegeControl;
 }
 
-/// Asks in vain cost nothing: a camera without these registers says so.
+/// @return nothing from a camera that refuses: not all have these registers
 /// @throws CProducerError  GC_ERR_TIMEOUT when it says nothing: it has gone, and to ask for the next one would only
-/// wait
-///                         as long again
+///                         wait as long again
 std::optional<std::uint32_t> ReadIfThere(CControlDialogue& objDialogue, const bootstrap::REGISTER& objRegister) {
     std::uint32_t nValue = 0;
     const OUTCOME objOutcome = objDialogue.ReadRegister(objRegister.Address, objDialogue.GetAsking(), nValue);
@@ -99,10 +97,10 @@ public:
         }
     }
 
-    void DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer) {
-        m_objMemory->DoWrite(nAddress, objBuffer);
+    /// To be called after each write to the camera's memory.
+    void FollowHeartbeat(std::uint64_t nAddress, std::size_t nSize) {
         const auto& objRegister = bootstrap::kHeartbeatTimeout;
-        if (nAddress < objRegister.GetEnd() && nAddress + objBuffer.size() > objRegister.Address) {
+        if (nAddress < objRegister.GetEnd() && nAddress + nSize > objRegister.Address) {
             m_objHeartbeat->SetTimeout(ReadHeartbeatTimeout());
         }
     }
@@ -183,17 +181,17 @@ void CControlChannel::DoRead(std::uint64_t nAddress, std::span<std::byte> objBuf
 }
 
 void CControlChannel::DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer) {
-    m_pImpl->DoWrite(nAddress, objBuffer);
+    m_pImpl->m_objMemory->DoWrite(nAddress, objBuffer);
+    m_pImpl->FollowHeartbeat(nAddress, objBuffer.size());
 }
 
-std::uint32_t CControlChannel::DoReadRegister(std::uint32_t nAddress) {
-    return m_pImpl->m_objDialogue.DoReadRegister(nAddress);
+std::uint32_t CControlChannel::DoReadRegister(std::uint32_t nAddress, Clock::time_point objDeadline) {
+    return m_pImpl->m_objDialogue.DoReadRegister(nAddress, objDeadline);
 }
 
-void CControlChannel::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue) {
-    std::array<std::byte, 4> arrValue;
-    gev::Put32(arrValue, 0, nValue);
-    m_pImpl->DoWrite(nAddress, arrValue);
+void CControlChannel::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue, Clock::time_point objDeadline) {
+    m_pImpl->m_objDialogue.DoWriteRegister(nAddress, nValue, objDeadline);
+    m_pImpl->FollowHeartbeat(nAddress, sizeof nValue);
 }
 
 void CControlChannel::DoSendUnanswered(std::span<const std::byte> objDatagram) noexcept {

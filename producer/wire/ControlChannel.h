@@ -6,11 +6,10 @@
 #include <memory>
 #include <span>
 #include <stop_token>
-#include <string>
 
-#include "GenTL/GenTL.h"
 #include "producer/wire/Adapter.h"
 #include "producer/wire/ControlSettings.h"
+#include "producer/wire/SocketDescriptor.h"
 
 namespace producer {
 
@@ -26,9 +25,9 @@ namespace producer {
 /// and GC_ERR_IO as the camera refuses.
 class CControlChannel {
 public:
-    /// Opens: takes the privilege, reads the heartbeat time-out from the camera and starts the heartbeat.
+    /// Opens: takes the privilege, reads the heartbeat time-out from the camera and starts the heartbeat. Takes at most
+    /// some five seconds, however the camera answers.
     /// @param objAdapter  where the camera is; every packet leaves by it, whatever the routes say
-    /// Takes at most some five seconds, however the camera answers.
     /// @param nAddress    of the camera, first octet highest
     /// @param objGiveUp   ends the attempt within some 10 ms, and 200 ms more to give the privilege back; no concern of
     ///                    a channel that is open
@@ -58,9 +57,12 @@ public:
     /// written back. What was written before a failure stays written.
     void DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer);
 
-    /// @param nAddress  a multiple of 4
-    std::uint32_t DoReadRegister(std::uint32_t nAddress);
-    void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue);
+    /// @param nAddress     a multiple of 4
+    /// @param objDeadline  ends the question with GC_ERR_TIMEOUT, however much patience the camera asks for, and also
+    ///                     when another's question was under way until then
+    std::uint32_t DoReadRegister(std::uint32_t nAddress, Clock::time_point objDeadline = Clock::time_point::max());
+    void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue,
+                         Clock::time_point objDeadline = Clock::time_point::max());
 
     /// Sends a datagram that no answer belongs to, such as a request to send packets again, from the port that holds
     /// the privilege. Waits for nothing and no lock; what can't be sent is lost, as on the wire.

@@ -7,7 +7,7 @@
 
 #include "gev/GvcpMemory.h"
 #include "gev/GvcpRegister.h"
-#include "producer/wire/BroadcastLine.h"
+#include "producer/wire/RequestID.h"
 #include "support/Address.h"
 
 namespace producer {
@@ -79,8 +79,7 @@ CControlDialogue::CControlDialogue(const ADAPTER& objAdapter, std::uint32_t nCam
 
 OUTCOME CControlDialogue::Ask(std::span<std::byte> objQuestion, const ASKING& objAsking, gev::GvcpBuffer& arrAnswer) {
     OUTCOME objOutcome;
-    const auto objTurn =
-        objAsking.IsHeartbeat ? CControlTurn::CHolder(m_objTurn, objAsking.Deadline) : CControlTurn::CHolder(m_objTurn);
+    const CControlTurn::CHolder objTurn(m_objTurn, objAsking.IsHeartbeat, objAsking.Deadline);
     if (!objTurn.HasTurn()) {
         objOutcome.Kind = OUTCOME::KIND::NoTurn;
         return objOutcome;
@@ -169,12 +168,10 @@ bool CControlDialogue::TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<
 }
 
 std::span<const std::byte> CControlDialogue::AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
-                                                        gev::GvcpBuffer& arrAnswer) {
-    if (objQuestion.empty()) {
-        throw CProducerError(GC_ERR_INVALID_PARAMETER, "there is no GVCP question for a register at " +
-                                                           FormatHex(nAddress) + ": addresses are multiples of 4");
-    }
-    const OUTCOME objOutcome = Ask(objQuestion, GetAsking(), arrAnswer);
+                                                        gev::GvcpBuffer& arrAnswer, Clock::time_point objDeadline) {
+    ASKING objAsking = GetAsking();
+    objAsking.Deadline = std::min(objAsking.Deadline, objDeadline);
+    const OUTCOME objOutcome = Ask(objQuestion, objAsking, arrAnswer);
     if (objOutcome.Kind != OUTCOME::KIND::Answered) {
         Throw(objOutcome, gev::EGvcpCommand{gev::Get16(objQuestion, 2)}, nAddress);
     }
@@ -201,6 +198,9 @@ void CControlDialogue::Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nComma
                              strWhat + std::string(gev::GetText(objOutcome.Status)) + " (status 0x" +
                                  FormatHex(static_cast<std::uint32_t>(objOutcome.Status)).substr(6) + ")");
     }
+    if (objOutcome.Kind == OUTCOME::KIND::NoTurn) {
+        throw CProducerError(GC_ERR_TIMEOUT, strWhat + "not asked, as the camera hasn't answered another question yet");
+    }
     const std::string strPatience = objOutcome.AskedForPatience ? ", only requests for patience" : "";
     const std::string strSendError =
         objOutcome.SendError != 0 ? " (" + GetErrnoText(objOutcome.SendError) + ")" : std::string();
@@ -208,23 +208,23 @@ void CControlDialogue::Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nComma
                                              std::to_string(objOutcome.Sent) + " times" + strSendError);
 }
 
-std::uint32_t CControlDialogue::DoReadRegister(std::uint32_t nAddress) {
+std::uint32_t CControlDialogue::DoReadRegister(std::uint32_t nAddress, Clock::time_point objDeadline) {
     gev::GvcpBuffer arrQuestion;
     gev::GvcpBuffer arrAnswer;
     const auto objQuestion = gev::EncodeReadReg(arrQuestion, 1, std::span(&nAddress, 1));
     gev::CNumberView objValues;
-    if (gev::DecodeReadRegAck(AskOrThrow(objQuestion, nAddress, arrAnswer), 1, objValues) !=
+    if (gev::DecodeReadRegAck(AskOrThrow(objQuestion, nAddress, arrAnswer, objDeadline), 1, objValues) !=
         gev::EGvcpStatus::Success) {
         ThrowWrongAnswer(gev::EGvcpCommand::ReadReg, nAddress);
     }
     return objValues.Get(0);
 }
 
-void CControlDialogue::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue) {
+void CControlDialogue::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue, Clock::time_point objDeadline) {
     gev::GvcpBuffer arrQuestion;
     gev::GvcpBuffer arrAnswer;
     const gev::REGISTER_WRITE objWrite{nAddress, nValue};
-    AskOrThrow(gev::EncodeWriteReg(arrQuestion, 1, std::span(&objWrite, 1)), nAddress, arrAnswer);
+    AskOrThrow(gev::EncodeWriteReg(arrQuestion, 1, std::span(&objWrite, 1)), nAddress, arrAnswer, objDeadline);
 }
 
 void CControlDialogue::DoReadBlock(std::uint32_t nAddress, std::span<std::byte> objBuffer) {

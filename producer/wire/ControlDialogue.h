@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
-#include <optional>
 #include <span>
 #include <string>
 
@@ -33,7 +32,7 @@ struct OUTCOME {
         Answered,
         Refused,  ///< by the camera, with Status
         Silent,   ///< no answer, for want of patience or of a way
-        NoTurn,   ///< a heartbeat that didn't come to its turn before its deadline
+        NoTurn,   ///< it didn't come to its turn before its deadline
         Ended,    ///< the dialogue was ended meanwhile
     };
     KIND Kind = KIND::Silent;
@@ -63,8 +62,10 @@ public:
 
     /// The four questions, asked as the settings say.
     /// @throws CProducerError  as CControlChannel tells
-    std::uint32_t DoReadRegister(std::uint32_t nAddress);
-    void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue);
+    /// @param objDeadline  ends the question, whatever else is left
+    std::uint32_t DoReadRegister(std::uint32_t nAddress, Clock::time_point objDeadline = Clock::time_point::max());
+    void DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue,
+                         Clock::time_point objDeadline = Clock::time_point::max());
     /// @param objBuffer  4 to 536 bytes, a multiple of 4, as is the address
     void DoReadBlock(std::uint32_t nAddress, std::span<std::byte> objBuffer);
     void DoWriteBlock(std::uint32_t nAddress, std::span<const std::byte> objBuffer);
@@ -97,7 +98,8 @@ private:
     bool Await(WAIT& objWait, const ASKING& objAsking, OUTCOME& objOutcome, gev::GvcpBuffer& arrAnswer);
     bool TakeAnswer(WAIT& objWait, OUTCOME& objOutcome, std::span<const std::byte> objDatagram);
     std::span<const std::byte> AskOrThrow(std::span<std::byte> objQuestion, std::uint32_t nAddress,
-                                          gev::GvcpBuffer& arrAnswer);
+                                          gev::GvcpBuffer& arrAnswer,
+                                          Clock::time_point objDeadline = Clock::time_point::max());
     [[nodiscard]] std::string Describe(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
     [[noreturn]] void ThrowWrongAnswer(gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;
     [[noreturn]] void Throw(const OUTCOME& objOutcome, gev::EGvcpCommand nCommand, std::uint32_t nAddress) const;

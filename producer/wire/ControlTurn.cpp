@@ -2,12 +2,13 @@
 
 namespace producer {
 
-void CControlTurn::Take() {
+bool CControlTurn::Take(Clock::time_point objDeadline) {
     std::unique_lock objLock(m_mtxTurn);
     ++m_nWaiting;
-    m_objFree.wait(objLock, [this] { return !m_bTaken && !m_bHeartbeatWaits; });
+    const bool bFree = m_objFree.wait_until(objLock, objDeadline, [this] { return !m_bTaken && !m_bHeartbeatWaits; });
     --m_nWaiting;
-    m_bTaken = true;
+    m_bTaken = m_bTaken || bFree;
+    return bFree;
 }
 
 bool CControlTurn::TakeFirst(Clock::time_point objDeadline) {
@@ -17,10 +18,7 @@ bool CControlTurn::TakeFirst(Clock::time_point objDeadline) {
     const bool bFree = m_objFree.wait_until(objLock, objDeadline, [this] { return !m_bTaken; });
     m_bHeartbeatWaits = false;
     --m_nWaiting;
-    m_bTaken = m_bTaken || bFree;
-    if (!bFree && !m_bTaken) {
-        m_objFree.notify_all();
-    }
+    m_bTaken = true;  // by us, or still by whoever will wake the others
     return bFree;
 }
 

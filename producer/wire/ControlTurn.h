@@ -3,7 +3,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "producer/wire/SocketDescriptor.h"
+#include "producer/wire/Clock.h"
 
 namespace producer {
 
@@ -14,10 +14,9 @@ public:
     /// Held by a question from its construction to its destruction.
     class CHolder {
     public:
-        explicit CHolder(CControlTurn& objTurn) : m_pTurn(&objTurn) { objTurn.Take(); }
-        /// For the heartbeat. Look with HasTurn whether it came in time.
-        CHolder(CControlTurn& objTurn, Clock::time_point objDeadline)
-            : m_pTurn(objTurn.TakeFirst(objDeadline) ? &objTurn : nullptr) {}
+        /// Waits for its turn until the deadline. Look with HasTurn whether it came in time.
+        CHolder(CControlTurn& objTurn, bool bHeartbeat, Clock::time_point objDeadline)
+            : m_pTurn((bHeartbeat ? objTurn.TakeFirst(objDeadline) : objTurn.Take(objDeadline)) ? &objTurn : nullptr) {}
         ~CHolder() {
             if (m_pTurn != nullptr) {
                 m_pTurn->Give();
@@ -33,7 +32,7 @@ public:
     };
 
 private:
-    void Take();
+    bool Take(Clock::time_point objDeadline);
     bool TakeFirst(Clock::time_point objDeadline);
     void Give();
 

@@ -10,6 +10,7 @@
 #include "producer/wire/BroadcastLine.h"
 #include "producer/wire/DiscoveryAnswers.h"
 #include "producer/wire/HearingAdvice.h"
+#include "producer/wire/RequestID.h"
 
 namespace producer {
 

@@ -4,10 +4,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <thread>
 
 #include "producer/wire/ControlDialogue.h"

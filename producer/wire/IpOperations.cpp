@@ -12,6 +12,7 @@
 #include "producer/wire/BroadcastLine.h"
 #include "producer/wire/ControlDialogue.h"
 #include "producer/wire/DiscoveryAnswers.h"
+#include "producer/wire/RequestID.h"
 #include "support/Address.h"
 
 namespace producer {

@@ -32,7 +32,7 @@ struct IP_SETTINGS {
     std::uint32_t Gateway = 0;
 };
 
-/// What is to be kept by the camera. Nothing stays as it is for what isn't set.
+/// What the camera is to keep. What isn't set stays as it is.
 struct IP_CONFIGURATION {
     std::uint32_t Configuration = 0;  ///< persistent 1, DHCP 2, link-local 4, added up; 0 leaves them as they are
     std::optional<std::uint32_t> Address;

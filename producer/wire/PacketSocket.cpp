@@ -23,6 +23,7 @@ constexpr std::size_t kLeastIPHeader = 20;
 constexpr std::size_t kUdpHeader = 8;
 constexpr std::uint32_t kLongestPacket = 2048;
 constexpr int kReceiveBuffer = 1 << 20;
+constexpr int kMostDropped = 64;  // packets in one call, so that a flood of them keeps nobody here
 
 /// Lets through IPv4 packets with a whole UDP datagram from the cameras' port to ours.
 int AttachFilter(int nSocket, std::uint16_t nOurPort) {
@@ -92,7 +93,7 @@ CPacketSocket::~CPacketSocket() {
 }
 
 std::optional<RECEIVED_DATAGRAM> CPacketSocket::Receive(std::span<std::byte> objBuffer) const noexcept {
-    while (GetDescriptor() >= 0) {
+    for (int i = 0; i < kMostDropped && GetDescriptor() >= 0; ++i) {
         sockaddr_ll objSource{};
         socklen_t nSize = sizeof objSource;
         const auto nReceived = recvfrom(GetDescriptor(), objBuffer.data(), objBuffer.size(), MSG_DONTWAIT,

@@ -24,7 +24,8 @@ public:
     /// @return 0; EPERM where the process lacks the right; another errno.
     [[nodiscard]] int GetError() const noexcept { return m_nError; }
 
-    /// @return what has come already, without waiting; packets that are no whole UDP datagrams are dropped.
+    /// @return what has come already, without waiting; packets that are no whole UDP datagrams are dropped. Nothing
+    ///         also after 64 that were dropped: the socket stays readable then.
     std::optional<RECEIVED_DATAGRAM> Receive(std::span<std::byte> objBuffer) const noexcept;
 
     /// @return -1 for none.

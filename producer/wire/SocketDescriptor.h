@@ -1,12 +1,11 @@
 #pragma once
 
-#include <chrono>
 #include <initializer_list>
 #include <string>
 
-namespace producer {
+#include "producer/wire/Clock.h"
 
-using Clock = std::chrono::steady_clock;
+namespace producer {
 
 /// A descriptor of the kernel that is closed with its owner. For one thread at a time, but for calls on the number
 /// itself.

@@ -21,6 +21,8 @@ constexpr int kSendBuffer = 4 << 20;     // questions to as many that the kernel
 /// lost, as on the wire, and asked again.
 constexpr int kSendFlags = MSG_NOSIGNAL | MSG_DONTWAIT;
 
+constexpr int kMostDropped = 64;  // datagrams in one call, so that a flood of them keeps nobody here
+
 sockaddr_in MakeAddress(std::uint32_t nAddress, std::uint16_t nPort) {
     sockaddr_in objAddress{};
     objAddress.sin_family = AF_INET;
@@ -109,7 +111,7 @@ int CUdpSocket::Send(std::span<const std::byte> objDatagram) const noexcept {
 }
 
 std::optional<RECEIVED_DATAGRAM> CUdpSocket::Receive(std::span<std::byte> objBuffer) const noexcept {
-    for (;;) {
+    for (int i = 0; i < kMostDropped; ++i) {
         sockaddr_in objSource{};
         alignas(cmsghdr) std::array<std::byte, CMSG_SPACE(sizeof(in_pktinfo))> arrControl{};
         iovec objPart{objBuffer.data(), objBuffer.size()};
@@ -132,6 +134,7 @@ std::optional<RECEIVED_DATAGRAM> CUdpSocket::Receive(std::span<std::byte> objBuf
                                      ntohl(objSource.sin_addr.s_addr), ntohs(objSource.sin_port)};
         }
     }
+    return std::nullopt;
 }
 
 void CUdpSocket::SetWait(std::chrono::milliseconds objWait) const {

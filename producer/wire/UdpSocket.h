@@ -39,7 +39,8 @@ public:
     /// To whom it is connected.
     int Send(std::span<const std::byte> objDatagram) const noexcept;
 
-    /// @return what has come already, without waiting; a datagram longer than the buffer is dropped.
+    /// @return what has come already, without waiting; a datagram longer than the buffer is dropped. Nothing also after
+    ///         64 that were dropped: the socket stays readable then.
     std::optional<RECEIVED_DATAGRAM> Receive(std::span<std::byte> objBuffer) const noexcept;
 
     /// How long ReceiveConnected waits at most.

@@ -14,8 +14,8 @@ cd "$(dirname "$0")/../.." || exit 1
 
 own=(--net --mount --pid --mount-proc --fork --kill-child)
 [ "$(id -u)" -eq 0 ] || own=(--user --map-root-user "${own[@]}")
-unshare "${own[@]}" true 2>/dev/null ||
-    fail "this user may not make network namespaces. Try: sudo ./run.sh demo, or for users:" \
+refusal=$(unshare "${own[@]}" true 2>&1) ||
+    fail "this user may not make network namespaces ($refusal). Try: sudo ./run.sh demo, or for users:" \
         "sudo sysctl kernel.unprivileged_userns_clone=1"
 
 # A display is reached through a socket in the file system. One over the network isn't reached from inside.

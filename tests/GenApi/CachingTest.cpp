@@ -24,7 +24,7 @@ TEST(Caching, ReadsAndWritesThePortAsTheModeSays) {
          {CASE{"WriteThrough", 1, 0, 0}, CASE{"WriteAround", 1, 0, 1}, CASE{"NoCache", 1, 1, 1}}) {
         SCOPED_TRACE(objCase.Mode);
         CTestMap objMap(Reg("R", 0, std::string("<Cachable>") + objCase.Mode + "</Cachable>") +
-                        "<Integer Name='F'><pValue>R</pValue></Integer>");
+                        "<Integer Name='F'><pValue>R</pValue></Integer><Boolean Name='B'><pValue>R</pValue></Boolean>");
         for (const char* pName : {"R", "F"}) {
             objMap.Node("R").InvalidateNode();
             objMap.Integer(pName).GetValue();
@@ -39,6 +39,9 @@ TEST(Caching, ReadsAndWritesThePortAsTheModeSays) {
             EXPECT_EQ(objMap.Integer(pName).GetValue(), 5);
             EXPECT_EQ(objMap.Port.TakeReads(), objCase.ReadAfterWrite);
         }
+        objMap.Integer("R").SetValue(0);
+        EXPECT_FALSE(objMap.Boolean("B").GetValue(true));
+        EXPECT_EQ(objMap.Port.TakeReads(), objCase.ReadAfterWrite) << "what is verified is what was read";
         EXPECT_EQ(objMap.Node("F").IsCachable(), std::string(objCase.Mode) != "NoCache");
     }
 }
@@ -145,6 +148,30 @@ TEST(Invalidation, OfBitsLeavesOtherBitsOfTheRegisterAlone) {
     objMap.Integer("Whole").SetValue(0x300);
     EXPECT_EQ(objMap.Integer("High").GetValue(), 3);
     EXPECT_EQ(objMap.Integer("Low").GetValue(), 0);
+}
+
+TEST(Invalidation, ReachesRegistersOfOtherPlacesThatOverlap) {
+    const auto Part = [](const char* pKind, const char* pName, int nAddress, int nLength, const char* pBit) {
+        return std::string("<") + pKind + " Name='" + pName + "'><Address>" + std::to_string(nAddress) +
+               "</Address><Length>" + std::to_string(nLength) + "</Length>" + pBit +
+               "<AccessMode>RW</AccessMode><pPort>Device</pPort></" + pKind + ">";
+    };
+    CTestMap objMap(Reg("Word", 0) + Part("IntReg", "Half", 2, 2, "") +
+                    Part("MaskedIntReg", "Bit", 2, 2, "<Bit>0</Bit>") + Part("IntReg", "Both", 0, 8, "") +
+                    Reg("Second", 4) + Reg("Next", 8) + "<Integer Name='Feature'><pValue>Half</pValue></Integer>");
+    using Names = std::vector<std::string>;
+    CReread objReread(objMap, {"Word", "Half", "Bit", "Both", "Second", "Next"});
+    EXPECT_EQ(objMap.Integer("Feature").GetValue(), 0);
+    objMap.Integer("Word").SetValue(0x10000);
+    EXPECT_EQ(objReread.Names(), (Names{"Half", "Both"}));
+    EXPECT_EQ(objMap.Integer("Feature").GetValue(), 1);
+    EXPECT_EQ(objMap.Integer("Bit").GetValue(), 1);
+    objMap.Integer("Bit").SetValue(0);
+    EXPECT_EQ(objReread.Names(), (Names{"Word", "Both"})) << "the rest of the half is known";
+    objMap.Integer("Next").SetValue(1);
+    EXPECT_EQ(objReread.Names(), Names{});
+    objMap.Integer("Both").SetValue(5);
+    EXPECT_EQ(objReread.Names(), (Names{"Word", "Half", "Second"}));
 }
 
 TEST(Invalidation, FollowsAWriteThatFailed) {

@@ -53,6 +53,7 @@ TEST(BadDescriptions, AreRefusedWithAMessageThatHelps) {
         {Wrap("<Integer Name='A'><pInvalidator>Missing</pInvalidator></Integer>"), {"'A'", "'Missing'"}},
         {Wrap("<Integer Name='A'><Value>1x</Value></Integer>"), {"'A'", "'1x'", "64-bit integer", "line 1"}},
         {Wrap("<Float Name='A'><Value>1e999</Value></Float>"), {"'A'", "number"}},
+        {Wrap("<Float Name='A'><ValidValueSet>2;NaN;1</ValidValueSet></Float>"), {"'A'", "isn't a number"}},
         {Wrap("<Integer Name='A'><Visibility>Everybody</Visibility></Integer>"), {"'A'", "'Everybody'"}},
         {Wrap("<IntReg Name='A'><Address>0x7FFFFFFFFFFFFFFF</Address><Address>1</Address></IntReg>"),
          {"'A'", "address"}},

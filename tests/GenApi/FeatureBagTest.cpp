@@ -274,9 +274,9 @@ TEST(FeatureBag, OnlyValuesThatASelectorCanTakeAndAFeatureHasAreStored) {
 }
 
 TEST(FeatureBag, SelectorsWithTooManyValuesLeaveThePresentOnes) {
-    CTestMap objMap(Feature("Huge", 0, Selects({"Gain", "Offset"})) +
+    CTestMap objMap(Feature("Huge", 0, Selects({"Gain", "Black", "Offset"})) +
                     Feature("Small", 4, "<Max>3</Max>" + Selects({"Offset"})) + Feature("Gain", 8) +
-                    Feature("Offset", 12));
+                    Feature("Black", 16) + Feature("Offset", 12));
     objMap.Port.PutNumber(0, 77);
     objMap.Port.PutNumber(4, 2);
     CFeatureBag objBag;
@@ -284,8 +284,9 @@ TEST(FeatureBag, SelectorsWithTooManyValuesLeaveThePresentOnes) {
     EXPECT_FALSE(objBag.StoreToBag(objMap.Map._Ptr, -1, &vecError));
     EXPECT_EQ(objMap.Port.TakeWrites(), 0) << "a selector that needn't move stays untouched";
     EXPECT_THAT(LinesOf(objBag),
-                ElementsAre("Huge=77", "Small=2", "Huge=77", "Gain=0", "Huge=77", "Small=2", "Offset=0"));
-    EXPECT_THAT(TextsOf(vecError), ElementsAre(HasSubstr("Gain: Its selectors"), HasSubstr("Offset: Its selectors")));
+                ElementsAre("Huge=77", "Small=2", "Huge=77", "Gain=0", "Black=0", "Huge=77", "Small=2", "Offset=0"));
+    EXPECT_THAT(TextsOf(vecError), ElementsAre(HasSubstr("Gain: Its selectors"), HasSubstr("Black: Its selectors"),
+                                               HasSubstr("Offset: Its selectors")));
     EXPECT_EQ(objMap.Port.NumberAt(0), 77U);
     EXPECT_EQ(objMap.Port.NumberAt(4), 2U);
 }
@@ -305,6 +306,17 @@ TEST(FeatureBag, SelectorsInACircleOrInALongChainEndTheWalk) {
     EXPECT_FALSE(objBag.StoreToBag(objChain.Map._Ptr, -1, &vecError));
     EXPECT_THAT(TextsOf(vecError), testing::Contains(HasSubstr("S20: It has more than 8 selectors")));
     EXPECT_THAT(LinesOf(objBag), testing::Contains("S20=0"));
+
+    // Each of the features asks for the hub's selectors anew, and none of these can stand in a bag.
+    std::string strMany;
+    std::string strHub;
+    for (int i = 0; i < 2000; ++i) {
+        strMany += "<Integer Name='#" + std::to_string(i) + "'>" + Selects({"Hub"}) + "</Integer>" +
+                   Feature("F" + std::to_string(i), 4 * i);
+        strHub += Selects({"F" + std::to_string(i)});
+    }
+    CTestMap objMany(strMany + Feature("Hub", 9000, strHub));
+    EXPECT_THROW(objBag.StoreToBag(objMany.Map._Ptr), GenICam_3_0::RuntimeException);
 }
 
 // Failures

@@ -202,6 +202,11 @@ TEST(FormulaError, HostileFormulasEndInALimit) {
                           testing::ResultOf([](const auto& str) { return str.size(); }, testing::Lt(300U))))
             << objCase.strText.substr(0, 20);
     }
+    FORMULA_SOURCE objNames{"X0", {}, {}, {}};
+    for (std::size_t i = 0; i <= GenApi_3_0::kMaxFormulaNames; ++i) {
+        objNames.Variables.push_back("X" + std::to_string(i));
+    }
+    EXPECT_THAT(CompileError<std::int64_t>(objNames), HasSubstr("names"));
     const std::string strDeepest = Repeat("1+(", kMaxValuesAtOnce - 1) + "1" + Repeat(")", kMaxValuesAtOnce - 1);
     EXPECT_EQ(CIntegerFormula({strDeepest, {}, {}, {}}).Evaluate({}), static_cast<std::int64_t>(kMaxValuesAtOnce));
 }

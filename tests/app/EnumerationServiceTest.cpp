@@ -1,7 +1,5 @@
 // The door to the module tree, in front of a producer that the tests script.
 
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <vector>
 

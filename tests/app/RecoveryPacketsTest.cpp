@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -79,6 +78,7 @@ TEST(RecoveryPackets, MACPartsRunOnFromTheirPlaceWhateverTheyAre) {
     };
     const Case arrCases[] = {
         {"", {0, 0x7A, 0x41, 0x02, 0xE7, 0x4F, 0}, {0, 0x5E, 0x17, 0x00, 0xAD, 0xEA, 0}},
+        {"02:11:22:33:44:55", {0, 0x7A, 0x41, 0x02, 0xE7, 0x4F, 0}, {0, 0x5E, 0x17, 0x00, 0xAD, 0xEA, 0}},
         {"AA-BB-CC", {0xAA, 0xBB, 0xCC, 0x02, 0xE7, 0x4F, 0}, {0xAA, 0xBB, 0xCC, 0x00, 0xAD, 0xEA, 0}},
         {"1-2--4-5-6", {1, 2, 0, 4, 5, 6, 0}, {1, 2, 0, 4, 5, 6, 0}},
         {"1FF-zz-100000000-0x1F- 3 -6", {0xFF, 0, 0, 0x1F, 3, 6, 0}, {0xFF, 0, 0, 0x1F, 3, 6, 0}},

@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -265,6 +267,36 @@ TEST_F(CameraOnNetwork, SendsBitExactImagesThatFitTheCableOrAreCutOnIt) {
     objHost.Write(kCamera, 0x0D04, 0xC0000000 | 1504);
     objHost.Write(kCamera, 0x0D04, 0x80000000 | 1504);
     EXPECT_EQ(objSink.ReceiveBlock(0).size(), 1504u - 28) << "the one that may be cut; the other is lost";
+}
+
+TEST_F(CameraOnNetwork, CountsThePacketsThatFindNoWayOutAndSaysItOnce) {
+    auto objConfiguration = Configuration("10.0.0.2/24");
+    std::atomic<int> nSaid = 0;
+    objConfiguration.Log = [&](std::string_view strLine) {
+        nSaid += strLine.starts_with("images can't be sent to 192.168.9.1:5000: Network is unreachable") ? 1 : 0;
+    };
+    CRunningCamera objCamera(Machines->Far, objConfiguration);
+    constexpr std::uint32_t kCamera = 0x0A000002;
+    constexpr std::uint32_t kUnsent = camera::address::kStreamUnsentPacketCount;
+    CHost objHost(Machines->Near);
+    CHost objSink(Machines->Near);
+    objSink.Bind();
+    ASSERT_EQ(objHost.Write(kCamera, 0x0A00, 2), EGvcpStatus::Success);
+    objHost.Write(kCamera, 0x0D18, 0xC0A80901);
+    objHost.Write(kCamera, 0x0D00, 5000);
+    objHost.Write(kCamera, 0x0D04, 0x80000000 | 1500);  // a test packet, which is no image
+    objHost.Write(kCamera, 0xA204, 1);
+    const auto tEnd = std::chrono::steady_clock::now() + 10s;
+    while (objHost.Read(kCamera, kUnsent).value_or(0) < 2000 && std::chrono::steady_clock::now() < tEnd) {
+    }
+    EXPECT_EQ(*objHost.Read(kCamera, kUnsent) % 898, 0u) << "of each image all that it has";
+    EXPECT_EQ(nSaid, 1);
+    objHost.Write(kCamera, 0xA208, 1);
+    objHost.Write(kCamera, 0x0D18, 0x0A000001);
+    objHost.Write(kCamera, 0x0D00, objSink.GetPort());
+    objHost.Write(kCamera, 0xA204, 1);
+    EXPECT_EQ(objSink.ReceiveBlock(1464).size(), 1280u * 1024);
+    EXPECT_EQ(objHost.Read(kCamera, kUnsent), 0u);
 }
 
 TEST_F(CameraOnNetwork, SaysWhatIsWrongWithItsAdapter) {

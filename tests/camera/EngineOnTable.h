@@ -31,8 +31,9 @@ public:
     static constexpr std::uint32_t kAddress = 0x0A000002;
     static constexpr gev::CMACAddress kMAC{0x020000123456};
 
-    explicit CEngineOnTable(const camera::FAULTS& objFaults = {})
-        : Engine(Configure(objFaults), kMAC, 1000, *this, *this, *this, Now) {}
+    explicit CEngineOnTable(const camera::FAULTS& objFaults = {}) : CEngineOnTable(Configure(objFaults)) {}
+    explicit CEngineOnTable(const camera::CAMERA_CONFIGURATION& objConfiguration)
+        : Engine(objConfiguration, kMAC, 1000, *this, *this, *this, Now) {}
 
     static camera::CAMERA_CONFIGURATION Configure(const camera::FAULTS& objFaults) {
         camera::CAMERA_CONFIGURATION objConfiguration;

@@ -166,7 +166,7 @@ TEST_F(Engine, ControlEndsWithTheHeartbeatAndTakesTheChannelsAlong) {
 TEST_F(Engine, SlowWritesAreAnsweredInTheEndAndPendMeanwhileIfThatIsWanted) {
     On.TakeControl();
     On.Write({{0x0938, 500}});
-    const std::vector<gev::REGISTER_WRITE> vecWrite = {{kSlow, 7}};
+    const std::vector<gev::REGISTER_WRITE> vecWrite = {{kSlow, 1000}};
     EXPECT_TRUE(On.Ask(gev::EncodeWriteReg(On.Buffer, On.NextID(), vecWrite)).empty());
     On.Pass(999ms);
     EXPECT_TRUE(On.Answers.empty());
@@ -174,7 +174,8 @@ TEST_F(Engine, SlowWritesAreAnsweredInTheEndAndPendMeanwhileIfThatIsWanted) {
     On.Answers.clear();
     On.Pass(1ms);
     ASSERT_EQ(On.Answers.size(), 1u);
-    EXPECT_EQ(On.Value(kSlow), 7u);
+    EXPECT_EQ(On.Value(kSlow), 1000u);
+    EXPECT_EQ(On.Write({{kSlow, 60001}}).Status, EGvcpStatus::InvalidParameter) << "and that at once";
 
     On.Write({{0x0954, 2}});
     const auto arrCommand = gev::EncodeWriteReg(On.Buffer, On.NextID(), vecWrite);

@@ -44,8 +44,10 @@ public:
         }
         m_cv.notify_all();
     }
+    [[nodiscard]] camera::UNSENT_PACKETS TakeUnsent() override { return {}; }
     void SendForeign(const camera::STREAM_PACKET& /*objPacket*/) override { Note("foreign"); }
     void AcquisitionEnded(std::uint32_t nAcquisition) override { Note("end" + std::to_string(nAcquisition)); }
+    void Unsent(std::uint32_t /*nAcquisition*/, const camera::UNSENT_PACKETS& /*objUnsent*/) override {}
     void Happened(const camera::FRAME_EVENT& objEvent) override {
         Note("event" + std::to_string(objEvent.Event) + "/" + std::to_string(objEvent.Frame));
     }
@@ -180,6 +182,7 @@ TEST_F(Stream, BlocksAreWholeAndBitExactInBothWidthsWithAndWithoutChunks) {
 }
 
 TEST_F(Stream, PacketsAreSentAgainWhileTheyAreThereAndRefusedByStatusElse) {
+    const camera::FRAME_SETTINGS objFrame = Settings.Frame;
     for (const bool bExtendedIDs : {false, true}) {
         Settings.Format.ExtendedIDs = bExtendedIDs;
         Sender->Open();
@@ -193,6 +196,15 @@ TEST_F(Stream, PacketsAreSentAgainWhileTheyAreThereAndRefusedByStatusElse) {
         Start(1200);
         Catcher.AwaitTrailers(1200);
         EXPECT_EQ(Ask(1, 0, 4, 1), "4:32785 ") << "removed with all before";
+
+        Settings.Frame.Trigger[camera::kTriggerFrameStart] = Settings.Frame.Event[camera::kEventFrameTrigger] = true;
+        Settings.Frame.Exposure = 1h;
+        Catcher.TakeNotes();
+        Start(1);
+        Sender->Trigger(camera::kTriggerFrameStart);
+        Catcher.AwaitNote("event1/1203 ");
+        EXPECT_EQ(Ask(1203, 0, 4, 1), "4:32784 ") << "still exposed";
+        Settings.Frame = objFrame;
     }
 }
 

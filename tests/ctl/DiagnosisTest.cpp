@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "ctl/Diagnosis.h"
+#include "ctl/InputFilters.h"
 
 namespace {
 
@@ -54,6 +55,11 @@ TEST(Diagnose, FindsEachFaultAloneAndTellsWhatMendsIt) {
          "eth2.rp_filter=0"},
         {[](auto& f) { f.vecAdapter[1].nReversePathFilter = 2; }, SEVERITY::Warning, "eth2", "loose",
          "eth2.rp_filter=0"},
+        {[](auto& f) {
+             f.vecAdapter[1].strName = "eth2.10";
+             f.vecAdapter[1].nReversePathFilter = 1;
+         },
+         SEVERITY::Warning, "eth2.10", "strict", "conf.eth2/10.rp_filter=0"},
         {[](auto& f) { f.vecAdapter[1].nMtu = 1500; }, SEVERITY::Hint, "eth2", "1500", "mtu 9000"},
         {[](auto& f) { f.vecAdapter[1].nMtu = 576; }, SEVERITY::Warning, "eth2", "576", "mtu 1500"},
         {[](auto& f) {

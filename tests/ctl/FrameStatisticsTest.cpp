@@ -32,14 +32,17 @@ TEST(FrameStatistics, FindsLostFramesByTheGapsInTheirIDs) {
     }
 }
 
-TEST(FrameStatistics, CountsTheRateBetweenFrames) {
+TEST(FrameStatistics, CountsTheRateBetweenCompleteFrames) {
     CFrameStatistics objStatistics;
     EXPECT_EQ(objStatistics.GetText(), "0.00 frames/s, 0.00 MB/s, 0 lost, 0 incomplete");
     const CFrameStatistics::TIME nStart;
-    objStatistics.Add(1, 1'000'000, false, nStart);
-    objStatistics.Add(2, 1'000'000, false, nStart + milliseconds(100));
-    objStatistics.Add(5, 500'000, true, nStart + milliseconds(200));
-    EXPECT_EQ(objStatistics.GetText(), "10.00 frames/s, 7.50 MB/s, 2 lost, 1 incomplete");
+    objStatistics.Add(1, 1'000'000, true, nStart - milliseconds(100));
+    objStatistics.Add(2, 1'000'000, false, nStart);
+    objStatistics.Add(3, 1'000'000, false, nStart + milliseconds(100));
+    objStatistics.Add(4, 500'000, true, nStart + milliseconds(150));
+    objStatistics.Add(7, 2'000'000, false, nStart + milliseconds(200));
+    objStatistics.Add(8, 500'000, true, nStart + milliseconds(900));
+    EXPECT_EQ(objStatistics.GetText(), "10.00 frames/s, 15.00 MB/s, 2 lost, 3 incomplete");
 }
 
 }  // namespace

@@ -185,6 +185,10 @@ TEST_F(Program, RefusesWhatItDoesNotUnderstand) {
         EXPECT_THAT(m_strOut, IsEmpty());
         EXPECT_FALSE(m_strErr.empty());
     }
+    Run({"list", "--jsn"});
+    EXPECT_THAT(m_strErr, AllOf(HasSubstr("--jsn"), HasSubstr("Try norvikctl list --help\n")));
+    Run({"lsit", "left"});
+    EXPECT_EQ(m_strErr, "norvikctl: lsit: no such command. Try norvikctl --help\n");
     EXPECT_EQ(Run({"grab", "--help"}), EXIT_CODE::Success);
     EXPECT_THAT(m_strOut, AllOf(HasSubstr("--frames"), HasSubstr("Bayer")));
 }

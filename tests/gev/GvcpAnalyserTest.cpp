@@ -1,15 +1,11 @@
 // What we encode, held against the decode of a protocol analyser that knows nothing of us.
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <span>
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -22,7 +18,7 @@
 #include "gev/GvcpMemory.h"
 #include "gev/GvcpRegister.h"
 #include "gev/GvcpResend.h"
-#include "tests/network/PacketCapture.h"
+#include "tests/network/WireCapture.h"
 
 namespace {
 
@@ -71,21 +67,11 @@ public:
 
     /// What the analyser sees of each packet: every field that it has, as "name=value ".
     std::vector<std::string> Analyse() const {
-        const auto objFile = std::filesystem::temp_directory_path() / ("gvcp-" + std::to_string(getpid()) + ".pcap");
-        WriteCaptureFile(objFile, m_vecDatagrams);
-        // An empty home: the analyser is to read by its own rules and not by its user's.
-        std::string strCommand = "HOME=/nonexistent XDG_CONFIG_HOME= tshark -r " + objFile.string() + " -T fields";
+        std::string strArguments = "-T fields";
         for (const auto& strField : kFields) {
-            strCommand += " -e " + GetFullName(strField);
+            strArguments += " -e " + GetFullName(strField);
         }
-        FILE* const pOutput = popen((strCommand + " 2>/dev/null").c_str(), "r");
-        std::string strOutput;
-        for (int nChar = std::fgetc(pOutput); nChar != EOF; nChar = std::fgetc(pOutput)) {
-            strOutput += static_cast<char>(nChar);
-        }
-        pclose(pOutput);
-        std::filesystem::remove(objFile);
-        return NameColumns(strOutput);
+        return NameColumns(::Analyse(m_vecDatagrams, strArguments));
     }
 
     const std::vector<std::string>& GetExpected() const { return m_vecExpected; }
@@ -95,9 +81,9 @@ private:
         return strField.starts_with("_ws") ? strField : "gvcp." + strField;
     }
 
-    static std::vector<std::string> NameColumns(const std::string& strOutput) {
+    static std::vector<std::string> NameColumns(const std::vector<std::string>& vecLines) {
         std::vector<std::string> vecNamed;
-        for (const auto& strLine : Split(strOutput, '\n')) {
+        for (const auto& strLine : vecLines) {
             const auto vecColumns = Split(strLine, '\t');
             auto& strNamed = vecNamed.emplace_back();
             for (std::size_t i = 0; i < vecColumns.size(); ++i) {

@@ -63,15 +63,28 @@ void TryExactCommand(EGvcpCommand nCommand, Payload arrPayload, std::span<std::b
     }
 }
 
+/// Events lie one behind the other in the payload, and each with its data can be said by itself.
+void TryEventData(gev::CEventDataWalk objWalk, Payload arrPayload, std::span<std::byte> arrBuffer) {
+    const std::byte* pLast = arrPayload.data();
+    std::size_t nEvents = 0;
+    for (; const auto objEvent = objWalk.GetNext(); ++nEvents) {
+        Require(objEvent->Data.data() >= pLast + 16);
+        pLast = objEvent->Data.data() + objEvent->Data.size();
+        Require(pLast <= arrPayload.data() + arrPayload.size());
+        const auto arrAgain = gev::EncodeEventData(arrBuffer, 1, objEvent->Entry, objEvent->Data, true, true);
+        Require(arrAgain.empty() || arrAgain.size() == gev::kGvcpHeaderSize + 24 + objEvent->Data.size());
+    }
+    Require(nEvents >= 1 && nEvents <= gev::kGvcpLongestPayload / 16);
+}
+
 /// Commands with reserved fields, of which only what counts must come back.
 void TryCommand(const gev::GVCP_COMMAND_HEADER& objHeader, Payload arrPayload, std::span<std::byte> arrBuffer) {
     gev::FORCEIP_COMMAND objForceIP;
     gev::FORCEIPEX_COMMAND objForceIPEx;
     gev::READMEM_COMMAND objRead;
     gev::CEventView objEvents;
-    gev::EVENT_ENTRY objEvent;
+    gev::CEventDataWalk objWalk;
     gev::RESEND_COMMAND objResend;
-    Payload arrData;
     gev::DecodeDiscovery(arrPayload);
     gev::DecodeForceIPEx(arrPayload, objForceIPEx);
     if (gev::DecodeForceIP(arrPayload, objForceIP) == EGvcpStatus::Success) {
@@ -84,12 +97,11 @@ void TryCommand(const gev::GVCP_COMMAND_HEADER& objHeader, Payload arrPayload, s
     }
     if (gev::DecodeEvent(objHeader, arrPayload, objEvents) == EGvcpStatus::Success) {
         for (std::size_t i = 0; i < objEvents.GetCount(); ++i) {
-            objEvent = objEvents.Get(i);
+            objEvents.Get(i);
         }
     }
-    if (gev::DecodeEventData(objHeader, arrPayload, objEvent, arrData) == EGvcpStatus::Success) {
-        const auto arrAgain = gev::EncodeEventData(arrBuffer, 1, objEvent, arrData, true, true);
-        Require(arrAgain.empty() || arrAgain.size() == gev::kGvcpHeaderSize + 24 + arrData.size());
+    if (gev::DecodeEventData(objHeader, arrPayload, objWalk) == EGvcpStatus::Success) {
+        TryEventData(objWalk, arrPayload, arrBuffer);
     }
     if (gev::DecodeResend(objHeader, arrPayload, objResend) == EGvcpStatus::Success) {
         Require(!gev::EncodeResend(arrBuffer, 1, objResend).empty());

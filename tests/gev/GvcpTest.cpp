@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
-#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -86,10 +85,9 @@ EGvcpStatus Decode(EGvcpCommand nCommand, std::uint8_t nFlags, std::span<const s
     gev::MEMORY_BLOCK objBlock;
     gev::FORCEIP_COMMAND objForceIP;
     gev::FORCEIPEX_COMMAND objForceIPEx;
-    gev::EVENT_ENTRY objEvent;
+    gev::CEventDataWalk objEventData;
     gev::RESEND_COMMAND objResend;
     gev::ACTION_COMMAND objAction;
-    std::span<const std::byte> arrData;
     switch (nCommand) {
         case EGvcpCommand::Discovery:
             return gev::DecodeDiscovery(arrPayload);
@@ -108,7 +106,7 @@ EGvcpStatus Decode(EGvcpCommand nCommand, std::uint8_t nFlags, std::span<const s
         case EGvcpCommand::Event:
             return gev::DecodeEvent(objHeader, arrPayload, objEvents);
         case EGvcpCommand::EventData:
-            return gev::DecodeEventData(objHeader, arrPayload, objEvent, arrData);
+            return gev::DecodeEventData(objHeader, arrPayload, objEventData);
         case EGvcpCommand::PacketResend:
             return gev::DecodeResend(objHeader, arrPayload, objResend);
         case EGvcpCommand::Action:
@@ -152,6 +150,8 @@ TEST(GvcpCommand, IsRefusedWithTheStatusThatFits) {
         {EGvcpCommand::Event, kExtended, MakeBytes({}, 16), EGvcpStatus::InvalidHeader},
         {EGvcpCommand::EventData, 0, MakeBytes({}, 15), EGvcpStatus::InvalidHeader},
         {EGvcpCommand::EventData, kExtended, MakeBytes({}, 23), EGvcpStatus::InvalidHeader},
+        {EGvcpCommand::EventData, kExtended, MakeBytes({0, 23}, 24), EGvcpStatus::InvalidHeader},
+        {EGvcpCommand::EventData, kExtended, MakeBytes({0, 28}, 24), EGvcpStatus::InvalidHeader},
         {EGvcpCommand::PacketResend, 0, MakeBytes({0, 0, 0, 1}, 20), EGvcpStatus::InvalidHeader},
         {EGvcpCommand::PacketResend, kExtended, MakeBytes({}, 12), EGvcpStatus::InvalidHeader},
         {EGvcpCommand::PacketResend, 0, MakeBytes({}, 12), EGvcpStatus::InvalidParameter},

@@ -15,7 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "TLClass/TLClassEvent/INewBufferCallback.h"
 #include "TLClass/TLClassMain/Buffer.h"
 #include "TLClass/TLClassMain/BufferInitInfo.h"
@@ -159,17 +158,6 @@ TEST_F(CameraStream, ClosesWhileFramesFlow) {
     }
     EXPECT_EQ(m_objCheck.GetWrong(), 0);
 }
-
-/// Signals its one event when the camera goes; clones share it.
-class COfflineSignal : public IDeviceOfflineCallback {
-public:
-    explicit COfflineSignal(CEvent& objEvent) : m_objEvent(objEvent) {}
-    IEventCallback* Clone() override { return new COfflineSignal(*this); }
-    void OnDeviceOffline() override { m_objEvent.Signal(); }
-
-private:
-    CEvent& m_objEvent;
-};
 
 TEST_F(CameraStream, IsUnpluggedWhileFramesFlow) {
     CEvent objOffline;

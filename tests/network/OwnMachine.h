@@ -8,8 +8,7 @@
 
 #include "tests/network/NetworkNamespace.h"
 
-/// Runs a Qt Test class whose windows may broadcast, on a machine of its own without any adapter
-/// or producer.
+/// Runs a Qt Test class whose windows may broadcast, on a machine of its own without any adapter or producer.
 /// @return 77, which CTest reports as skipped, where no such machine can be made
 template <class TTest>
 int RunOnOwnMachine(int argc, char* argv[]) {

@@ -1,7 +1,6 @@
 // The whole story on one cable: a camera that nothing reaches is listed, given an address by its MAC, listed on it and
 // opened; and every datagram of that, read by a protocol analyser.
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <functional>
@@ -9,7 +8,6 @@
 #include <set>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include <QUdpSocket>
 #include <gtest/gtest.h>

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <future>
 #include <memory>
-#include <numeric>
 #include <string>
 #include <thread>
 #include <vector>
@@ -14,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include "gev/Address.h"
-#include "gev/GvcpMemory.h"
 #include "gev/GvcpRegister.h"
 #include "producer/ProducerError.h"
 #include "producer/wire/AdapterSocket.h"

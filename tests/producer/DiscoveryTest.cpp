@@ -1,9 +1,10 @@
 // Discovery on adapters of the test's own, from the question to the list.
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <string>
+#include <span>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -13,6 +14,7 @@
 #include "producer/wire/AdapterSocket.h"
 #include "producer/wire/Discovery.h"
 #include "producer/wire/SocketDescriptor.h"
+#include "producer/wire/UdpSocket.h"
 #include "tests/producer/Cable.h"
 #include "tests/producer/ScriptedCamera.h"
 
@@ -169,6 +171,23 @@ TEST_F(Discovery, FloodAndForeignAnswersAreCountedAndEndNothing) {
     EXPECT_GT(objResult.RefusedAnswers, 100U);
     EXPECT_GT(objResult.Devices.size(), 100U);
     EXPECT_EQ(objResult.Devices.front().Mac, kMac);
+}
+
+TEST_F(Discovery, DatagramsThatAreDroppedHoldNobodyInAReceive) {
+    Plug("eth0", "10.1.0.1/24", "10.1.0.2/24");
+    const CUdpSocket objNear(FindAdapter("eth0").value());
+    m_pFar->Do([&] {
+        const CUdpSocket objFar(FindAdapter("far-eth0").value());
+        const std::array<std::byte, 8> arrLong{};
+        for (int i = 0; i < 100; ++i) {
+            EXPECT_EQ(objFar.SendTo(MakeIPv4(10, 1, 0, 1), objNear.GetLocalPort(), arrLong), 0);
+        }
+        EXPECT_EQ(objFar.SendTo(MakeIPv4(10, 1, 0, 1), objNear.GetLocalPort(), std::span(arrLong).first(4)), 0);
+    });
+    std::array<std::byte, 4> arrBuffer;
+    ASSERT_TRUE(WaitReadable({objNear.GetDescriptor()}, Clock::now() + 1s));
+    EXPECT_FALSE(objNear.Receive(arrBuffer));
+    EXPECT_TRUE(objNear.Receive(arrBuffer)) << "behind those that were dropped";
 }
 
 TEST_F(Discovery, CamerasThatNobodyReachesHoldUpNothing) {

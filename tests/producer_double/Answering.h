@@ -1,9 +1,7 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_ANSWERING_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_ANSWERING_H
+#pragma once
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 #include "GenTL/GenTL.h"
 #include "tests/producer_double/ProducerControl.h"
@@ -36,5 +34,3 @@ inline void PutBool(const TARGET& objTarget, bool bValue) {
 void PutAnswer(const TARGET& objTarget, const ANSWER& objAnswer);
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,12 +1,10 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_CALL_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_CALL_H
+#pragma once
 
 #include <array>
 #include <cstdint>
 #include <new>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 
 #include "tests/producer_double/Answering.h"
@@ -105,5 +103,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

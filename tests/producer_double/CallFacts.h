@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_CALLFACTS_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_CALLFACTS_H
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -20,5 +19,3 @@ protected:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_DESCRIPTION_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_DESCRIPTION_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -33,5 +32,3 @@ std::string WriteDescription(const std::string& strModel, const std::string& str
                              const std::vector<FEATURE>& vecFeature);
 
 }  // namespace ProducerDouble
-
-#endif

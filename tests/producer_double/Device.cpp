@@ -39,11 +39,6 @@ bool ParseIp(const std::string& strText, std::uint32_t& nIp) {
     return p == pEnd;
 }
 
-std::string IpText(std::uint32_t nIp) {
-    return std::to_string(nIp >> 24) + "." + std::to_string((nIp >> 16) & 0xFF) + "." +
-           std::to_string((nIp >> 8) & 0xFF) + "." + std::to_string(nIp & 0xFF);
-}
-
 // The camera.
 
 CRemotePort::CRemotePort(CONTEXT& objContext, const std::string& strDevice)
@@ -119,11 +114,6 @@ IDeviceControl& CDevice::Address(GEV_ADDRESS objAddress) {
     const LOCK lock = _Enter();
     m_objAddress = objAddress;
     return *this;
-}
-
-GEV_ADDRESS CDevice::Address() const {
-    const LOCK lock = _Enter();
-    return m_objAddress;
 }
 
 IDeviceControl& CDevice::Identity(std::string strVendor, std::string strModel, std::string strSerialNumber) {

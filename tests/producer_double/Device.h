@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_DEVICE_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_DEVICE_H
+#pragma once
 
 #include <memory>
 #include <string>
@@ -40,7 +39,6 @@ public:
     IStreamControl& AddStream(std::string strId) override;
     IStreamControl& Stream(const std::string& strId) override;
     IDeviceControl& Address(GEV_ADDRESS objAddress) override;
-    GEV_ADDRESS Address() const override;
     IDeviceControl& Identity(std::string strVendor, std::string strModel, std::string strSerialNumber) override;
     IDeviceControl& Version(std::string strVersion) override;
     IDeviceControl& UserId(std::string strUserId) override;
@@ -85,8 +83,5 @@ private:
 
 /// "192.168.1.7" @return false if the text is no dotted address
 bool ParseIp(const std::string& strText, std::uint32_t& nIp);
-std::string IpText(std::uint32_t nIp);
 
 }  // namespace ProducerDouble
-
-#endif

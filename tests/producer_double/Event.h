@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_EVENT_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_EVENT_H
+#pragma once
 
 #include <cstdint>
 #include <deque>
@@ -83,5 +82,3 @@ private:
 BYTES RemoteEventRecord(std::uint64_t nId, std::span<const std::byte> value);
 
 }  // namespace ProducerDouble
-
-#endif

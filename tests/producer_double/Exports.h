@@ -1,8 +1,5 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_EXPORTS_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_EXPORTS_H
+#pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
 #include "tests/producer_double/Call.h"
@@ -31,5 +28,3 @@ TModule& Opened(CProducer& objProducer, void* h) {
 }
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,7 +1,5 @@
 // The library, the system module and the interface module.
 
-#include <vector>
-
 #include "tests/producer_double/Exports.h"
 
 using namespace ProducerDouble;

@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_GENTLERROR_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_GENTLERROR_H
+#pragma once
 
 #include <string>
 
@@ -25,5 +24,3 @@ private:
 }
 
 }  // namespace ProducerDouble
-
-#endif

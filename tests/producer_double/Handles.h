@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_HANDLES_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_HANDLES_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -63,5 +62,3 @@ struct CONTEXT {
 };
 
 }  // namespace ProducerDouble
-
-#endif

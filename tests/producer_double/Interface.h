@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_INTERFACE_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_INTERFACE_H
+#pragma once
 
 #include <memory>
 #include <optional>
@@ -53,5 +52,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

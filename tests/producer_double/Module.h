@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_MODULE_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_MODULE_H
+#pragma once
 
 #include <map>
 #include <memory>
@@ -63,5 +62,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_MONITOR_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_MONITOR_H
+#pragma once
 
 #include <condition_variable>
 #include <mutex>
@@ -21,5 +20,3 @@ struct MONITOR {
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
-#include <cstring>
 #include <stdexcept>
 
 #include "tests/producer_double/GenTLError.h"
@@ -126,15 +125,6 @@ std::int64_t CPort::Integer(const std::string& strName) const {
     for (const std::byte b : vecBytes)
         nValue = (nValue << 8) | static_cast<std::uint64_t>(b);
     return static_cast<std::int64_t>(nValue);
-}
-
-std::string CPort::Text(const std::string& strName) const {
-    const LOCK lock = m_objMonitor.Enter();
-    const FEATURE& objFeature = __Find(strName);
-    std::string strText(objFeature.nLength, '\0');
-    m_objRegisters.Read(objFeature.nAddress, std::as_writable_bytes(std::span(strText)));
-    strText.resize(strText.find('\0') == std::string::npos ? strText.size() : strText.find('\0'));
-    return strText;
 }
 
 IPortControl& CPort::SetInteger(const std::string& strName, std::int64_t nValue) {

@@ -1,9 +1,7 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_PORT_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_PORT_H
+#pragma once
 
 #include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -33,7 +31,6 @@ public:
                                  std::vector<std::pair<std::string, std::int64_t>> vecEntry) override;
     IPortControl& RemoveFeature(const std::string& strName) override;
     std::int64_t Integer(const std::string& strName) const override;
-    std::string Text(const std::string& strName) const override;
     IPortControl& SetInteger(const std::string& strName, std::int64_t nValue) override;
     IPortControl& SetText(const std::string& strName, std::string_view strValue) override;
     std::uint64_t AddressOf(const std::string& strName) const override;
@@ -86,5 +83,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

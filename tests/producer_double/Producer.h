@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCER_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCER_H
+#pragma once
 
 #include <memory>
 #include <optional>
@@ -82,5 +81,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCERCONTROL_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCERCONTROL_H
+#pragma once
 
 #include <chrono>
 #include <cstddef>
@@ -133,7 +132,6 @@ public:
     virtual IPortControl& RemoveFeature(const std::string& strName) = 0;
 
     virtual std::int64_t Integer(const std::string& strName) const = 0;
-    virtual std::string Text(const std::string& strName) const = 0;
     virtual IPortControl& SetInteger(const std::string& strName, std::int64_t nValue) = 0;
     virtual IPortControl& SetText(const std::string& strName, std::string_view strValue) = 0;
     virtual std::uint64_t AddressOf(const std::string& strName) const = 0;
@@ -199,7 +197,6 @@ public:
     virtual IStreamControl& Stream(const std::string& strId = "stream-0") = 0;
 
     virtual IDeviceControl& Address(GEV_ADDRESS objAddress) = 0;
-    virtual GEV_ADDRESS Address() const = 0;
     virtual IDeviceControl& Identity(std::string strVendor, std::string strModel, std::string strSerialNumber) = 0;
     virtual IDeviceControl& Version(std::string strVersion) = 0;
     virtual IDeviceControl& UserId(std::string strUserId) = 0;
@@ -276,5 +273,3 @@ using PGetProducerControl = IProducerControl* (*)();
 inline constexpr const char* kControlEntry = "GetProducerControl";
 
 }  // namespace ProducerDouble
-
-#endif

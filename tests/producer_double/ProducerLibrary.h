@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCERLIBRARY_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_PRODUCERLIBRARY_H
+#pragma once
 
 #include <string>
 
@@ -42,5 +41,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

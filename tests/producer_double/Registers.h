@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_REGISTERS_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_REGISTERS_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -31,5 +30,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_RULE_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_RULE_H
+#pragma once
 
 #include <chrono>
 #include <cstdint>
@@ -67,5 +66,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

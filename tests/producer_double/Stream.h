@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_STREAM_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_STREAM_H
+#pragma once
 
 #include <deque>
 #include <memory>
@@ -82,5 +81,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -1,7 +1,5 @@
 #include "tests/producer_double/System.h"
 
-#include <algorithm>
-
 namespace ProducerDouble {
 
 namespace {

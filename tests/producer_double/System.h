@@ -1,5 +1,4 @@
-#ifndef NORVIK_TESTS_PRODUCER_DOUBLE_SYSTEM_H
-#define NORVIK_TESTS_PRODUCER_DOUBLE_SYSTEM_H
+#pragma once
 
 #include <memory>
 #include <optional>
@@ -42,5 +41,3 @@ private:
 };
 
 }  // namespace ProducerDouble
-
-#endif

@@ -56,12 +56,14 @@ public:
         int nAlive = 0;
         int nCalls = 0;
         std::string strNode;
+        std::function<void()> fnThen = [] {};
     };
 
     explicit CCountingCallback(COUNTS& objCounts) : m_objCounts(objCounts) { ++m_objCounts.nAlive; }
     ~CCountingCallback() override { --m_objCounts.nAlive; }
     void OnFeatureChanged(GenApi_3_0::INode* pNode) override {
         ++m_objCounts.nCalls;
+        m_objCounts.fnThen();
         m_objCounts.strNode = pNode->GetName().str();
     }
     IFeatureCallback* Clone() override { return std::make_unique<CCountingCallback>(m_objCounts).release(); }
@@ -290,10 +292,14 @@ TEST_F(FeatureControl, CloneOfACallbackHearsOfEachChangeUntilItIsUnregistered) {
     EXPECT_EQ(objCounts.strNode, "Width");
     EXPECT_TRUE(CFeatureControlInspection::IsRegistered(*m_pControl, "Width", pHandle));
     EXPECT_FALSE(CFeatureControlInspection::IsRegistered(*m_pControl, "Gain", pHandle));
-    Control().UnregisterFeatureCallback(pHandle);
-    EXPECT_EQ(objCounts.nAlive, 0);
+    objCounts.fnThen = [&] {
+        Control().UnregisterFeatureCallback(pHandle);
+        EXPECT_EQ(objCounts.nAlive, 1) << "it lives until its own call returns";
+    };
     Control().DoSetInt("Width", 48);
-    EXPECT_EQ(objCounts.nCalls, 1);
+    EXPECT_EQ(objCounts.nAlive, 0);
+    Control().DoSetInt("Width", 64);
+    EXPECT_EQ(objCounts.nCalls, 2);
     EXPECT_FALSE(CFeatureControlInspection::IsRegistered(*m_pControl, "Width", pHandle));
 }
 

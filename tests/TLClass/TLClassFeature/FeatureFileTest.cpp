@@ -132,6 +132,14 @@ TEST_F(FeatureFile, RefusedValuesAreToldAndStopNothing) {
         Replaced(Replaced(Saved(), "RemoteA\t0", "RemoteA\t101\nGone\t1"), "StreamB\t0", "StreamB\t7");
     EXPECT_THAT(Load(strText), ElementsAre(HasSubstr("RemoteA"), HasSubstr("Gone")));
     EXPECT_EQ(Stream.Port.NumberAt(4), 7U);
+
+    Local.Port.FailFromNowOn(true);
+    Local.Map._InvalidateNodes();
+    std::ostringstream stream;
+    std::vector<std::string> vecError;
+    File.Save(stream, &vecError);
+    EXPECT_THAT(vecError, ElementsAre("LocalA: the port fails", "LocalB: the port fails"));
+    EXPECT_THAT(stream.str(), HasSubstr("StreamB\t7"));
 }
 
 TEST_F(FeatureFile, LastLineNeedsNoEnd) {

@@ -5,7 +5,6 @@
 #include <future>
 #include <span>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>

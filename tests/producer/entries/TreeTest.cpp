@@ -2,26 +2,22 @@
 
 #include "tests/producer/entries/TreeTest.h"
 
-#include <atomic>
 #include <chrono>
 #include <exception>
 #include <future>
 #include <optional>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include <boost/pointer_cast.hpp>
 #include <gtest/gtest.h>
 
-#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/GevInterface.h"
 #include "TLClass/TLClassMain/GevUpdateAgency.h"
 #include "TLClass/TLClassMain/IDataStream.h"
 #include "TLClass/TLClassMain/IDevice.h"
-#include "support/Event.h"
 #include "tests/camera/RunningCamera.h"
 #include "tests/producer/entries/NodeMapReader.h"
 
@@ -116,17 +112,6 @@ TEST_F(ProducerTree, ListsACameraWithItsRecordsInEitherMode) {
     objAgency.DoLimitedBroadcastUpdate(200, 1, &bChanged);
     EXPECT_TRUE(Interface(0)->GetDeviceList().empty());
 }
-
-/// Signals its one event when the camera goes; clones share it.
-class COfflineSignal : public IDeviceOfflineCallback {
-public:
-    explicit COfflineSignal(CEvent& objEvent) : m_objEvent(objEvent) {}
-    IEventCallback* Clone() override { return new COfflineSignal(*this); }
-    void OnDeviceOffline() override { m_objEvent.Signal(); }
-
-private:
-    CEvent& m_objEvent;
-};
 
 TEST_F(ProducerTree, OpensACameraUntilItGoesAndAgainWhenItIsBack) {
     constexpr std::uint32_t kLongEnoughMs = 5000;

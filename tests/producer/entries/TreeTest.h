@@ -6,14 +6,27 @@
 #include <boost/pointer_cast.hpp>
 #include <gtest/gtest.h>
 
+#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/GevInterface.h"
 #include "TLClass/TLClassMain/GevTL.h"
 #include "TLClass/TLClassMain/TLManager.h"
 #include "support/Environment.h"
+#include "support/Event.h"
 #include "tests/TLClass/TemporaryDirectory.h"
 #include "tests/camera/RunningCamera.h"
 #include "tests/producer/entries/ProducerTest.h"
+
+/// Signals its one event when the camera goes; clones share it.
+class COfflineSignal : public IDeviceOfflineCallback {
+public:
+    explicit COfflineSignal(CEvent& objEvent) : m_objEvent(objEvent) {}
+    IEventCallback* Clone() override { return new COfflineSignal(*this); }
+    void OnDeviceOffline() override { m_objEvent.Signal(); }
+
+private:
+    CEvent& m_objEvent;
+};
 
 /// The module tree on the bundled producer, with its interfaces listed: the first is eth0, the second eth1.
 class ProducerTree : public ProducerTest {

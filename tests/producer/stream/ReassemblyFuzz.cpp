@@ -72,7 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
         vecPacket.shrink_to_fit();
         objReassembly.TakePacket(vecPacket, objNow);
         if ((pData[i + 1] & 1) != 0) {
-            objReassembly.Service(objNow);
+            objReassembly.Service(objNow, objNow);
         }
         i += 2 + nHead;
     }
@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
             std::abort();
         }
         objNow = std::max(objNow + std::chrono::microseconds(1), objReassembly.GetNextDue().value());
-        objReassembly.Service(objNow);
+        objReassembly.Service(objNow, objNow);
     }
     if (!objSink.IsEmpty()) {
         std::abort();

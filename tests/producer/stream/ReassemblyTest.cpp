@@ -126,6 +126,24 @@ TEST(Reassembly, ReorderedPacketsAreNotAskedFor) {
     ExpectAllExact(objStream, 20);
 }
 
+TEST(Reassembly, PacketsThatWaitedWhileTheReceiverWasHeldUpAreNeitherAskedForNorGivenUp) {
+    CSimulatedStream objStream({}, {});
+    const auto vecPacket = objStream.MakeFrame(1);
+    for (std::size_t i = 0; i < 100; ++i) {
+        if (i != 90) {
+            objStream.Deliver(vecPacket[i]);
+        }
+    }
+    const auto objSeen = objStream.m_objNow;
+    objStream.m_objNow += 2s;
+    objStream.Reassembly().Service(objStream.m_objNow, objSeen);
+    objStream.Deliver(vecPacket[90]);
+    std::for_each(vecPacket.begin() + 100, vecPacket.end(),
+                  [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    ExpectAllExact(objStream, 1);
+    EXPECT_EQ(objStream.m_nRequests, 0U);
+}
+
 TEST(Reassembly, CameraThatStopsInAFrameGetsAFewRequestsAndTheFrameIsDelivered) {
     CSimulatedStream objStream({.AnswersResends = false}, {});
     const auto vecPacket = objStream.MakeFrame(1);
@@ -219,7 +237,7 @@ TEST(Reassembly, FirstAndLastPacketOfAWrongSizeAreAskedForAgain) {
         vecPacket[nPacketID].resize(nWrong);
         std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
         objStream.m_objNow += 6ms;
-        objStream.Reassembly().Service(objStream.m_objNow);
+        objStream.Reassembly().Service(objStream.m_objNow, objStream.m_objNow);
         EXPECT_EQ(objStream.m_nRequests, 1U);
         objStream.Deliver(objStream.MakeFrame(1, true)[nPacketID]);
         ExpectAllExact(objStream, 1);

@@ -70,7 +70,7 @@ std::vector<CSimulatedStream::Packet> CSimulatedStream::MakeFrame(std::uint64_t 
 void CSimulatedStream::Deliver(const Packet& arrPacket) {
     m_objNow += 12us;  // 1500 bytes at 1 Gb/s
     m_pReassembly->TakePacket(arrPacket, m_objNow);
-    m_pReassembly->Service(m_objNow);
+    m_pReassembly->Service(m_objNow, m_objNow);
 }
 
 void CSimulatedStream::Send(std::size_t nFrames, const std::function<bool(std::size_t, std::size_t)>& funLoses) {
@@ -92,14 +92,14 @@ void CSimulatedStream::Send(std::size_t nFrames, const std::function<bool(std::s
         const auto objDue = m_pReassembly->GetNextDue();
         m_objNow = std::max(m_objNow, m_deqResend.empty() ? *objDue : m_deqResend.front().At);
         AnswerResends(funLoses);
-        m_pReassembly->Service(m_objNow);
+        m_pReassembly->Service(m_objNow, m_objNow);
     }
 }
 
 void CSimulatedStream::Settle() {
     while (!m_pReassembly->IsIdle()) {
         m_objNow = std::max(m_objNow, m_pReassembly->GetNextDue().value());
-        m_pReassembly->Service(m_objNow);
+        m_pReassembly->Service(m_objNow, m_objNow);
     }
 }
 
