@@ -111,15 +111,15 @@ void MakeTrouble(PLAYGROUND& objPlayground, CChance objChance) {
 
 void LetOthersVisit(PLAYGROUND& objPlayground, int nCamera, CChance objChance) {
     const std::string strProgram = std::filesystem::read_symlink("/proc/self/exe").string();
-    const std::string strCommand =
-        '\'' + strProgram + "' --other " + std::to_string(nCamera) + " --inside '" + GetNetworkNamespace() + '\'';
+    const std::string strCommand = " '" + strProgram + "' --other " + std::to_string(nCamera) + " --inside '" +
+                                   GetNetworkNamespace() + "' 2>&3 3>&-";
     while (!objPlayground.Stop) {
         const bool bKilled = objChance.OneIn(3);
-        const std::string strLimit = bKilled ? "0." + std::to_string(objChance.Between(3, 9)) : "60";
+        // Its own words come through, the shell's about those that are killed don't.
+        std::string strLine = "exec 3>&2 2>/dev/null; timeout -s KILL ";
+        strLine.append(bKilled ? "0." + std::to_string(objChance.Between(3, 9)) : "60").append(strCommand);
         try {
-            // Its own words come through, the shell's about those that are killed don't.
-            objPlayground.Network.GetMachine().Run("exec 3>&2 2>/dev/null; timeout -s KILL " + strLimit + ' ' +
-                                                   strCommand + " 2>&3 3>&-");
+            objPlayground.Network.GetMachine().Run(strLine);
         } catch (const std::runtime_error& objError) {
             objPlayground.Book.Expect(bKilled, std::string("another application ") + objError.what());
         }
