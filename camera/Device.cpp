@@ -139,11 +139,14 @@ void CDevice::SetDefaults() {
         if (objFeature.IsPart()) {
             continue;
         }
-        if (objFeature.Kind == EKind::Float) {
-            m_objRegisters.SetFloat(objFeature.Address, static_cast<float>(objFeature.Default));
-        } else if (objFeature.Kind != EKind::Text && objFeature.Kind != EKind::Command && objFeature.Length == kWord) {
-            for (std::uint32_t i = 0; i < objFeature.SelectorCount; ++i) {
-                m_objRegisters.Set(objFeature.Address + kWord * i, static_cast<std::uint32_t>(objFeature.Default));
+        const bool bNumber =
+            objFeature.Kind != EKind::Text && objFeature.Kind != EKind::Command && objFeature.Length == kWord;
+        for (std::uint32_t i = 0; bNumber && i < objFeature.SelectorCount; ++i) {
+            const std::uint32_t nAddress = objFeature.Address + kWord * i;
+            if (objFeature.Kind == EKind::Float) {
+                m_objRegisters.SetFloat(nAddress, static_cast<float>(objFeature.Default));
+            } else {
+                m_objRegisters.Set(nAddress, static_cast<std::uint32_t>(objFeature.Default));
             }
         }
     }
