@@ -79,7 +79,9 @@ CControlDialogue::CControlDialogue(const ADAPTER& objAdapter, std::uint32_t nCam
 
 OUTCOME CControlDialogue::Ask(std::span<std::byte> objQuestion, const ASKING& objAsking, gev::GvcpBuffer& arrAnswer) {
     OUTCOME objOutcome;
-    const CControlTurn::CHolder objTurn(m_objTurn, objAsking.IsHeartbeat, objAsking.Deadline);
+    const auto objTurn = objAsking.Deadline == Clock::time_point::max()
+                             ? CControlTurn::CHolder(m_objTurn)
+                             : CControlTurn::CHolder(m_objTurn, objAsking.Deadline);
     if (!objTurn.HasTurn()) {
         objOutcome.Kind = OUTCOME::KIND::NoTurn;
         return objOutcome;

@@ -21,8 +21,8 @@ struct ASKING {
     std::chrono::milliseconds AnswerTimeout{};
     std::uint32_t Repeats = 0;
     std::chrono::milliseconds LongestPending{};
-    Clock::time_point Deadline = Clock::time_point::max();  ///< ends it, whatever else is left
-    bool IsHeartbeat = false;                               ///< goes first
+    Clock::time_point Deadline = Clock::time_point::max();  ///< ends it, whatever else is left; with one it goes first
+    bool IsHeartbeat = false;                               ///< patience that the camera asks for is no sign of it
     bool EvenWhenClosing = false;                           ///< gives the privilege back
 };
 

@@ -7,16 +7,17 @@
 
 namespace producer {
 
-/// Lets one question at a time onto a control channel. The heartbeat goes before all others who wait, so that a busy
-/// application doesn't starve it. Any thread may call.
+/// Lets one question at a time onto a control channel. Those with a deadline, as the heartbeat, go before all others
+/// who wait, so that a busy application doesn't starve them. Any thread may call.
 class CControlTurn {
 public:
     /// Held by a question from its construction to its destruction.
     class CHolder {
     public:
-        /// Waits for its turn until the deadline. Look with HasTurn whether it came in time.
-        CHolder(CControlTurn& objTurn, bool bHeartbeat, Clock::time_point objDeadline)
-            : m_pTurn((bHeartbeat ? objTurn.TakeFirst(objDeadline) : objTurn.Take(objDeadline)) ? &objTurn : nullptr) {}
+        explicit CHolder(CControlTurn& objTurn) : m_pTurn(&objTurn) { objTurn.Take(); }
+        /// Goes first. Look with HasTurn whether it came in time.
+        CHolder(CControlTurn& objTurn, Clock::time_point objDeadline)
+            : m_pTurn(objTurn.TakeFirst(objDeadline) ? &objTurn : nullptr) {}
         ~CHolder() {
             if (m_pTurn != nullptr) {
                 m_pTurn->Give();
@@ -32,15 +33,15 @@ public:
     };
 
 private:
-    bool Take(Clock::time_point objDeadline);
+    void Take();
     bool TakeFirst(Clock::time_point objDeadline);
     void Give();
 
     std::mutex m_mtxTurn;  // guards all below
     std::condition_variable m_objFree;
     bool m_bTaken = false;
-    bool m_bHeartbeatWaits = false;
     int m_nWaiting = 0;
+    int m_nFirst = 0;  // of these, those that go first
 };
 
 }  // namespace producer

@@ -17,6 +17,7 @@
 #include "producer/ProducerError.h"
 #include "producer/wire/AdapterSocket.h"
 #include "producer/wire/ControlChannel.h"
+#include "producer/wire/ControlTurn.h"
 #include "producer/wire/SocketDescriptor.h"
 #include "tests/producer/Cable.h"
 #include "tests/producer/ScriptedCamera.h"
@@ -270,6 +271,18 @@ TEST_F(ControlChannel, HeartbeatFollowsAWriteToItsRegister) {
     EXPECT_EQ(pChannel->GetHeartbeatTimeout(), 500ms);  // less counts as this
     m_pCamera->SetSilent(true);
     EXPECT_EQ(AwaitLoss(800ms), CONTROL_LOSS::NoAnswer);
+}
+
+TEST(ControlTurn, ThatIsNotGivenInTimeIsNotTakenAndTheOthersGoOn) {
+    CControlTurn objTurn;
+    std::thread objOther;
+    {
+        const CControlTurn::CHolder objHolder(objTurn);
+        objOther = std::thread([&] { const CControlTurn::CHolder objNext(objTurn); });
+        EXPECT_FALSE(CControlTurn::CHolder(objTurn, Clock::now() + 20ms).HasTurn());
+    }
+    objOther.join();
+    EXPECT_TRUE(CControlTurn::CHolder(objTurn, Clock::now() + 1s).HasTurn());
 }
 
 TEST_F(ControlChannel, AdapterThatGoesForGoodIsALossAndACleanClose) {
