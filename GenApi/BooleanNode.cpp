@@ -66,13 +66,11 @@ gcstring CBooleanNode::ToString(bool Verify, bool IgnoreCache) {
 }
 
 void CBooleanNode::FromString(const gcstring& ValueStr, bool Verify) {
-    const std::string_view strText = TrimXmlSpace(ValueStr.view());
-    const bool bOn = strText == "1" || strText == "true" || strText == "True" || strText == "TRUE";
-    const bool bOff = strText == "0" || strText == "false" || strText == "False" || strText == "FALSE";
-    if (!bOn && !bOff) {
+    const auto bOn = ParseBoolean(ValueStr.view());
+    if (!bOn) {
         Throw<InvalidArgumentException>(Subject() + ": '" + ValueStr.str() + "' stands neither for on nor for off");
     }
-    SetValue(bOn, Verify);
+    SetValue(*bOn, Verify);
 }
 
 bool CBooleanNode::IsValueCacheValid() const {

@@ -55,6 +55,61 @@ void Delist(CallbackHandleType hCallback) {
     objRegistry.Living.erase(hCallback);
 }
 
+/// Which thread waits for the end of which callback.
+struct WAIT_REGISTRY {
+    std::mutex Lock;  // guards the member below; taken before the lock of a callback
+    std::unordered_map<std::thread::id, CRegisteredCallback*> Waiting;
+};
+
+WAIT_REGISTRY& Waits() {
+    static auto* const s_pWaits = new WAIT_REGISTRY;
+    return *s_pWaits;
+}
+
+/// Whether the callback runs on threads that wait, each for the next one's callback, for one that this thread runs.
+/// With the lock of the waits held.
+bool LeadsBackToThisThread(CRegisteredCallback& objCallback) {
+    std::vector<CRegisteredCallback*> vecSeen{&objCallback};
+    for (std::size_t i = 0; i < vecSeen.size(); ++i) {
+        const std::lock_guard objLock(vecSeen[i]->m_csRun);
+        for (const std::thread::id nRunner : vecSeen[i]->m_vecRunner) {
+            if (i > 0 && nRunner == std::this_thread::get_id()) {
+                return true;
+            }
+            const auto it = Waits().Waiting.find(nRunner);
+            if (it != Waits().Waiting.end() && std::find(vecSeen.begin(), vecSeen.end(), it->second) == vecSeen.end()) {
+                vecSeen.push_back(it->second);
+            }
+        }
+    }
+    return false;
+}
+
+/// Notes what this thread waits for, unless that would close a circle of threads that wait for each other.
+class CWaitNote {
+public:
+    explicit CWaitNote(CRegisteredCallback& objCallback) {
+        const std::lock_guard objLock(Waits().Lock);
+        m_bMayWait = !LeadsBackToThisThread(objCallback);
+        if (m_bMayWait) {
+            Waits().Waiting.emplace(std::this_thread::get_id(), &objCallback);
+        }
+    }
+    ~CWaitNote() {
+        if (m_bMayWait) {
+            const std::lock_guard objLock(Waits().Lock);
+            Waits().Waiting.erase(std::this_thread::get_id());
+        }
+    }
+    CWaitNote(const CWaitNote&) = delete;
+    CWaitNote& operator=(const CWaitNote&) = delete;
+
+    bool MayWait() const { return m_bMayWait; }
+
+private:
+    bool m_bMayWait = false;
+};
+
 /// Notes for Retire that this thread runs the callback.
 class CRunnerNote {
 public:
@@ -142,13 +197,21 @@ void CCallbackTable::Run(CRegisteredCallback& objCallback) {
 }
 
 void CCallbackTable::Retire(CRegisteredCallback& objCallback) {
-    std::unique_lock objLock(objCallback.m_csRun);
-    objCallback.m_bRetired = true;
     const auto OnlyThisThread = [&objCallback] {
         return std::all_of(objCallback.m_vecRunner.begin(), objCallback.m_vecRunner.end(),
                            [](std::thread::id nThread) { return nThread == std::this_thread::get_id(); });
     };
-    objCallback.m_objIdle.wait(objLock, OnlyThisThread);
+    std::unique_lock objLock(objCallback.m_csRun);
+    objCallback.m_bRetired = true;
+    if (OnlyThisThread()) {
+        return;
+    }
+    objLock.unlock();
+    if (const CWaitNote objNote(objCallback); objNote.MayWait()) {
+        objLock.lock();
+        objCallback.m_objIdle.wait(objLock, OnlyThisThread);
+        objLock.unlock();  // before the note's own lock
+    }
 }
 
 CCallbackTable::Pin CCallbackTable::Find(CallbackHandleType hCallback) {

@@ -34,8 +34,9 @@ public:
 
     /// Calls it unless it was deregistered in the meantime. Needs no lock.
     static void Run(CRegisteredCallback& objCallback);
-    /// Stops it from being called, and waits until it runs on no other thread. Must be called without the lock, since
-    /// a callback that runs outside the lock may want it.
+    /// Stops it from being called, and waits until it runs on no other thread, unless that thread waits in turn for a
+    /// callback that this one runs. Must be called without the lock, since a callback that runs outside the lock may
+    /// want it.
     static void Retire(CRegisteredCallback& objCallback);
     /// Null if the handle isn't a living one.
     static Pin Find(CallbackHandleType hCallback);

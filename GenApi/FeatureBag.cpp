@@ -7,6 +7,7 @@
 
 #include "GenApi/Command.h"
 #include "GenApi/CommandBracket.h"
+#include "GenApi/FeatureComparison.h"
 #include "GenApi/FeatureErrors.h"
 #include "GenApi/FeatureStore.h"
 #include "GenApi/GCException.h"
@@ -117,6 +118,21 @@ bool CFeatureBag::LoadFromBag(INodeMap* pNodeMap, bool bVerify, gcstring_vector*
     }
     objBracket.End();
     return objErrors.IsEmpty();
+}
+
+std::vector<FEATURE_DIFFERENCE> CFeatureBag::CompareWith(INodeMap* pNodeMap, gcstring_vector* pErrorList) const {
+    CheckNodeMap(pNodeMap);
+    const AutoLock objLock(pNodeMap->GetLock());
+    CFeatureErrors objErrors(pErrorList);
+    CCommandBracket objBracket(*pNodeMap, "DeviceFeaturePersistenceStart", "DeviceFeaturePersistenceEnd", objErrors);
+    CFeatureComparison objComparison(objErrors);
+    for (std::size_t i = 0; i < m_vecName.size(); ++i) {
+        objErrors.Try(m_vecName[i].view(),
+                      [&] { objComparison.Take(SettingOf(*pNodeMap, m_vecName[i]), m_vecValue[i].str()); });
+    }
+    std::vector<FEATURE_DIFFERENCE> vecDifference = objComparison.End();
+    objBracket.End();
+    return vecDifference;
 }
 
 std::ostream& operator<<(std::ostream& stream, const CFeatureBag& objBag) {

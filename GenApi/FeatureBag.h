@@ -2,8 +2,10 @@
 
 #include <istream>
 #include <ostream>
+#include <vector>
 
 #include "GenApi/FeatureBagLimits.h"
+#include "GenApi/FeatureDifference.h"
 #include "GenApi/Types.h"
 
 namespace GenApi_3_0 {
@@ -13,15 +15,16 @@ class INodeMap;
 /// The settings of a node map as a list of names and values, in an order in which they can be written back.
 ///
 /// A value that belongs to selectors stands behind lines that set these, once for each of their values, and behind the
-/// last of them the selectors are put back to what they were. A value is one line of text: numbers without regard to
+/// last of them the selectors are put back to what they were. A selector's line is a setting like any other, so the
+/// lines mean what they do only in their order, and the last one of a selector is its own value. A value is one line of text: numbers without regard to
 /// any locale and exact, enumerations by their entry's name, registers as bytes in hexadecimal.
 ///
-/// A plain value without a lock. StoreToBag and LoadFromBag hold the node map's lock from their first access to their
-/// last, so that no other thread moves a selector in between; callbacks run within.
+/// A plain value without a lock. StoreToBag, LoadFromBag and CompareWith hold the node map's lock from their first
+/// access to their last, so that no other thread moves a selector in between; callbacks run within.
 class CFeatureBag {
 public:
     /// Fills the bag with the features that are streamable and can be read and written now, and takes the node map's
-    /// device name for its own. What it held before is gone. Selectors are moved and put back.
+    /// device name for its own. What is locked while images are taken is therefore missing from a bag stored then. What it held before is gone. Selectors are moved and put back.
     /// @param nMaxPersistSets  stop after so many values of its selectors for each feature; -1 for no such limit
     /// @param pErrorList       gets a text for each feature that couldn't be stored, or not for all values of its
     ///                         selectors (see kMaxSelectorCombinations), behind those it holds; may be null
@@ -39,6 +42,13 @@ public:
     /// @return false if a value couldn't be written
     /// @throws InvalidArgumentException  no node map; besides what the port threw, as StoreToBag
     bool LoadFromBag(INodeMap* pNodeMap, bool bVerify = true, gcstring_vector* pErrorList = nullptr);
+
+    /// Holds the bag against what the device has now, setting by setting, and changes none: selectors are moved and put
+    /// back. Values that can be read now are compared, whether they could be written or not.
+    /// @param pErrorList  one text for each value that couldn't be compared is appended to it; may be null
+    /// @return the settings that LoadFromBag would try to change
+    /// @throws InvalidArgumentException  no node map; besides what the port threw, as StoreToBag
+    std::vector<FEATURE_DIFFERENCE> CompareWith(INodeMap* pNodeMap, gcstring_vector* pErrorList = nullptr) const;
 
     /// What stands in the third line of the text form. Reading a bag leaves it as it is.
     const gcstring& GetBagName() const { return m_strBagName; }

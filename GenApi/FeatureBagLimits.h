@@ -13,7 +13,8 @@ inline constexpr std::size_t kMaxSelectorCombinations = 16'384;
 /// Selectors on which one feature depends, over several levels. Real ones have three at most.
 inline constexpr std::size_t kMaxSelectorsOfFeature = 8;
 
-/// The most values read and selectors moved while one node map is stored. Large cameras need some ten thousand.
+/// The most values read, and selectors moved or looked at, while one node map is stored or compared. Large cameras need
+/// some ten thousand.
 inline constexpr std::size_t kMaxStoreSteps = 1'000'000;
 
 /// Bytes of a name in a line, and of a comment.

@@ -1,16 +1,15 @@
 #include "GenApi/FeatureStore.h"
 
-#include <algorithm>
 #include <limits>
 
 #include "GenApi/AccessMode.h"
 #include "GenApi/FeatureBagLimits.h"
 #include "GenApi/FeatureErrors.h"
 #include "GenApi/FeatureOrder.h"
+#include "GenApi/FeatureSelectors.h"
 #include "GenApi/FeatureText.h"
 #include "GenApi/GCException.h"
 #include "GenApi/Node.h"
-#include "GenApi/Selector.h"
 #include "GenApi/Value.h"
 
 namespace GenApi_3_0 {
@@ -19,16 +18,6 @@ using GenICam_3_0::RuntimeException;
 using GenICam_3_0::Throw;
 
 namespace {
-
-std::string NameOf(IValue* pValue) {
-    return pValue->GetNode()->GetName().str();
-}
-
-// Names come from the description, which may have anything in them.
-bool IsName(std::string_view strName) {
-    return !strName.empty() && strName.size() <= kMaxNameLength && strName.front() != '#' &&
-           strName.find_first_of("\t\n") == std::string_view::npos;
-}
 
 // The format has no way to write a line end within a value: whatever stood for it could be meant as it stands.
 void CheckValue(std::string_view strValue) {
@@ -90,7 +79,7 @@ void CFeatureStore::Run() {
     std::size_t nFirst = 0;
     // Features that follow each other under the same selectors are stored together, so that these move once for all.
     for (std::size_t i = 0; i < vecFeature.size(); ++i) {
-        std::vector<IValue*> vecOwnSelector = SelectorsOf(vecFeature[i]);
+        std::vector<IValue*> vecOwnSelector = SelectorsToMove(vecFeature[i]);
         if (vecOwnSelector != vecSelector) {
             StoreSelected(FeatureSpan(vecFeature).subspan(nFirst, i - nFirst), vecSelector);
             vecSelector = std::move(vecOwnSelector);
@@ -100,45 +89,14 @@ void CFeatureStore::Run() {
     StoreSelected(FeatureSpan(vecFeature).subspan(nFirst), vecSelector);
 }
 
-/// All selectors that decide what the feature's value means, each behind its own. None if there are too many.
-std::vector<IValue*> CFeatureStore::SelectorsOf(IValue* pFeature) {
-    std::vector<IValue*> vecSelector;
-    std::vector<IValue*> vecPath;
-    if (!AppendSelectors(pFeature, vecPath, vecSelector)) {
-        m_objErrors.Note(NameOf(pFeature), "It has more than " + std::to_string(kMaxSelectorsOfFeature) +
-                                               " selectors, so only its present value is stored");
-        vecSelector.clear();
+std::vector<IValue*> CFeatureStore::SelectorsToMove(IValue* pFeature) {
+    std::optional<std::vector<IValue*>> vecSelector = SelectorsOf(*pFeature, [this] { CountStep(); });
+    if (!vecSelector) {
+        m_objErrors.Note(NameOf(*pFeature), "It has more than " + std::to_string(kMaxSelectorsOfFeature) +
+                                                " selectors, so only its present value is stored");
+        return {};
     }
-    return vecSelector;
-}
-
-bool CFeatureStore::AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecPath,
-                                    std::vector<IValue*>& vecSelector) {
-    const auto IsIn = [](const std::vector<IValue*>& vecValue, const IValue* pValue) {
-        return std::find(vecValue.begin(), vecValue.end(), pValue) != vecValue.end();
-    };
-    const auto* pSelected = dynamic_cast<const ISelector*>(pFeature->GetNode());
-    if (pSelected == nullptr) {
-        return true;
-    }
-    FeatureList_t vecSelecting;
-    pSelected->GetSelectingFeatures(vecSelecting);
-    vecPath.push_back(pFeature);
-    if (vecPath.size() > kMaxSelectorsOfFeature + 1) {
-        return false;
-    }
-    for (IValue* pSelector : vecSelecting) {
-        CountStep();  // a description can let thousands of nodes select each of thousands of others
-        // Selectors may select each other in a circle, which says nothing of their order.
-        if (!IsIn(vecPath, pSelector) && !IsIn(vecSelector, pSelector) && IsName(NameOf(pSelector))) {
-            if (!AppendSelectors(pSelector, vecPath, vecSelector) || vecSelector.size() == kMaxSelectorsOfFeature) {
-                return false;
-            }
-            vecSelector.push_back(pSelector);
-        }
-    }
-    vecPath.pop_back();
-    return true;
+    return *std::move(vecSelector);
 }
 
 void CFeatureStore::StoreSelected(FeatureSpan spanFeature, const std::vector<IValue*>& vecSelector) {
@@ -153,8 +111,8 @@ void CFeatureStore::StoreSelected(FeatureSpan spanFeature, const std::vector<IVa
     m_vecName.resize(nLines);
     m_vecValue.resize(nLines);
     for (IValue* pFeature : spanFeature) {
-        m_objErrors.Note(NameOf(pFeature), "Its selectors have more than " + std::to_string(kMaxSelectorCombinations) +
-                                               " values together, so it is stored for the present ones alone");
+        m_objErrors.Note(NameOf(*pFeature), "Its selectors have more than " + std::to_string(kMaxSelectorCombinations) +
+                                                " values together, so it is stored for the present ones alone");
     }
     StartLevels(vecSelector);
     StoreUnder(0, spanFeature, false);
@@ -164,7 +122,7 @@ void CFeatureStore::StartLevels(const std::vector<IValue*>& vecSelector) {
     m_nCombinations = 0;
     m_vecLevel.clear();
     for (IValue* pSelector : vecSelector) {
-        m_vecLevel.push_back({pSelector, NameOf(pSelector), std::nullopt, std::nullopt});
+        m_vecLevel.push_back({pSelector, NameOf(*pSelector), std::nullopt, std::nullopt});
     }
 }
 
@@ -237,7 +195,7 @@ bool CFeatureStore::StoreForEach(const std::vector<std::string>& vecValue, std::
 
 void CFeatureStore::StoreFeature(IValue* pFeature) {
     CountStep();
-    const std::string strName = NameOf(pFeature);
+    const std::string strName = NameOf(*pFeature);
     m_objErrors.Try(strName, [&] {
         if (!IsSettable(pFeature)) {
             return;

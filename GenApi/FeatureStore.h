@@ -51,8 +51,7 @@ private:
     void AddSelectorLines();
     void AddLine(std::string_view strName, std::string_view strValue);
     void CountStep();
-    std::vector<IValue*> SelectorsOf(IValue* pFeature);
-    bool AppendSelectors(IValue* pFeature, std::vector<IValue*>& vecPath, std::vector<IValue*>& vecSelector);
+    std::vector<IValue*> SelectorsToMove(IValue* pFeature);
 
     const INodeMap& m_objNodeMap;
     std::size_t m_nMaxPersistSets;

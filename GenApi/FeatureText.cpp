@@ -1,14 +1,17 @@
 #include "GenApi/FeatureText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <string_view>
 
 #include "GenApi/Boolean.h"
 #include "GenApi/Enumeration.h"
 #include "GenApi/Float.h"
 #include "GenApi/Integer.h"
+#include "GenApi/IntegerText.h"
 #include "GenApi/Node.h"
 #include "GenApi/NumberText.h"
 
@@ -19,6 +22,7 @@ using TextVector = std::vector<std::string>;
 
 constexpr std::string_view kFalse = "0";
 constexpr std::string_view kTrue = "1";
+constexpr std::string_view kHexMark = "0x";
 
 std::optional<TextVector> TextsOf(IInteger& objSelector, std::size_t nMax) {
     TextVector vecText;
@@ -59,6 +63,23 @@ std::optional<TextVector> TextsOf(IEnumeration& objSelector, std::size_t nMax) {
     return vecText;
 }
 
+double OfFourBytes(double fValue) {
+    return std::abs(fValue) <= static_cast<double>(std::numeric_limits<float>::max())
+               ? static_cast<double>(static_cast<float>(fValue))
+               : fValue;
+}
+
+/// @param strExact  begins with 0x, which the other may do without
+bool AreSameDigits(std::string_view strText, std::string_view strExact) {
+    strExact.remove_prefix(kHexMark.size());
+    if (strText.starts_with("0x") || strText.starts_with("0X")) {
+        strText.remove_prefix(kHexMark.size());
+    }
+    return std::equal(strText.begin(), strText.end(), strExact.begin(), strExact.end(), [](char a, char b) {
+        return (a >= 'A' && a <= 'F' ? static_cast<char>(a - 'A' + 'a') : a) == b;
+    });
+}
+
 }  // namespace
 
 std::string ExactText(IValue& objFeature) {
@@ -72,6 +93,27 @@ std::string ExactText(IValue& objFeature) {
             return std::string(dynamic_cast<IBoolean&>(objFeature).GetValue() ? kTrue : kFalse);
         default:
             return objFeature.ToString().str();
+    }
+}
+
+bool IsSameValue(IValue& objFeature, std::string_view strText, std::string_view strExact) {
+    switch (objFeature.GetNode()->GetPrincipalInterfaceType()) {
+        case intfIInteger: {
+            const auto nValue = ParseAs(strText, dynamic_cast<IInteger&>(objFeature).GetRepresentation());
+            return nValue && FormatInteger(*nValue) == strExact;
+        }
+        case intfIFloat: {
+            const auto fValue = ParseFloat(strText);
+            return fValue && (FormatFloat(*fValue) == strExact || FormatFloat(OfFourBytes(*fValue)) == strExact);
+        }
+        case intfIBoolean:
+            return ParseBoolean(strText) == ParseBoolean(strExact);
+        case intfIRegister:
+            return AreSameDigits(TrimXmlSpace(strText), strExact);
+        case intfIString:
+            return strText == strExact;
+        default:
+            return TrimXmlSpace(strText) == strExact;
     }
 }
 

@@ -62,7 +62,9 @@ inline CallbackHandleType Register(INode* pNode, Function_NodeCallback::PFunctio
 
 /// Ends a registration. When it returns, the callback doesn't run on another thread and never will again. It may be
 /// called from inside any callback, for that one too. A caller that holds the node map's lock must not deregister a
-/// callback of the kind outside the lock that itself waits for the lock: the two would wait for each other.
+/// callback of the kind outside the lock that itself waits for the lock: the two would wait for each other. Where two
+/// callbacks outside the lock deregister each other on two threads at once, the second to ask doesn't wait, and the
+/// first may still run when it returns.
 /// @return false if the handle isn't, or is no longer, one of a living node map
 bool Deregister(CallbackHandleType hCallback);
 

@@ -1,11 +1,12 @@
 #include "GenApi/NodeMapRef.h"
 
+#include <cstddef>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "GenApi/GCException.h"
 #include "GenApi/NodeMapFactory.h"
+#include "GenApi/NodeMapLimits.h"
 
 namespace GenApi_3_0 {
 
@@ -28,7 +29,11 @@ void CNodeMapRefT<TCameraParams>::_LoadXMLFromFile(const gcstring& FileName) {
     if (!objFile) {
         Throw<RuntimeException>("The description file '" + FileName.str() + "' can't be opened");
     }
-    _LoadXMLFromString(std::string(std::istreambuf_iterator<char>(objFile), std::istreambuf_iterator<char>()));
+    // One byte more than a description may have is enough to refuse it: what is opened there may have no end.
+    std::string strText(kMaxDescriptionSize + 1, '\0');
+    objFile.read(strText.data(), static_cast<std::streamsize>(strText.size()));
+    strText.resize(static_cast<std::size_t>(objFile.gcount()));
+    _LoadXMLFromString(strText);
 }
 
 template <class TCameraParams>

@@ -21,6 +21,7 @@ public:
 
     /// @throws RuntimeException  "Node map already created"; besides what CNodeMapFactory throws
     void _LoadXMLFromString(const gcstring& XMLData);
+    /// @throws RuntimeException  the file can't be opened; besides as above
     void _LoadXMLFromFile(const gcstring& FileName);
     void _Destroy();
 

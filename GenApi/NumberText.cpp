@@ -71,6 +71,13 @@ std::optional<double> ParseFloat(std::string_view strText) {
     return ParseWhole<double>(strText, std::chars_format::general);
 }
 
+std::optional<bool> ParseBoolean(std::string_view strText) {
+    strText = TrimXmlSpace(strText);
+    const bool bOn = strText == "1" || strText == "true" || strText == "True" || strText == "TRUE";
+    const bool bOff = strText == "0" || strText == "false" || strText == "False" || strText == "FALSE";
+    return bOn || bOff ? std::optional(bOn) : std::nullopt;
+}
+
 std::string FormatInteger(std::int64_t nValue) {
     std::array<char, 24> buffer{};
     const auto objResult = std::to_chars(buffer.data(), buffer.data() + buffer.size(), nValue);

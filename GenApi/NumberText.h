@@ -20,6 +20,9 @@ std::optional<std::int64_t> ParseInteger(std::string_view strText);
 /// What ParseInteger takes, decimal fractions, exponents, INF and NaN.
 std::optional<double> ParseFloat(std::string_view strText);
 
+/// 1 or 0, true or false with or without capitals, white space around it allowed.
+std::optional<bool> ParseBoolean(std::string_view strText);
+
 std::string FormatInteger(std::int64_t nValue);
 /// Upper case behind 0x, negative values as their 64-bit pattern.
 std::string FormatHex(std::int64_t nValue);

@@ -53,7 +53,7 @@ void ForEachSaved(Function funFeature) {
 
 CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress objMAC, std::uint32_t nLinkSpeed,
                  IStreaming& objStreaming, TIME tNow)
-    : m_objStreaming(objStreaming), m_tClockStart(tNow) {
+    : m_objStreaming(objStreaming), m_objThermometer(tNow), m_tClockStart(tNow) {
     ListPlaces();
     SetRights();
     SetDefaults();
@@ -61,6 +61,7 @@ CDevice::CDevice(const CAMERA_CONFIGURATION& objConfiguration, gev::CMACAddress 
     for (std::uint32_t nSet = 0; nSet < address::kUserSetCount; ++nSet) {
         SaveUserSet(nSet);
     }
+    Advance(tNow);
     if (objConfiguration.State) {
         Restore(ParseState(*objConfiguration.State, GetState()));
     }
@@ -138,11 +139,14 @@ void CDevice::SetDefaults() {
         if (objFeature.IsPart()) {
             continue;
         }
-        if (objFeature.Kind == EKind::Float) {
-            m_objRegisters.SetFloat(objFeature.Address, static_cast<float>(objFeature.Default));
-        } else if (objFeature.Kind != EKind::Text && objFeature.Kind != EKind::Command && objFeature.Length == kWord) {
-            for (std::uint32_t i = 0; i < objFeature.SelectorCount; ++i) {
-                m_objRegisters.Set(objFeature.Address + kWord * i, static_cast<std::uint32_t>(objFeature.Default));
+        const bool bNumber =
+            objFeature.Kind != EKind::Text && objFeature.Kind != EKind::Command && objFeature.Length == kWord;
+        for (std::uint32_t i = 0; bNumber && i < objFeature.SelectorCount; ++i) {
+            const std::uint32_t nAddress = objFeature.Address + kWord * i;
+            if (objFeature.Kind == EKind::Float) {
+                m_objRegisters.SetFloat(nAddress, static_cast<float>(objFeature.Default));
+            } else {
+                m_objRegisters.Set(nAddress, static_cast<std::uint32_t>(objFeature.Default));
             }
         }
     }
@@ -266,6 +270,13 @@ EGvcpStatus CDevice::Write(std::uint32_t nAddress, std::span<const std::byte> ar
         m_objStreaming.Change(GetStreamSettings());
     }
     return EGvcpStatus::Success;
+}
+
+void CDevice::Advance(TIME tNow) {
+    m_objThermometer.Advance(tNow, m_bAcquiring);
+    for (std::uint32_t i = 0; i < address::kTemperatureCount; ++i) {
+        m_objRegisters.SetFloat(address::kDeviceTemperature + kWord * i, static_cast<float>(m_objThermometer.Get(i)));
+    }
 }
 
 void CDevice::Follow(std::uint32_t nAddress, TIME tNow) {

@@ -13,6 +13,7 @@
 #include "camera/FeatureTable.h"
 #include "camera/RegisterSpace.h"
 #include "camera/StreamSettings.h"
+#include "camera/Thermometer.h"
 #include "gev/Address.h"
 #include "gev/GvcpStatus.h"
 
@@ -35,6 +36,9 @@ public:
     /// @return as CRegisterSpace::CheckWrite; InvalidParameter for a value that a feature can't have, AccessDenied for
     ///         one that can't be changed now
     gev::EGvcpStatus Write(std::uint32_t nAddress, std::span<const std::byte> arrData, TIME tNow);
+
+    /// Brings what changes by itself up to this time. Due before anything is read, and before images begin or end.
+    void Advance(TIME tNow);
 
     /// How long writing this takes; mostly nothing.
     [[nodiscard]] std::chrono::milliseconds GetDuration(std::uint32_t nAddress,
@@ -59,6 +63,9 @@ public:
     [[nodiscard]] STREAM_SETTINGS GetStreamSettings() const;
     /// Ticks of the camera's clock, which are nanoseconds since its start or its last reset.
     [[nodiscard]] std::uint64_t GetTimestamp(TIME tNow) const;
+
+    /// Whether the sensor gets far too warm while images are taken, from the time of the last Advance on.
+    void SetOverheating(bool bOverheating) { m_objThermometer.SetOverheating(bOverheating); }
 
     /// What survives when the camera is switched off.
     [[nodiscard]] CAMERA_STATE GetState() const;
@@ -102,6 +109,7 @@ private:
     std::vector<FEATURE_PLACE> m_vecPlace;                                    // by address
     std::array<std::vector<std::byte>, address::kUserSetCount> m_arrUserSet;  // the saved features one behind the other
     std::vector<std::byte> m_vecNames;  // the right texts, while they are replaced
+    CThermometer m_objThermometer;
     TIME m_tClockStart;
     CHANNEL m_objStreamChannel;        // as the stream was told
     std::uint32_t m_nAcquisition = 0;  // the last

@@ -21,6 +21,7 @@ constexpr std::array kHelp = {
     FAULT_HELP{"denied", "every command but DISCOVERY and FORCEIP is refused"},
     FAULT_HELP{"names-without-end", "text registers are full, unterminated and no UTF-8"},
     FAULT_HELP{"flood", "whoever asked last gets a thousand unwanted answers a second"},
+    FAULT_HELP{"overheat", "the sensor passes 90 degrees Celsius within a minute of taking images"},
     FAULT_HELP{"vanish-after=N", "silent after N commands; vanish-after=Ns: after N seconds"},
     FAULT_HELP{"hostile-description=KIND",
                "length, bomb, zip, xml, url or unreadable: what is wrong with the description"},
@@ -67,7 +68,7 @@ std::uint32_t ReadNumber(std::string_view strNumber, std::string_view strText) {
 }
 
 bool* FindSwitch(FAULTS& objFaults, std::string_view strName) {
-    const std::array<std::pair<std::string_view, bool*>, 9> arrSwitch = {{
+    const std::array<std::pair<std::string_view, bool*>, 10> arrSwitch = {{
         {"pending-forever", &objFaults.PendingForever},
         {"wrong-length", &objFaults.WrongLength},
         {"garbage", &objFaults.Garbage},
@@ -76,6 +77,7 @@ bool* FindSwitch(FAULTS& objFaults, std::string_view strName) {
         {"denied", &objFaults.Denied},
         {"names-without-end", &objFaults.NamesWithoutEnd},
         {"flood", &objFaults.Flood},
+        {"overheat", &objFaults.Overheat},
         {"no-resend", &objFaults.Stream.NoResend},
     }};
     for (const auto& [strSwitch, pSwitch] : arrSwitch) {

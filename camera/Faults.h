@@ -37,6 +37,7 @@ struct FAULTS {
     bool ForeignID = false;             ///< answers carry the ID of another request
     bool Denied = false;                ///< every command but DISCOVERY and FORCEIP is refused with "access denied"
     bool NamesWithoutEnd = false;       ///< text fields are full, unterminated and no UTF-8
+    bool Overheat = false;              ///< the sensor passes 90 degrees while images are taken
     bool Flood = false;                 ///< whoever asked last gets a thousand unwanted answers a second
     std::optional<std::uint32_t> VanishAfterCommands;          ///< silent after so many commands
     std::optional<std::chrono::milliseconds> VanishAfterTime;  ///< silent so long after the faults were set

@@ -7,7 +7,9 @@ namespace camera::address {
 
 // Device control
 constexpr std::uint32_t kDeviceReset = 0xA000;
-constexpr std::uint32_t kDeviceTemperature = 0xA004;
+constexpr std::uint32_t kDeviceTemperature = 0xA004;  // one each of Sensor and Mainboard
+constexpr std::uint32_t kTemperatureCount = 2;
+constexpr std::uint32_t kDeviceTemperatureSelector = 0xA00C;
 constexpr std::uint32_t kDeviceFirmwareVersion = 0xA010;  // 16 bytes
 constexpr std::uint32_t kDeviceIndicatorMode = 0xA020;
 

@@ -39,6 +39,7 @@ constexpr std::array kPixelFormats = {
 };
 constexpr std::array kTestPatterns = {ENTRY{"Off", 0}, ENTRY{"GreyHorizontalRamp", 1}, ENTRY{"GreyVerticalRamp", 2},
                                       ENTRY{"GreyDiagonalRampMoving", 3}};
+constexpr std::array kTemperatures = {ENTRY{"Sensor", 0}, ENTRY{"Mainboard", 1}};
 constexpr std::array kIndicatorModes = {ENTRY{"Inactive", 0}, ENTRY{"Active", 1}, ENTRY{"ErrorStatus", 2}};
 constexpr std::array kAcquisitionModes = {ENTRY{"SingleFrame", 0}, ENTRY{"MultiFrame", 1}, ENTRY{"Continuous", 2}};
 constexpr std::array kAutoModes = {ENTRY{"Off", 0}, ENTRY{"Once", 1}, ENTRY{"Continuous", 2}};
@@ -51,6 +52,7 @@ constexpr std::array kEvents = {ENTRY{"ExposureEnd", 0}, ENTRY{"FrameTrigger", 1
 constexpr std::array kPrivileges = {ENTRY{"OpenAccess", 0}, ENTRY{"ExclusiveAccess", boot::kPrivilegeExclusive},
                                     ENTRY{"ControlAccess", boot::kPrivilegeControl}};
 static_assert(kTriggers.size() == kTriggerCount && kUserSets.size() == kUserSetCount);
+static_assert(kTemperatures.size() == kTemperatureCount);
 static_assert(kChunks.size() == kChunkCount && kEvents.size() == kEventCount);
 
 // clang-format off
@@ -70,9 +72,12 @@ constexpr std::array kFeatures = {
             .Access = ReadOnly, .Visibility = Expert, .Address = boot::kSerialNumber.Address, .Length = boot::kSerialNumber.Size},
     FEATURE{.Name = "DeviceUserID", .Category = "DeviceControl", .ToolTip = "Name that the user gives the camera",
             .Kind = EKind::Text, .Address = boot::kUserDefinedName.Address, .Length = boot::kUserDefinedName.Size},
-    FEATURE{.Name = "DeviceTemperature", .Category = "DeviceControl", .ToolTip = "Temperature of the sensor",
+    FEATURE{.Name = "DeviceTemperatureSelector", .Category = "DeviceControl", .ToolTip = "Place that DeviceTemperature means",
+            .Kind = EKind::Enumeration, .Visibility = Expert, .Address = kDeviceTemperatureSelector, .Entries = kTemperatures},
+    FEATURE{.Name = "DeviceTemperature", .Category = "DeviceControl", .ToolTip = "How warm it is at that place",
             .Kind = EKind::Float, .Access = ReadOnly, .Visibility = Expert, .Address = kDeviceTemperature, .Min = -40,
-            .Max = 120, .Default = 41.5, .Unit = "C", .Volatile = true},
+            .Max = 120, .Unit = "C", .Selector = "DeviceTemperatureSelector", .SelectorCount = kTemperatureCount,
+            .Volatile = true},
     FEATURE{.Name = "DeviceIndicatorMode", .Category = "DeviceControl", .ToolTip = "What the camera's lamp shows",
             .Kind = EKind::Enumeration, .Visibility = Expert, .Address = kDeviceIndicatorMode, .Default = 1,
             .Entries = kIndicatorModes, .Saved = true},

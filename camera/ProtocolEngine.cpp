@@ -60,6 +60,8 @@ void CProtocolEngine::SetFaults(const FAULTS& objFaults, TIME tNow) {
     m_bGone = false;
     m_objAnswering.SetFaults(objFaults, tNow);
     m_objStreaming.SetFaults(objFaults.Stream);
+    m_objDevice.Advance(tNow);
+    m_objDevice.SetOverheating(objFaults.Overheat);
     m_objDevice.SetNamesWithoutEnd(objFaults.NamesWithoutEnd);
     PlaceDescription(m_objDevice.Registers(), m_strModel, *m_pDescription, objFaults.Description);
 }
@@ -269,7 +271,13 @@ void CProtocolEngine::ResetIfWished(TIME tNow) {
     }
 }
 
+void CProtocolEngine::EndAcquisition(std::uint32_t nAcquisition, TIME tNow) {
+    m_objDevice.Advance(tNow);
+    m_objDevice.EndAcquisition(nAcquisition);
+}
+
 void CProtocolEngine::Advance(TIME tNow) {
+    m_objDevice.Advance(tNow);
     AdvanceSlowWork(tNow);
     if (m_objControl.Advance(tNow)) {
         LoseControl();

@@ -49,7 +49,7 @@ public:
     /// Something happened to a frame of the stream.
     void TellEvent(const FRAME_EVENT& objEvent, TIME tNow) { m_objMessages.Tell(objEvent, tNow); }
     /// The stream has sent all images of this acquisition.
-    void EndAcquisition(std::uint32_t nAcquisition) { m_objDevice.EndAcquisition(nAcquisition); }
+    void EndAcquisition(std::uint32_t nAcquisition, TIME tNow);
     /// Packets of this acquisition's images found no way out. The first time in an acquisition goes to the log.
     void TellUnsent(std::uint32_t nAcquisition, const UNSENT_PACKETS& objUnsent);
 

@@ -119,7 +119,7 @@ public:
         const std::scoped_lock lock(m_mtxNews);
         m_bNews = false;
         if (m_nEnded) {
-            objEngine.EndAcquisition(*m_nEnded);
+            objEngine.EndAcquisition(*m_nEnded, tNow);
             m_nEnded.reset();
         }
         if (m_objUnsent.Count > 0) {

@@ -11,8 +11,10 @@ enum class EXIT_CODE : int {
     NoProducer = 3,     ///< no GenTL producer was found or it couldn't be loaded
     NoSuchCamera = 4,   ///< no camera of that name, or more than one
     NoAccess = 5,       ///< another program holds the camera, or a feature can't be read or written now
-    Incomplete = 6,     ///< done in part: frames are missing, a setting was refused, the camera didn't come up
+    Incomplete = 6,     ///< done in part: frames are missing, a setting was refused or not compared, the camera didn't
+                        ///< come up
     ProblemsFound = 7,  ///< doctor found something that keeps cameras from being seen
+    Different = 8,      ///< a camera's settings aren't those of a feature file
 };
 
 /// Ends a command with a text for the user, which says what failed, on what, and what to try.

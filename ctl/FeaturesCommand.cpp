@@ -13,6 +13,7 @@
 #include "GenApi/Value.h"
 #include "GenTL/GenTL.h"
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
+#include "ctl/DifferenceReport.h"
 #include "ctl/ErrorText.h"
 #include "ctl/FeatureReport.h"
 #include "ctl/FeatureTree.h"
@@ -36,6 +37,14 @@ void Set(GenApi_3_0::INode& objNode, const std::string& strValue) {
     } else {
         ValueOf(objNode).FromString(strValue);
     }
+}
+
+std::ifstream OpenFeatureFile(const std::string& strPath) {
+    std::ifstream objFile(strPath, std::ios::binary);
+    if (!objFile || !std::filesystem::is_regular_file(strPath)) {
+        throw CCommandError(EXIT_CODE::Failure, strPath + ": it can't be read");
+    }
+    return objFile;
 }
 
 void PrintErrors(const std::vector<std::string>& vecError, const COMMAND_OUTPUT& objOutput) {
@@ -98,11 +107,27 @@ EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
 }
 
-EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    std::ifstream objFile(objOptions.strFile, std::ios::binary);
-    if (!objFile || !std::filesystem::is_regular_file(objOptions.strFile)) {
-        throw CCommandError(EXIT_CODE::Failure, objOptions.strFile + ": it can't be read");
+EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    std::ifstream objFile = OpenFeatureFile(objOptions.strFile);
+    const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);  // without it no selector moves
+    objCamera.OpenStream();
+    const FEATURE_FILE_COMPARISON objComparison = CompareDeviceFeatures(objCamera.GetDevice(), objFile);
+    if (objOptions.bJson) {
+        WriteDifferencesJson(objOutput.objOut, objComparison);
+    } else {
+        WriteDifferences(objOutput.objOut, objComparison);
     }
+    PrintErrors(objComparison.NotCompared, objOutput);
+    const bool bDifferent = !objComparison.Differences.empty();
+    const bool bWhole = objComparison.NotCompared.empty();
+    objOutput.objErr << Printable(objCamera.GetCamera().strID) << (bDifferent ? " differs from " : " is as in ")
+                     << objOptions.strFile;
+    objOutput.objErr << (bWhole ? ".\n" : ", but for what is told above, which can't be compared.\n");
+    return bDifferent ? EXIT_CODE::Different : bWhole ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
+}
+
+EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    std::ifstream objFile = OpenFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();
     const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);

@@ -23,5 +23,8 @@ EXIT_CODE RunFeatureGet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT
 EXIT_CODE RunFeatureSet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput);
 /// Saves the settings to a feature file. The file appears whole or not at all.
 EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput);
+/// Prints which settings a feature file and the camera have differently, and changes none.
+/// @return Different if there are any, or else Incomplete if not all could be compared
+EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput);
 /// Applies a feature file. A setting that the camera refuses is told, and keeps no other from being applied.
 EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput);

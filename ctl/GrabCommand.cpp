@@ -23,7 +23,8 @@ constexpr std::chrono::milliseconds kSlice{200};
 
 struct GRAB_RESULT {
     CFrameStatistics objStatistics;
-    std::string strEnd;  ///< why it ended before its time; empty if it didn't
+    std::string strEnd;      ///< why it ended before its time; empty if it didn't
+    bool bTimedOut = false;  ///< that is since no complete frame came
 };
 
 /// Takes frames until there are enough, none comes any more, or the user has had enough.
@@ -52,6 +53,7 @@ GRAB_RESULT TakeFrames(CFrameStream& objStream, CFrameWriter& objWriter, const G
         }
         if (std::chrono::steady_clock::now() - nLastComplete > objOptions.nTimeout) {
             objResult.strEnd = "No complete frame came for " + std::to_string(objOptions.nTimeout.count()) + " ms";
+            objResult.bTimedOut = true;
             break;
         }
     }
@@ -73,7 +75,7 @@ void CheckPixelFormat(IFeatureControl& objFeatureControl) {
     }
 }
 
-/// The setting that most often keeps frames from coming.
+/// The setting that most often keeps frames from coming, or who knows the other causes.
 std::string WhyNoFrames(IFeatureControl& objFeatureControl) {
     for (const auto& [pFeature, pValue, pWhy] :
          {std::tuple{"TriggerMode", "On", ": the camera waits for a trigger (TriggerMode is On)"},
@@ -87,7 +89,7 @@ std::string WhyNoFrames(IFeatureControl& objFeatureControl) {
             // A camera without the feature, or without that entry.
         }
     }
-    return {};
+    return ". \"norvikctl doctor\" looks for what may keep them away";
 }
 
 void Report(const GRAB_RESULT& objResult, const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
@@ -123,7 +125,7 @@ EXIT_CODE RunGrab(const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutpu
         objWriter.emplace(objOptions.strFolder, objOptions.eFile);
         CFrameStream objStream(objCamera);
         objResult = TakeFrames(objStream, *objWriter, objOptions, objOutput);
-        if (!objResult.strEnd.empty() && objResult.objStatistics.GetComplete() < objOptions.nFrames) {
+        if (objResult.bTimedOut) {
             objResult.strEnd += WhyNoFrames(*objCamera.GetDevice()->GetRemoteFeatureControl());
         }
     }

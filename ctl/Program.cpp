@@ -27,8 +27,8 @@ constexpr const char* kFooter =
     "that no other camera has.\n"
     "\n"
     "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no producer; 4 no such camera, or\n"
-    "several; 5 no access; 6 done in part: frames lost, a setting refused, a camera that didn't come up;\n"
-    "7 doctor found a problem.\n"
+    "several; 5 no access; 6 done in part: frames lost, a setting refused or not compared, a camera that\n"
+    "didn't come up; 7 doctor found a problem; 8 features diff found a difference.\n"
     "\n"
     "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
     "with another ZrGVTL.cti to use in place of the bundled one.";
@@ -143,7 +143,8 @@ private:
     }
 
     void AddFeatures() {
-        CLI::App* const pApp = m_objApp.add_subcommand("features", "Show, get, set, save and load a camera's features");
+        CLI::App* const pApp =
+            m_objApp.add_subcommand("features", "Show, get, set, save, load and compare a camera's features");
         FEATURES_OPTIONS& objOptions = m_objFeatures;
         AddCamera(pApp, objOptions.objCamera);
         pApp->add_flag("--all", objOptions.bAll, "Show those for gurus as well");
@@ -165,11 +166,18 @@ private:
         pLoad->add_option("file", objOptions.strFile, "That save has written, for a camera of the same model")
             ->required()
             ->type_name("FILE");
+        CLI::App* const pDiff = pApp->add_subcommand(
+            "diff", "diff FILE: print which settings a feature file and the camera have differently; change none");
+        pDiff->add_option("file", objOptions.strFile, "That save has written, for a camera of the same model")
+            ->required()
+            ->type_name("FILE");
+        pDiff->add_flag("--json", objOptions.bJson, "Write JSON: the lists \"differences\" and \"not_compared\"");
         pApp->require_subcommand(0, 1);
         Chooses(pGet, objOptions, RunFeatureGet);
         Chooses(pSet, objOptions, RunFeatureSet);
         Chooses(pSave, objOptions, RunFeatureSave);
         Chooses(pLoad, objOptions, RunFeatureLoad);
+        Chooses(pDiff, objOptions, RunFeatureDiff);
         pApp->footer("Without a subcommand it shows all features by category.");
     }
 

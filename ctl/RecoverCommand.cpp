@@ -81,7 +81,9 @@ std::vector<std::string> BroadcastingAdapters() {
         const bool bBroadcasts =
             std::any_of(listEntry.begin(), listEntry.end(),
                         [](const QNetworkAddressEntry& objEntry) { return !objEntry.broadcast().isNull(); });
-        if (bBroadcasts && !objInterface.flags().testFlag(QNetworkInterface::IsLoopBack)) {
+        const QNetworkInterface::InterfaceFlags nFlags = objInterface.flags();
+        if (bBroadcasts && nFlags.testFlag(QNetworkInterface::IsUp) &&
+            !nFlags.testFlag(QNetworkInterface::IsLoopBack)) {
             vecName.push_back(objInterface.name().toStdString());
         }
     }
@@ -93,7 +95,7 @@ void Send(const RECOVERY_PACKETS& objPackets, std::ostream& objErr) {
     if (vecAdapter.empty()) {
         throw CCommandError(
             EXIT_CODE::Failure,
-            "nothing was sent: no adapter has an IPv4 address with a broadcast address. Give one to the "
+            "nothing was sent: no adapter that is up has an IPv4 address with a broadcast address. Give one to the "
             "camera's adapter: sudo ip address add 169.254.1.1/16 broadcast + dev ADAPTER");
     }
     // A socket wants an application in the process. The window has one; here it lives for the sending.

@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.." || exit 1
 # shellcheck disable=SC2086 # lists of names
 ensure_packages $PACKAGES_BUILD $PACKAGES_PACKAGE
 [ -f build/release/build.ninja ] || configure release -DNORVIK_BUILD_TESTS=OFF -DNORVIK_BUILD_BENCH=OFF
-build release --target norvik ZrGVTL norvikctl virtual-camera
+build release --target norvik ZrGVTL norvikctl virtual-camera norvik_manpage norvikctl_manpage virtual-camera_manpage
 scripts/check_hardening.sh build/release/bin/{norvik,norvikctl,virtual-camera} build/release/cti/ZrGVTL.cti ||
     fail "the programs above lack a protection that cmake/NorvikHardening.cmake gives. rm -r build/release starts anew"
 

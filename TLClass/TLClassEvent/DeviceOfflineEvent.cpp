@@ -57,19 +57,21 @@ void CDeviceOfflineEvent::UnregisterAllCallback() {
     }
 }
 
-void CDeviceOfflineEvent::RegisterEvent(PORT_HANDLE hRemotePort) {
+void CDeviceOfflineEvent::RegisterEvent(const std::atomic<PORT_HANDLE>& hRemotePort) {
     if (m_bRegistered) {
         return;
     }
     const CScopedLock objLock(m_csState);
     if (!m_bRegistered) {
-        m_objNative.RegisterDeviceOfflineEvent(hRemotePort);
-        m_bRegistered = true;
+        const PORT_HANDLE hPort = hRemotePort;
+        m_objNative.RegisterDeviceOfflineEvent(hPort);
+        m_bRegistered = hPort != nullptr;
     }
 }
 
 void CDeviceOfflineEvent::UnRegisterEvent() {
     const CScopedLock objLock(m_csState);
+    StopGetDeviceOfflineEventThread();  // a start may have come between the caller's own stop and this
     if (m_bRegistered) {
         m_objNative.UnRegisterDeviceOfflineEvent();
         m_bRegistered = false;

@@ -41,10 +41,13 @@ public:
     void UnregisterDeviceOfflineCallback(IDeviceOfflineCallback* pRegistration);
     void UnregisterAllCallback();
 
-    /// Does nothing if it is registered. A producer without the event counts as registered, too.
+    /// Does nothing if it is registered. A producer without the event counts as registered, too; a closed device, whose
+    /// port is null, does not, so that the next registration tries again.
+    /// @param hRemotePort  as its device has it, which clears it before it unregisters the event: who registers while
+    ///                     the device closes never reaches a port that is about to go
     /// @throws CZrException  see CNativeDeviceOfflineEvent
-    void RegisterEvent(PORT_HANDLE hRemotePort);
-    /// To be called after the stop. Does nothing if it isn't registered.
+    void RegisterEvent(const std::atomic<PORT_HANDLE>& hRemotePort);
+    /// Stops, then takes the event back. Does nothing if it isn't registered.
     void UnRegisterEvent();
 
     /// Does nothing if it is started, and for a producer without the event.

@@ -2,6 +2,7 @@
 
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "GenApi/FeatureBag.h"
 #include "GenApi/Node.h"
@@ -15,7 +16,7 @@ constexpr std::string_view kVersionKey = "FileVersion";
 constexpr std::string_view kModelKey = "DeviceModelName";
 constexpr std::string_view kVersion = "1.0";
 
-// In the order of the node maps; a reader goes by the order alone.
+// In the order of the node maps and of EFeatureFileSection; a reader goes by the order alone.
 constexpr std::array<std::string_view, 3> kSectionTitles = {
     "Remote device features are as follows:",
     "Local device features are as follows:",
@@ -103,6 +104,28 @@ void CFeatureFile::Save(std::ostream& stream, std::vector<std::string>* pError) 
 }
 
 std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) const {
+    std::vector<std::string> vecError;
+    __ForEachSection(stream, [&](std::size_t nSection, GenApi_3_0::CFeatureBag& objBag) {
+        GenApi_3_0::gcstring_vector vecBagError;
+        objBag.LoadFromBag(__GetNodeMaps()[nSection], bVerify, &vecBagError);
+        AppendTexts(vecBagError, &vecError);
+    });
+    return vecError;
+}
+
+FEATURE_FILE_COMPARISON CFeatureFile::Compare(std::istream& stream) const {
+    FEATURE_FILE_COMPARISON objComparison;
+    __ForEachSection(stream, [&](std::size_t nSection, const GenApi_3_0::CFeatureBag& objBag) {
+        GenApi_3_0::gcstring_vector vecBagError;
+        for (auto& objFeature : objBag.CompareWith(__GetNodeMaps()[nSection], &vecBagError)) {
+            objComparison.Differences.push_back({static_cast<EFeatureFileSection>(nSection), std::move(objFeature)});
+        }
+        AppendTexts(vecBagError, &objComparison.NotCompared);
+    });
+    return objComparison;
+}
+
+void CFeatureFile::__ForEachSection(std::istream& stream, const UseSection& fnUse) const {
     const std::string strText = ReadWhole(stream);
     const std::vector<std::string_view> vecPiece = SplitFeatureSections(strText);
     if (vecPiece.size() != 1 + kSectionTitles.size()) {
@@ -110,7 +133,6 @@ std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) 
     }
     __CheckHeader(vecPiece.front());
 
-    std::vector<std::string> vecError;
     // One stream for all sections: what the bag of one leaves unread stands before the next.
     std::stringstream streamSections;
     for (std::size_t i = 0; i < kSectionTitles.size(); ++i) {
@@ -118,11 +140,8 @@ std::vector<std::string> CFeatureFile::Load(std::istream& stream, bool bVerify) 
         Write(streamSections, WithoutEnd(vecPiece[1 + i]));
         GenApi_3_0::CFeatureBag objBag;
         streamSections >> objBag;
-        GenApi_3_0::gcstring_vector vecBagError;
-        objBag.LoadFromBag(__GetNodeMaps()[i], bVerify, &vecBagError);
-        AppendTexts(vecBagError, &vecError);
+        fnUse(i, objBag);
     }
-    return vecError;
 }
 
 std::string CFeatureFile::__GetDeviceModelName() const {

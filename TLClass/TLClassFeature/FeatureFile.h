@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -9,17 +10,22 @@
 #include <vector>
 
 #include "GenApi/NodeMapRef.h"
+#include "TLClass/TLClassFeature/FeatureFileComparison.h"
 
-/// Saves the settings of a camera as one text, and writes them back later: those of the remote device, which is the
-/// camera itself, of the local device, which is the producer's module for it, and of a data stream.
+namespace GenApi_3_0 {
+class CFeatureBag;
+}  // namespace GenApi_3_0
+
+/// Saves the settings of a camera as one text, and writes them back or compares them later: those of the remote device,
+/// which is the camera itself, of the local device, which is the producer's module for it, and of a data stream.
 ///
 /// The text is a header, with the version of the format and the camera's model, and three sections, each behind a frame
 /// line (see FeatureFileText.h) and each in the form of GenApi_3_0::CFeatureBag. Opening, closing and checking the
 /// stream is the caller's business. A setting whose value holds the start of a frame, "</", makes a text that can't be
 /// loaded.
 ///
-/// Made on the stack for one save or load. It uses the node maps during these calls, with their own locks; they must
-/// stay loaded meanwhile.
+/// Made on the stack for one save, load or comparison. It uses the node maps during these calls, with their own locks;
+/// they must stay loaded meanwhile.
 class CFeatureFile {
 public:
     /// Bytes of a text that are taken in. Large cameras need some hundred thousand.
@@ -46,7 +52,17 @@ public:
     /// @throws what the camera's port throws once it has gone
     std::vector<std::string> Load(std::istream& stream, bool bVerify) const;
 
+    /// Holds a text against the camera as it is, and changes no setting. Selectors are moved and put back.
+    /// @param stream  as for Load
+    /// @throws what Load throws
+    FEATURE_FILE_COMPARISON Compare(std::istream& stream) const;
+
 private:
+    using UseSection = std::function<void(std::size_t nSection, GenApi_3_0::CFeatureBag& objBag)>;
+
+    /// Calls for each section in their order, and not before the text as a whole has been read and cut and its header
+    /// has been checked.
+    void __ForEachSection(std::istream& stream, const UseSection& fnUse) const;
     std::string __GetDeviceModelName() const;
     void __CheckHeader(std::string_view strHeader) const;
 

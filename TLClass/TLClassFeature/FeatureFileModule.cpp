@@ -60,6 +60,10 @@ std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pD
     return objFile.Load(stream, bVerify);
 }
 
+FEATURE_FILE_COMPARISON CompareDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream) {
+    return FeatureFileOf(pDevice).Compare(stream);
+}
+
 void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream,
                            std::vector<std::string>* pError) {
     FeatureFileOf(pInterface).Save(stream, pError);

@@ -7,6 +7,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "TLClass/TLClassFeature/FeatureFileComparison.h"
+
 class IDevice;
 class IInterface;
 
@@ -29,7 +31,11 @@ void SaveDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::ostream&
 std::vector<std::string> LoadDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream,
                                             bool bVerify);
 
-/// The same for the settings of an interface, which stand in all three sections. It has to have a feature
+/// Holds a feature file against the camera, its device module and its first data stream as they are, and changes no
+/// setting. Selectors are moved and put back, for which the device has to be open with control.
+FEATURE_FILE_COMPARISON CompareDeviceFeatures(const boost::shared_ptr<IDevice>& pDevice, std::istream& stream);
+
+/// Saving and loading for the settings of an interface, which stand in all three sections. It has to have a feature
 /// "DeviceModelName" like a camera, which interfaces normally don't.
 void SaveInterfaceFeatures(const boost::shared_ptr<IInterface>& pInterface, std::ostream& stream,
                            std::vector<std::string>* pError = nullptr);

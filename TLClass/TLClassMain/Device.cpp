@@ -20,7 +20,8 @@ constexpr const char* kFile = "..\\..\\..\\TLClass\\TLClassMain\\Device";
 /// Registers the event of a camera that has gone.
 class CDevice::CRegisterOfflineEventAgency : public CAgency {
 public:
-    CRegisterOfflineEventAgency(CDeviceOfflineEvent& objEvent, PORT_HANDLE hRemotePort) : m_objEvent(objEvent) {
+    CRegisterOfflineEventAgency(CDeviceOfflineEvent& objEvent, const std::atomic<PORT_HANDLE>& hRemotePort)
+        : m_objEvent(objEvent) {
         m_objEvent.RegisterEvent(hRemotePort);
     }
     ~CRegisterOfflineEventAgency() {
@@ -28,8 +29,7 @@ public:
             return;
         }
         try {
-            // The registration may be an earlier callback's, whose thread waits for the event.
-            m_objEvent.StopGetDeviceOfflineEventThread();
+            // The registration may be an earlier callback's, whose thread waits for the event: it ends too.
             m_objEvent.UnRegisterEvent();
         } catch (const std::exception& objException) {
             CLog::GetInstance()->Write(

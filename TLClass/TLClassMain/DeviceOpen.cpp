@@ -181,6 +181,7 @@ void CDevice::DoCloseDevice() {
     ClearGcObjectList();
     // The events' threads call into the node maps, so they end before these go.
     m_objRemoteDeviceEvent.StopGetRemoteDeviceEventThread();
+    m_hRemotePort = nullptr;  // from here on nobody registers the event on it
     m_objDeviceOfflineEvent.StopGetDeviceOfflineEventThread();
     m_objDeviceOfflineEvent.UnRegisterEvent();
     m_objDeviceOfflineEvent.ClearOfflineFlag();
@@ -192,5 +193,4 @@ void CDevice::DoCloseDevice() {
                                          "CDevice::DoCloseDevice");
     m_bOpened = false;
     m_hDevice = nullptr;
-    m_hRemotePort = nullptr;
 }

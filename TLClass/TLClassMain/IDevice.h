@@ -52,8 +52,9 @@ public:
     /// The mode of the last successful open, DEVICE_ACCESS_NONE before the first.
     virtual std::uint32_t GetAccessMode() const = 0;
 
-    /// Registers a clone of the callback, which is called once when the camera has gone.
-    /// @return the registration, owned by the device
+    /// Registers a clone of the callback, which is called once when the camera has gone. On a closed device it is only
+    /// kept: the next registration on the open device lets it be called too.
+    /// @return the registration, owned by the device until the close; null for a callback of another kind
     virtual IDeviceOfflineCallback* RegisterDeviceOfflineCallback(IEventCallback* pCallback) = 0;
     virtual void UnregisterDeviceOfflineCallback(IDeviceOfflineCallback* pRegistration) = 0;
     virtual bool IsDeviceOffline() const = 0;

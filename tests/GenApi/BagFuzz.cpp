@@ -1,5 +1,6 @@
 // A persistence stream: what is read of it is written and read again the same, and is loaded into a node map of every
-// kind of feature; what that then stores is taken back without an error.
+// kind of feature, which a comparison before that leaves as it is; what that then stores is taken back without an
+// error.
 
 #include <cstddef>
 #include <cstdint>
@@ -52,11 +53,15 @@ void WriteAndReadAgain(const CFeatureBag& objBag) {
 
 void LoadIntoAMap(CFeatureBag& objBag, bool bVerify) {
     CTestMap objMap(kDescription);
+    const auto vecBytes = objMap.Port.BytesAt(0, 48);
+    objBag.CompareWith(objMap.Map._Ptr);
+    Require(objMap.Port.BytesAt(0, 48) == vecBytes);
     objBag.LoadFromBag(objMap.Map._Ptr, bVerify);
     CFeatureBag objStored;
     const bool bWhole = objStored.StoreToBag(objMap.Map._Ptr);
     // What was written without checks may be beyond limits, or a text with a line end.
     if (bVerify && bWhole) {
+        Require(objStored.CompareWith(objMap.Map._Ptr).empty());
         CTestMap objOther(kDescription);
         Require(objStored.LoadFromBag(objOther.Map._Ptr, true));
         CFeatureBag objAgain;

@@ -220,6 +220,9 @@ TEST(NodeMapReferences, HoldOneMap) {
     CNodeMapRef objMap("Name");
     EXPECT_THROW(objMap._GetNode("A"), RuntimeException);
     EXPECT_THROW(objMap._LoadXMLFromString("<"), RuntimeException);
+    for (const char* pFile : {"/nowhere", "/", "/dev/zero"}) {
+        EXPECT_THROW(objMap._LoadXMLFromFile(pFile), RuntimeException) << pFile;
+    }
     objMap._LoadXMLFromString("<RegisterDescription><Node Name='A'/></RegisterDescription>");
     EXPECT_EQ(objMap._GetNode("A")->GetDeviceName(), "Name");
     try {

@@ -233,20 +233,26 @@ TEST(FeatureBag, SelectedFeaturesAreStoredForEachValueAndTheSelectorIsPutBack) {
     EXPECT_EQ(objTo.Port.BytesAt(0, 44), objFrom.Port.BytesAt(0, 44));
 }
 
-// The device keeps a colour for each source: what the walk does to those of the other sources has to be undone as well.
+/// The device keeps a colour for each source, at 8 and 12, and a gain for each of their colours, from 16 on.
+class CSourcesMap : public CTestMap {
+public:
+    CSourcesMap()
+        : CTestMap("<IntReg Name='Source'>" + Selects({"Colour"}) +
+                   "<Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+                   "<Endianess>LittleEndian</Endianess></IntReg>"
+                   "<Integer Name='SourceNumber'><pValue>Source</pValue><Min>0</Min><Max>1</Max></Integer>" +
+                   SelectedReg("ColourReg", 8, {{"Source", 4}}) + "<Boolean Name='Colour'>" + Selects({"Gain"}) +
+                   "<pValue>ColourReg</pValue></Boolean>" +
+                   SelectedReg("Gain", 16, {{"Source", 8}, {"ColourReg", 4}}, kStreamable)) {
+        Integer("Source").ImposeMin(0);
+        Integer("Source").ImposeMax(1);
+        Port.PutNumber(8, 1);
+    }
+};
+
+// What the walk does to the colours of the other sources has to be undone as well.
 TEST(FeatureBag, SelectorsWithinSelectorsAreWalkedAndPutBackOnEachLevel) {
-    const std::string strDescription =
-        "<IntReg Name='Source'>" + Selects({"Colour"}) +
-        "<Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
-        "<Endianess>LittleEndian</Endianess></IntReg>"
-        "<Integer Name='SourceNumber'><pValue>Source</pValue><Min>0</Min><Max>1</Max></Integer>" +
-        SelectedReg("ColourReg", 8, {{"Source", 4}}) + "<Boolean Name='Colour'>" + Selects({"Gain"}) +
-        "<pValue>ColourReg</pValue></Boolean>" +
-        SelectedReg("Gain", 16, {{"Source", 8}, {"ColourReg", 4}}, kStreamable);
-    CTestMap objMap(strDescription);
-    objMap.Integer("Source").ImposeMin(0);
-    objMap.Integer("Source").ImposeMax(1);
-    objMap.Port.PutNumber(8, 1);
+    CSourcesMap objMap;
     for (int i = 0; i < 4; ++i) {
         objMap.Port.PutNumber(16 + 4 * i, static_cast<std::uint32_t>(i));
     }
@@ -317,6 +323,79 @@ TEST(FeatureBag, SelectorsInACircleOrInALongChainEndTheWalk) {
     }
     CTestMap objMany(strMany + Feature("Hub", 9000, strHub));
     EXPECT_THROW(objBag.StoreToBag(objMany.Map._Ptr), GenICam_3_0::RuntimeException);
+}
+
+// Comparing
+
+/// Each as "Name[Selector=Value,...]: in the bag, on the device".
+std::vector<std::string> Differences(const CFeatureBag& objBag, CTestMap& objMap, gcstring_vector* pErrorList) {
+    std::vector<std::string> vecText;
+    for (const FEATURE_DIFFERENCE& objDifference : objBag.CompareWith(objMap.Map._Ptr, pErrorList)) {
+        std::string strSelectors;
+        for (const auto& [strName, strValue] : objDifference.Selectors) {
+            strSelectors += (strSelectors.empty() ? "" : ",") + strName + "=" + strValue;
+        }
+        vecText.push_back(objDifference.Name + "[" + strSelectors + "]: " + objDifference.InBag + ", " +
+                          objDifference.OnDevice);
+    }
+    return vecText;
+}
+
+TEST(FeatureBag, DifferencesAreFoundUnderEachSelectorAndNothingIsChanged) {
+    CSourcesMap objMap;
+    CFeatureBag objBag;
+    ASSERT_TRUE(objBag.StoreToBag(objMap.Map._Ptr));
+    gcstring_vector vecError;
+    EXPECT_THAT(Differences(objBag, objMap, &vecError), IsEmpty());
+
+    CSourcesMap objOther;
+    objOther.Port.PutNumber(0, 1);
+    objOther.Port.PutNumber(12, 1);
+    objOther.Port.PutNumber(20, 5);
+    objOther.Port.PutNumber(24, 6);
+    const auto vecBefore = objOther.Port.BytesAt(0, 32);
+    EXPECT_THAT(Differences(objBag, objOther, &vecError),
+                ElementsAre("Gain[Source=0,Colour=1]: 0, 5", "Gain[Source=1,Colour=0]: 0, 6"));
+    EXPECT_EQ(objOther.Port.BytesAt(0, 32), vecBefore);
+    EXPECT_THAT(TextsOf(vecError), IsEmpty());
+}
+
+TEST(FeatureBag, AnotherNotationIsNoDifferenceAndTheLastLineOfASettingCounts) {
+    CTestMap objMap(Feature("Address", 0, "<Representation>IPV4Address</Representation>") +
+                    "<Float Name='Rate'><pValue>RateReg</pValue></Float><FloatReg Name='RateReg'><Address>8</Address>"
+                    "<Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></FloatReg>"
+                    "<Boolean Name='Flip'><pValue>FlipReg</pValue></Boolean>" +
+                    Reg("FlipReg", 16) +
+                    "<Register Name='Table'><Address>56</Address><Length>2</Length><AccessMode>RO</AccessMode>"
+                    "<pPort>Device</pPort></Register>" +
+                    Enumeration("Mode", 20, {"Off", "On"}, kStreamable + Selects({"Table"})));
+    objMap.Integer("Address").SetValue(0xC0A80102);
+    objMap.Float("Rate").SetValue(0.1);
+    objMap.Port.PutNumber(56, 0xAB);
+    gcstring_vector vecError;
+    EXPECT_THAT(Differences(BagOf("Address\t1\nAddress\t192.168.1.2\nRate\t+1e-1\nFlip\tFalse\nTable\tAB00\n"), objMap,
+                            &vecError),
+                IsEmpty());
+    EXPECT_THAT(
+        Differences(BagOf("Address\t0xC0A80103\nRate\t0.11\nFlip\ttrue\nMode\tOn\nTable\tAB01\n"), objMap, &vecError),
+        ElementsAre("Address[]: 0xC0A80103, 3232235778", HasSubstr("Rate[]: 0.11, 0.1"), "Flip[]: true, 0",
+                    "Mode[]: On, Off", "Table[Mode=On]: AB01, 0xab00"));
+    EXPECT_EQ(objMap.Port.NumberAt(20), 0U) << "a selector that is a setting comes back too";
+    EXPECT_THAT(TextsOf(vecError), IsEmpty());
+}
+
+// A value under another setting of its selector is another value.
+TEST(FeatureBag, WhatCantBeComparedIsNamed) {
+    CTestMap objMap(Enumeration("Selector", 0, {"Red"}, Selects({"Gain"})) + SelectedReg("Gain", 16, {}) +
+                    Feature("Hidden", 4, "<ImposedAccessMode>WO</ImposedAccessMode>" + Selects({"Under"})) +
+                    Feature("Under", 8));
+    gcstring_vector vecError;
+    EXPECT_THAT(Differences(BagOf("Selector\tGreen\nGain\t5\nHidden\t1\nUnder\t5\nNone\t1\nSelector\tRed\nGain\t6\n"),
+                            objMap, &vecError),
+                ElementsAre("Gain[Selector=Red]: 6, 0"));
+    EXPECT_THAT(TextsOf(vecError),
+                ElementsAre(HasSubstr("'Green'"), "Gain: Selector can't be set to 'Green', which it belongs to",
+                            HasSubstr("Hidden"), HasSubstr("Under: Hidden"), HasSubstr("None")));
 }
 
 // Failures

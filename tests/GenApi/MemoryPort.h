@@ -52,6 +52,7 @@ public:
     }
     std::vector<std::uint8_t> BytesAt(std::int64_t nAddress, int nLength) {
         std::vector<std::uint8_t> vecByte;
+        vecByte.reserve(static_cast<std::size_t>(nLength));
         for (int i = 0; i < nLength; ++i) {
             vecByte.push_back(m_mapByte[nAddress + i]);
         }

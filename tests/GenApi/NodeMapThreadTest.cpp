@@ -1,6 +1,7 @@
 #include <atomic>
 #include <chrono>
 #include <latch>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -104,6 +105,35 @@ TEST(NodeMapThreads, DeregisteringWaitsForACallbackThatRunsElsewhere) {
     EXPECT_TRUE(Deregister(hCallback));
     EXPECT_TRUE(objSlow.Done);
     objWriter.join();
+}
+
+TEST(NodeMapThreads, CallbacksThatDeregisterEachOtherDontWaitForEver) {
+    constexpr std::size_t kCount = 3;  // each the next one, the last the first
+    CTestMap objMap(Reg("R0", 0) + Reg("R1", 4) + Reg("R2", 8));
+    std::latch objAllRun(kCount);
+    class COne {
+    public:
+        void OnChanged(INode* /*pNode*/) {
+            pAllRun->arrive_and_wait();
+            EXPECT_TRUE(Deregister(*pNext));
+        }
+        std::latch* pAllRun = nullptr;
+        const CallbackHandleType* pNext = nullptr;
+    } arrOne[kCount];
+    CallbackHandleType arrHandle[kCount] = {};
+    std::vector<std::thread> vecThread;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        arrOne[i].pAllRun = &objAllRun;
+        arrOne[i].pNext = &arrHandle[(i + 1) % kCount];
+        arrHandle[i] =
+            Register(&objMap.Node(("R" + std::to_string(i)).c_str()), arrOne[i], &COne::OnChanged, cbPostOutsideLock);
+    }
+    for (std::size_t i = 0; i < kCount; ++i) {
+        vecThread.emplace_back([&, i] { objMap.Integer(("R" + std::to_string(i)).c_str()).SetValue(1); });
+    }
+    for (std::thread& objThread : vecThread) {
+        objThread.join();
+    }
 }
 
 }  // namespace

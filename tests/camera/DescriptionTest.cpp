@@ -179,6 +179,8 @@ TEST_F(Description, SelectorsLeadToRegistersOfTheirOwn) {
     EXPECT_EQ(Text("TriggerMode"), "Off");
     As<IInteger>("LUTIndex").SetValue(200);
     EXPECT_EQ(As<IInteger>("LUTValue").GetValue(), 200);
+    As<IEnumeration>("DeviceTemperatureSelector").FromString("Mainboard");
+    EXPECT_EQ(Text("DeviceTemperature"), "38");
 }
 
 TEST_F(Description, UserSetsAndAFileOfFeaturesBringBackWhatTheyTook) {

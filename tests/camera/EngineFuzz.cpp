@@ -1,5 +1,5 @@
 // A conversation with a camera: datagrams of anything from two hosts, with time between them. The camera may answer or
-// not; it stays within its bounds, and still knows who it is.
+// not; it stays within its bounds, and still knows who it is, also after a restart.
 
 #include <algorithm>
 #include <chrono>
@@ -51,5 +51,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t nSi
     const camera::CRegisterSpace& objRegisters = objTable.Engine.GetDevice().Registers();
     Require(objRegisters.Get(0x000C) == CEngineOnTable::kMAC.GetLow());
     Require(objRegisters.Get(0xA110) + objRegisters.Get(0xA118) <= 1280);
+
+    // Whatever hosts wrote, a camera comes up with what was kept of it.
+    const camera::CAMERA_STATE objState = objTable.Engine.GetDevice().GetState();
+    auto objConfiguration = CEngineOnTable::Configure({});
+    objConfiguration.State = camera::FormatState(objState);
+    Require(CEngineOnTable(objConfiguration).Engine.GetDevice().GetState() == objState);
     return 0;
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <bit>
 #include <chrono>
 #include <string>
 #include <utility>
@@ -328,9 +329,9 @@ TEST_F(Engine, TheStreamIsToldWhatTheRegistersSay) {
     EXPECT_TRUE(On.Settings.DoNotFragment);
     EXPECT_EQ(On.Settings.FrameCount, 1u);
     EXPECT_EQ(On.Write({{0x0D04, 1500}}).Status, EGvcpStatus::AccessDenied) << "images are taken";
-    On.Engine.EndAcquisition(On.Settings.Acquisition - 1);
+    On.Engine.EndAcquisition(On.Settings.Acquisition - 1, On.Now);
     EXPECT_EQ(On.Write({{0x0D04, 1500}}).Status, EGvcpStatus::AccessDenied) << "an older one has ended";
-    On.Engine.EndAcquisition(On.Settings.Acquisition);
+    On.Engine.EndAcquisition(On.Settings.Acquisition, On.Now);
     EXPECT_EQ(On.Write({{0x0D04, 1500}}).Status, EGvcpStatus::Success);
 
     On.Stream.clear();
@@ -340,6 +341,35 @@ TEST_F(Engine, TheStreamIsToldWhatTheRegistersSay) {
     EXPECT_EQ(On.Stream, "resend7 ") << "of the stream's host alone, and never acknowledged";
     On.Pass(4s);
     EXPECT_TRUE(On.Stream.starts_with("resend7 close ")) << "no heartbeat";
+}
+
+TEST_F(Engine, TheSensorWarmsUpWhileImagesAreTakenAndPasses90DegreesOnlyWhenItOverheats) {
+    const auto sensor = [&] { return std::bit_cast<float>(On.Value(0xA004)); };
+    On.TakeControl();
+    On.Write({{0x0954, 1}});  // without a heartbeat
+    for (const bool bOverheat : {false, true}) {
+        SCOPED_TRACE(bOverheat);
+        camera::FAULTS objFaults;
+        objFaults.Overheat = bOverheat;
+        On.Engine.SetFaults(objFaults, On.Now);
+        On.Pass(10min);
+        float nLast = sensor();
+        EXPECT_NEAR(nLast, 41.5, 0.1);
+        On.Write({{0xA204, 1}});
+        for (int i = 0; i < 30; ++i) {
+            On.Pass(1s);
+            EXPECT_GT(sensor(), nLast);
+            EXPECT_LT(sensor(), nLast + 3);
+            nLast = sensor();
+        }
+        On.Now += 30s;  // in which nobody asks for anything
+        On.Engine.EndAcquisition(On.Settings.Acquisition, On.Now);
+        EXPECT_GT(sensor(), nLast + 1);
+        EXPECT_EQ(sensor() > 90, bOverheat);
+        nLast = sensor();
+        On.Pass(1s);
+        EXPECT_LT(sensor(), nLast);
+    }
 }
 
 TEST_F(Engine, EventsAreRepeatedUntilTheyAreAcknowledgedOneAfterTheOther) {

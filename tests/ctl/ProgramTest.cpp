@@ -125,7 +125,15 @@ TEST_F(Program, ReadsAndWritesFeatures) {
 TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
     const std::string strFile = Path("settings.txt");
     ASSERT_EQ(Run({"features", "left", "save", strFile}), EXIT_CODE::Success) << m_strErr;
+    EXPECT_EQ(Run({"features", "left", "diff", strFile}), EXIT_CODE::Success) << m_strErr;
+    EXPECT_THAT(m_strOut, IsEmpty());
     EXPECT_EQ(Run({"features", "left", "set", "Width", "16"}), EXIT_CODE::Success);
+    EXPECT_EQ(Run({"features", "left", "diff", strFile}), EXIT_CODE::Different);
+    EXPECT_THAT(m_strOut, HasSubstr("\nWidth    -          64    16      camera\n"));
+    EXPECT_EQ(Run({"features", "left", "diff", strFile, "--json"}), EXIT_CODE::Different);
+    EXPECT_EQ(
+        json::parse(m_strOut)["differences"],
+        json::parse(R"([{"module": "camera", "feature": "Width", "selectors": {}, "file": "64", "camera": "16"}])"));
     EXPECT_EQ(Run({"features", "left", "load", strFile}), EXIT_CODE::Success) << m_strErr;
     EXPECT_EQ(Run({"features", "left", "get", "Width"}), EXIT_CODE::Success);
     EXPECT_EQ(m_strOut, "64\n");
@@ -138,6 +146,10 @@ TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
     strText.replace(strText.find("Width\t64"), 8, "Width\t99");
     std::ofstream(strFile) << strText;
     EXPECT_EQ(Run({"features", "left", "load", strFile}), EXIT_CODE::Incomplete);
+    strText.replace(strText.find("Width\t99"), 8, "Gone\t1");
+    std::ofstream(strFile) << strText;
+    EXPECT_EQ(Run({"features", "left", "diff", strFile}), EXIT_CODE::Incomplete);
+    EXPECT_THAT(m_strErr, HasSubstr("Gone: There is no such feature"));
     EXPECT_EQ(Run({"features", "left", "load", Path("missing")}), EXIT_CODE::Failure);
     EXPECT_THAT(m_strErr, HasSubstr("missing: it can't be read"));
 }

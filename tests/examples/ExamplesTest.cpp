@@ -9,6 +9,7 @@
 #include "support/Environment.h"
 #include "tests/TLClass/TreeOnDouble.h"
 
+int CompareFeaturesMain(int argc, char** argv);
 int GrabImagesMain(int argc, char** argv);
 int ListCamerasMain(int argc, char** argv);
 int OpenAndConfigureMain(int argc, char** argv);
@@ -132,6 +133,8 @@ TEST_F(Examples, LoadFeaturesWritesWhatTheCameraTakes) {
     EXPECT_EQ(Load("65"), 1);
     EXPECT_THAT(m_strError, HasSubstr("load-features: 1 settings were refused\n"));
     EXPECT_EQ(Double().Device("cam-1").Remote().Integer("Width"), 32);
+    EXPECT_EQ(Run(CompareFeaturesMain, {"cam-1", strFile}), 0) << m_strError;
+    EXPECT_EQ(m_strOut, "Width: 65 in the file, 32 now\n1 differences\n");
 }
 
 TEST_F(Examples, SayHowTheyAreUsed) {

@@ -12,6 +12,7 @@ list-cameras | grep -F "192.168.10.13"
 open-and-configure 103 Width=320 ExposureTime=2500
 save-features 103 "$settings"
 open-and-configure 103 Width=640
+compare-features 103 "$settings" | grep -Fx "Width: 320 in the file, 640 now"
 load-features 103 "$settings"
 open-and-configure 103 | grep "^Width: 320 "
 grab-images 103 3 | grep -Fx "3 frames, 0 lost, 0 incomplete"

@@ -17,15 +17,15 @@ struct KIND {
 
 /// In the order of ECall. A question that isn't answered takes 1.2 s; a feature takes a few, of which the first that
 /// fails is the last.
-constexpr std::array<KIND, 9> kKinds{{{"update", 2s},
-                                      {"open", 5s},
-                                      {"close", 5s},
-                                      {"read", 3s},
-                                      {"write", 3s},
-                                      {"feature file", 10s},
-                                      {"start", 5s},
-                                      {"stop", 5s},
-                                      {"frame", 500ms}}};
+constexpr std::array<KIND, kCallKinds> kKinds{{{"update", 2s},
+                                               {"open", 5s},
+                                               {"close", 5s},
+                                               {"read", 3s},
+                                               {"write", 3s},
+                                               {"feature file", 10s},
+                                               {"start", 5s},
+                                               {"stop", 5s},
+                                               {"frame", 500ms}}};
 
 /// For a machine that has more to do than this.
 constexpr auto kSlack = kIsSanitized ? 6s : 2s;

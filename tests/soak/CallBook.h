@@ -15,6 +15,7 @@
 #include "GenApi/GCException.h"
 
 enum class ECall : std::size_t { Update, Open, Close, Read, Write, FeatureFile, Start, Stop, Frame };
+inline constexpr std::size_t kCallKinds = 9;
 
 /// Every call that is made of the library, with how long it took, and every complaint. For any thread.
 ///
@@ -67,7 +68,7 @@ private:
     void End(ECall eCall, Clock::time_point tmStart, bool bGood);
 
     mutable std::mutex m_mtx;  // guards the next two
-    std::array<COUNTS, 9> m_arrCounts;
+    std::array<COUNTS, kCallKinds> m_arrCounts;
     std::map<std::thread::id, UNDER_WAY> m_mapUnderWay;
     std::atomic<std::size_t> m_nComplaints{0};
 };

@@ -47,14 +47,16 @@ struct COLUMN {
 
 constexpr COLUMN kColumns[] = {{"file descriptors", &ROLL::Descriptors, 0},
                                {"threads", &ROLL::Threads, 0},
-                               {"bytes of heap in use", &ROLL::Heap, 64 * 1024},
-                               {"KiB resident", &ROLL::Resident, 4 * 1024}};
+                               {"bytes of heap in use", &ROLL::Heap, 65536},
+                               {"KiB resident", &ROLL::Resident, 4096}};
 
 }  // namespace
 
 void GiveFreedMemoryBack() {
-    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-    mallopt(M_TRIM_THRESHOLD, 128 * 1024);
+    constexpr int kLarge = 128 * 1024;  // bytes
+    for (const int nParameter : {M_MMAP_THRESHOLD, M_TRIM_THRESHOLD}) {
+        mallopt(nParameter, kLarge);  // NOLINT(concurrency-mt-unsafe): there is no other thread yet
+    }
 }
 
 ROLL CallTheRoll(double fSeconds) {

@@ -2,6 +2,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -159,6 +160,24 @@ TEST_F(DeviceOfflineEvent, RegistrationThatFailsLeavesTheNextOneAWorkingEvent) {
     Unplug();
     EXPECT_TRUE(m_objEnd.Wait(kLongMs));
     m_pDevice->DoCloseDevice();
+}
+
+TEST_F(DeviceOfflineEvent, RegisteringWhileTheDeviceClosesLeavesNothingBehind) {
+    auto& objRule = Double().On("DevClose").Block();
+    std::thread objClosing([this] { m_pDevice->DoCloseDevice(); });
+    EXPECT_TRUE(objRule.WaitUntilBlocked());
+    Note("early");
+    objRule.Release();
+    objClosing.join();
+    EXPECT_THAT(Double().RegisteredEvents(), IsEmpty());
+    EXPECT_EQ(m_pDevice->GetDeviceOfflineEventThreadId(), 0U);
+
+    Open();
+    NoteEnd();
+    Unplug();
+    EXPECT_TRUE(m_objEnd.Wait(kLongMs));
+    m_pDevice->DoCloseDevice();
+    EXPECT_THAT(m_vecCalled, ElementsAre("early"));
 }
 
 }  // namespace

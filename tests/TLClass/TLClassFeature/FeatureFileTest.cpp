@@ -127,6 +127,24 @@ TEST_F(FeatureFile, RefusesATextBeforeAnythingIsApplied) {
     EXPECT_THROW(File.Load(stream, true), std::runtime_error);
 }
 
+TEST_F(FeatureFile, IsComparedSectionBySectionWithoutAWrite) {
+    const std::string strText = Replaced(Saved(), "StreamB\t0", "StreamB\t7\nGone\t1");
+    Local.Port.PutNumber(0, 5);
+    Local.Map._InvalidateNodes();
+    TakeWrites();
+    std::istringstream stream(strText);
+    const FEATURE_FILE_COMPARISON objComparison = File.Compare(stream);
+    ASSERT_EQ(objComparison.Differences.size(), 2U);
+    EXPECT_EQ(objComparison.Differences[0].Section, EFeatureFileSection::LocalDevice);
+    EXPECT_EQ(objComparison.Differences[0].Feature.OnDevice, "5");
+    EXPECT_EQ(objComparison.Differences[1].Section, EFeatureFileSection::Stream);
+    EXPECT_EQ(objComparison.Differences[1].Feature.InBag, "7");
+    EXPECT_THAT(objComparison.NotCompared, ElementsAre(HasSubstr("Gone")));
+    EXPECT_EQ(TakeWrites(), 0);
+    std::istringstream streamOther(Replaced(strText, "Camera 1", "Camera 2"));
+    EXPECT_THROW(File.Compare(streamOther), std::runtime_error);
+}
+
 TEST_F(FeatureFile, RefusedValuesAreToldAndStopNothing) {
     const std::string strText =
         Replaced(Replaced(Saved(), "RemoteA\t0", "RemoteA\t101\nGone\t1"), "StreamB\t0", "StreamB\t7");

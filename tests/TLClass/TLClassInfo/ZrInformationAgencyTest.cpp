@@ -225,6 +225,11 @@ protected:
 
 TEST_F(StreamIDs, AreListedInOrderWithAnEmptyOneForEachThatCannotBeRead) {
     EXPECT_THAT(Ask(), ElementsAre("stream-0", "stream-1"));
+    auto& objRule = Producer().On("DevGetDataStreamID").Answer(ANSWER::Text("x").AskingFor(0));
+    Producer().ClearCalls();
+    EXPECT_THAT(Ask(), ElementsAre("", ""));
+    EXPECT_EQ(Producer().Count("DevGetDataStreamID"), 2U) << "a text of no bytes isn't fetched";
+    objRule.Remove();
     Producer().On("DevGetDataStreamID").Index(0).Fail(GC_ERR_IO);
     EXPECT_THAT(Ask(), ElementsAre("", "stream-1"));
     // A count that outgrows the list gives as many empty entries.
