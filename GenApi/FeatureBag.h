@@ -16,15 +16,17 @@ class INodeMap;
 ///
 /// A value that belongs to selectors stands behind lines that set these, once for each of their values, and behind the
 /// last of them the selectors are put back to what they were. A selector's line is a setting like any other, so the
-/// lines mean what they do only in their order, and the last one of a selector is its own value. A value is one line of text: numbers without regard to
-/// any locale and exact, enumerations by their entry's name, registers as bytes in hexadecimal.
+/// lines mean what they do only in their order, and the last one of a selector is its own value. A value is one line of
+/// text: numbers without regard to any locale and exact, enumerations by their entry's name, registers as bytes in
+/// hexadecimal.
 ///
 /// A plain value without a lock. StoreToBag, LoadFromBag and CompareWith hold the node map's lock from their first
 /// access to their last, so that no other thread moves a selector in between; callbacks run within.
 class CFeatureBag {
 public:
     /// Fills the bag with the features that are streamable and can be read and written now, and takes the node map's
-    /// device name for its own. What is locked while images are taken is therefore missing from a bag stored then. What it held before is gone. Selectors are moved and put back.
+    /// device name for its own. What is locked while images are taken is therefore missing from a bag stored then. What
+    /// it held before is gone. Selectors are moved and put back.
     /// @param nMaxPersistSets  stop after so many values of its selectors for each feature; -1 for no such limit
     /// @param pErrorList       gets a text for each feature that couldn't be stored, or not for all values of its
     ///                         selectors (see kMaxSelectorCombinations), behind those it holds; may be null

@@ -11,5 +11,8 @@ cd "$(dirname "$0")/.." || exit 1
 ensure_packages $PACKAGES_BUILD $PACKAGES_TEST
 configure release
 build release --target ProducerEntriesTest ZrGVTL
-build/release/tests/ProducerEntriesTest --gtest_brief=1 --gtest_also_run_disabled_tests \
+# A camera that stops for 5 ms within a shuffled group can't be told from one that has lost packets.
+in_time=""
+chrt -r 1 true 2>/dev/null && in_time="chrt -r 1"
+$in_time build/release/tests/ProducerEntriesTest --gtest_brief=1 --gtest_also_run_disabled_tests \
     --gtest_filter='*ProducerStreamLosses.DISABLED_*'

@@ -238,8 +238,9 @@ PACKET_EFFECT CBlock::TakeUnavailable(std::uint32_t nPacketID) {
 void CBlock::AddGap(const PACKET_GAP& objGap) {
     if (m_vecGap.size() < kMostGaps) {
         m_vecGap.push_back(objGap);
-    } else {
-        // What lies between has come and won't be asked for.
+    } else if (objGap.First < m_nBits) {
+        // What lies between has come and won't be asked for. A trailer that the leader claims far behind it waits until
+        // there is room: nobody could walk there.
         m_vecGap.back().Last = std::max(m_vecGap.back().Last, objGap.Last);
     }
 }

@@ -226,10 +226,10 @@ PACKET_EFFECT CReassembly::TakeStatus(CBlock& objBlock, const GVSP_HEADER& objHe
             return objBlock.TakeUnavailable(objHeader.PacketID);
         case EGvcpStatus::PacketAndPreviousRemoved: {
             PACKET_EFFECT eEffect = objBlock.TakeUnavailable(objHeader.PacketID);
-            for (const PACKET_GAP& objGap : objBlock.GetGaps()) {
-                const std::uint32_t nEnd = std::min(objGap.Last, objHeader.PacketID);
-                for (std::uint32_t nPacketID = objGap.First; nPacketID < nEnd; ++nPacketID) {
-                    objBlock.TakeUnavailable(nPacketID);
+            for (PACKET_GAP& objGap : objBlock.GetGaps()) {
+                const std::uint32_t nEnd = std::min(objGap.Last + 1, objHeader.PacketID);
+                for (; objGap.First < nEnd; ++objGap.First) {  // which so costs once, however often it is said
+                    objBlock.TakeUnavailable(objGap.First);
                 }
             }
             return eEffect;

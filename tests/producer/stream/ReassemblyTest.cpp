@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <chrono>
 #include <ostream>
 #include <random>
 #include <string>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -159,19 +161,38 @@ TEST(Reassembly, CameraThatStopsInAFrameGetsAFewRequestsAndTheFrameIsDelivered) 
 }
 
 TEST(Reassembly, PacketsThatTheCameraHasNoMoreAreNotWaitedFor) {
-    CSimulatedStream objStream({.AnswersResends = false}, {});
-    const auto vecPacket = objStream.MakeFrame(1);
-    for (std::size_t i = 0; i < vecPacket.size(); ++i) {
-        if (i != 50) {
-            objStream.Deliver(vecPacket[i]);
+    for (const auto& [nStatus, nToldOf] : {std::pair{gev::EGvcpStatus::PacketUnavailable, 50},
+                                           {gev::EGvcpStatus::PacketAndPreviousRemoved, 50},
+                                           {gev::EGvcpStatus::PacketAndPreviousRemoved, 60}}) {
+        CSimulatedStream objStream({.AnswersResends = false}, {});
+        const auto vecPacket = objStream.MakeFrame(1);
+        for (std::size_t i = 0; i < vecPacket.size(); ++i) {
+            if (i != 50) {
+                objStream.Deliver(vecPacket[i]);
+            }
         }
+        auto arrGone = vecPacket[static_cast<std::size_t>(nToldOf)];
+        gev::Put16(arrGone, 0, static_cast<std::uint16_t>(nStatus));
+        arrGone.resize(gev::kGvspHeaderSize);
+        objStream.Deliver(arrGone);
+        objStream.Settle();
+        EXPECT_EQ(objStream.m_nRequests, 1U) << nToldOf << ": none after it said so";
+        ASSERT_EQ(objStream.m_vecFrame.size(), 1U);
+        EXPECT_EQ(objStream.m_vecFrame[0].Block.PacketsMissing, 1U);
     }
-    auto arrGone = vecPacket[50];
-    gev::Put16(arrGone, 0, static_cast<std::uint16_t>(gev::EGvcpStatus::PacketUnavailable));
-    arrGone.resize(gev::kGvspHeaderSize);
-    objStream.Deliver(arrGone);
-    ASSERT_EQ(objStream.m_vecFrame.size(), 1U);
-    EXPECT_EQ(objStream.m_vecFrame[0].Block.PacketsMissing, 1U);
+}
+
+TEST(Reassembly, BlockOfEndlessLengthWithMoreGapsThanAreKeptCostsNoMoreThanItsPackets) {
+    CSimulatedStream objStream({.SizeX = 1280, .SizeY = 960, .PacketSize = 576, .ExtendedIDs = true}, {});
+    auto vecPacket = objStream.MakeFrame(1);
+    gev::Put32(vecPacket[0], gev::kGvspExtendedHeaderSize + 20, 0xFFFF'FFFF);  // lines
+    for (std::size_t i = 0; i + 1 < vecPacket.size(); i += i < 2 * CBlock::kMostGaps ? 2 : 1) {
+        objStream.Deliver(vecPacket[i]);
+    }
+    objStream.Deliver(objStream.MakeFrame(2)[0]);  // so that the first is looked at to its end
+    const auto objStart = std::chrono::steady_clock::now();
+    objStream.Settle();
+    EXPECT_LT(std::chrono::steady_clock::now() - objStart, 5s);
 }
 
 TEST(Reassembly, NumberingThatBeginsAnewIsFollowed) {
