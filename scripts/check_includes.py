@@ -29,6 +29,10 @@ MAY_INCLUDE = {
     "app/Recovery": {"support", "<qt-network>"},
     "gev": set(),
     "producer": {"GenTL", "gev", "support"},
+    "producer/wire": {"GenTL", "gev", "support", "producer/ProducerError"},
+    "producer/stream": {"GenTL", "gev", "support", "producer/ProducerError", "producer/wire"},
+    "producer/modules": {"GenTL", "gev", "support", "producer/ProducerError", "producer/wire", "producer/stream"},
+    "producer/entries": {"GenTL", "gev", "support", "producer/ProducerError", "producer/modules"},
     "camera": {"gev", "support", "<zlib>", "<cli11>"},
     # The categories of a camera's features stand in its node map, which a device hands out.
     "ctl": {"TLClass", "GenApi", "GenTL", "support", "app/Recovery", "<boost>", "<qt-network>", "<cli11>", "<json>", "<png>"},

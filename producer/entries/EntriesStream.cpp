@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "producer/entries/Entry.h"
-#include "producer/stream/StreamModule.h"
+#include "producer/modules/StreamModule.h"
 
 using namespace producer;
 

@@ -11,8 +11,8 @@
 #include "producer/modules/DeviceEntry.h"
 #include "producer/modules/Module.h"
 #include "producer/modules/RemotePort.h"
+#include "producer/modules/StreamModule.h"
 #include "producer/stream/MessageChannel.h"
-#include "producer/stream/StreamModule.h"
 
 namespace producer {
 

@@ -10,7 +10,7 @@
 #include "gev/GvspTrailer.h"
 #include "producer/ProducerError.h"
 #include "producer/modules/EventData.h"
-#include "producer/stream/StreamBuffer.h"
+#include "producer/modules/StreamBuffer.h"
 #include "tests/FuzzInput.h"
 
 namespace {

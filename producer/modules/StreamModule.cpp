@@ -1,4 +1,4 @@
-#include "producer/stream/StreamModule.h"
+#include "producer/modules/StreamModule.h"
 
 #include <span>
 #include <utility>

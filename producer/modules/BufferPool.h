@@ -10,8 +10,8 @@
 
 #include "GenTL/GenTL.h"
 #include "producer/modules/EventSource.h"
+#include "producer/modules/StreamBuffer.h"
 #include "producer/stream/Reassembly.h"
-#include "producer/stream/StreamBuffer.h"
 
 namespace producer {
 

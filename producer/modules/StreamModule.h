@@ -6,10 +6,10 @@
 #include <mutex>
 #include <string>
 
+#include "producer/modules/BufferPool.h"
 #include "producer/modules/Module.h"
 #include "producer/modules/RemotePort.h"
 #include "producer/stream/Acquisition.h"
-#include "producer/stream/BufferPool.h"
 
 namespace producer {
 

@@ -1,4 +1,4 @@
-#include "producer/stream/BufferPool.h"
+#include "producer/modules/BufferPool.h"
 
 #include <algorithm>
 #include <string>

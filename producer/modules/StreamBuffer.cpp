@@ -1,4 +1,4 @@
-#include "producer/stream/StreamBuffer.h"
+#include "producer/modules/StreamBuffer.h"
 
 #include <algorithm>
 #include <limits>
