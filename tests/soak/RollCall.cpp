@@ -47,7 +47,7 @@ struct COLUMN {
 
 constexpr COLUMN kColumns[] = {{"file descriptors", &ROLL::Descriptors, 0},
                                {"threads", &ROLL::Threads, 0},
-                               {"bytes of heap in use", &ROLL::Heap, 65536},
+                               {"bytes of heap in use", &ROLL::Heap, 131072},
                                {"KiB resident", &ROLL::Resident, 4096}};
 
 }  // namespace

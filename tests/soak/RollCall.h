@@ -21,8 +21,8 @@ void GiveFreedMemoryBack();
 ROLL CallTheRoll(double fSeconds);
 
 /// Judges what was held over time. The first fifth, and two rolls at least, are a warm-up and don't count. Of the rest
-/// the least of the last third may exceed the most of the first third by nothing for descriptors and threads, by 64 KiB
-/// for the heap and by 4 MiB for what is resident, which under a sanitizer isn't judged. So what swings passes, and
+/// the least of the last third may exceed the most of the first third by nothing for descriptors and threads, by 128
+/// KiB for the heap and by 4 MiB for what is resident, which under a sanitizer isn't judged. So what swings passes, and
 /// what only grows doesn't.
 /// @return a complaint for each that grows, and one if the rolls are too few to judge
 std::vector<std::string> JudgeRolls(std::span<const ROLL> arrRolls);
