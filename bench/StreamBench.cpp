@@ -130,7 +130,7 @@ RUN Measure(std::unique_ptr<Loop> pLoop, SENDER_SETTINGS objSettings) {
 
 double Percentile(std::vector<double> vecValue, std::size_t nPercent) {
     std::ranges::sort(vecValue);
-    return vecValue[vecValue.size() * nPercent / 100];
+    return vecValue[(vecValue.size() - 1) * nPercent / 100];
 }
 
 double Median(const std::vector<double>& vecValue) {
@@ -244,26 +244,37 @@ std::vector<double> MeasureProducerLatency(SENDER_SETTINGS objSettings) {
     return vecLatency;
 }
 
+/// Of each turn its middle and its 99th percentile. The middle turn counts: a machine that does something else for a
+/// moment makes one turn's last images late by far, and not the others'.
+struct LATENCIES {
+    void Add(const std::vector<double>& vecLatency) {
+        Middle.push_back(Median(vecLatency));
+        Late.push_back(Percentile(vecLatency, 99));
+    }
+    std::vector<double> Middle;
+    std::vector<double> Late;
+};
+
 /// Argument: packet size.
 void StreamLatency(benchmark::State& objState) {
     Cable();  // before the first socket, which belongs to the machine that its thread is on
     SENDER_SETTINGS objSettings;
     objSettings.Address = kNear;
-    objSettings.Frames = 50;
+    objSettings.Frames = 100;
     objSettings.PacketSize = static_cast<std::size_t>(objState.range(0));
     objSettings.Pause = std::chrono::milliseconds(3);
-    std::vector<double> vecBare;
-    std::vector<double> vecProducer;
-    std::vector<double> vecRing;
+    LATENCIES objBare;
+    LATENCIES objProducer;
+    LATENCIES objRing;
     for (auto _ : objState) {
-        std::ranges::copy(MeasureLatency(MakeBareLoop(objSettings), objSettings), std::back_inserter(vecBare));
-        std::ranges::copy(MeasureProducerLatency(objSettings), std::back_inserter(vecProducer));
-        std::ranges::copy(MeasureLatency(MakeBareRing(objSettings), objSettings), std::back_inserter(vecRing));
+        objBare.Add(MeasureLatency(MakeBareLoop(objSettings), objSettings));
+        objProducer.Add(MeasureProducerLatency(objSettings));
+        objRing.Add(MeasureLatency(MakeBareRing(objSettings), objSettings));
     }
     const std::string strOf = " of " + std::to_string(objSettings.PacketSize) + "-byte packets";
-    Report({"last packet to waiting thread" + strOf, Median(vecProducer), Median(vecBare), AtMost(1.2)});
-    Report({"the same, 99th percentile", Percentile(vecProducer, 99), Percentile(vecBare, 99), AtMost(1.5)});
-    Report({"the same through a ring", Median(vecRing), Median(vecBare), {}});
+    Report({"last packet to waiting thread" + strOf, Median(objProducer.Middle), Median(objBare.Middle), AtMost(1.2)});
+    Report({"the same, 99th percentile", Median(objProducer.Late), Median(objBare.Late), AtMost(1.5)});
+    Report({"the same through a ring", Median(objRing.Middle), Median(objBare.Middle), {}});
 }
 BENCHMARK(StreamLatency)->ArgName("packet")->Arg(1500)->Arg(9000)->Iterations(15)->Unit(benchmark::kMillisecond);
 
