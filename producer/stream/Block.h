@@ -45,6 +45,7 @@ struct PACKET_GAP {
     std::uint64_t Noticed = 0;    ///< number of the stream's packet that showed the gap
     StreamClock::time_point Due;  ///< when it is asked for, or asked for again
     std::uint32_t Asks = 0;
+    std::uint32_t Next = 0;  ///< where an asking goes on that had more runs than requests; 0 at its start
 };
 
 /// One block under way: puts packets to their places and knows which are missing.
@@ -99,6 +100,8 @@ public:
     [[nodiscard]] bool HasMemory() const { return m_objMemory.Owner != nullptr; }
     [[nodiscard]] const BLOCK_MEMORY& GetMemory() const { return m_objMemory; }
     [[nodiscard]] bool HasTrailer() const { return m_bTrailerSettled; }
+    /// As the leader tells it; 0 before it has come.
+    [[nodiscard]] std::uint64_t GetTimestamp() const { return m_bLeader ? m_objLeader.Timestamp : 0; }
     [[nodiscard]] std::size_t GetPayload() const { return m_nPayload; }
     /// Whether most packets had another size than was expected.
     [[nodiscard]] bool HasOtherSizes() const { return m_nOtherSizes > m_nSettled; }

@@ -39,6 +39,19 @@ bool IsAnswerOnly(const GVSP_HEADER& objHeader) {
     }
 }
 
+/// Whether a packet says that what was asked for doesn't come, now or ever.
+bool IsRefusal(const GVSP_HEADER& objHeader) {
+    return (static_cast<std::uint16_t>(objHeader.Status) & kErrorBit) != 0 && IsAnswerOnly(objHeader);
+}
+
+/// Whether the camera has begun to number anew while the last block of that number was still under way: the same number
+/// at another moment.
+bool BeginsAnew(const CBlock& objBlock, const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody) {
+    gev::GVSP_LEADER objLeader;
+    return objHeader.Format == EGvspFormat::Leader && !IsAnswerOnly(objHeader) && objBlock.GetTimestamp() != 0 &&
+           gev::DecodeLeader(arrBody, objLeader) && objLeader.Timestamp != objBlock.GetTimestamp();
+}
+
 }  // namespace
 
 CReassembly::CReassembly(IBlockSink& objSink, const REASSEMBLY_SETTINGS& objSettings)
@@ -56,11 +69,21 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
         ++m_objStatistics.PacketsRefused;
         return;
     }
-    CBlock* const pBlock = m_pCurrent != nullptr && m_pCurrent->GetBlockID() == objHeader.BlockID &&
-                                   m_bExtendedIDs == objHeader.ExtendedIDs
-                               ? m_pCurrent
-                               : FindBlock(objHeader, arrBody, objNow);
-    if (pBlock == nullptr || !Provide(*pBlock, objHeader, arrBody)) {
+    CBlock* pBlock = m_pCurrent != nullptr && m_pCurrent->GetBlockID() == objHeader.BlockID &&
+                             m_bExtendedIDs == objHeader.ExtendedIDs
+                         ? m_pCurrent
+                         : FindBlock(objHeader, arrBody, objNow);
+    if (pBlock == nullptr) {
+        return;
+    }
+    if (!pBlock->HasMemory() && IsRefusal(objHeader)) {
+        TakeRefusal(*pBlock, objHeader, objNow);
+        return;
+    }
+    if (BeginsAnew(*pBlock, objHeader, arrBody)) {
+        pBlock = Restart(objHeader, objNow);
+    }
+    if (!Provide(*pBlock, objHeader, arrBody)) {
         return;
     }
     m_pCurrent = pBlock;
@@ -80,10 +103,11 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
 
 /// The block of a packet; null when it is of no use any more, which is counted here.
 CBlock* CReassembly::FindBlock(const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody, TimePoint objNow) {
-    if (!m_bStarted || m_bExtendedIDs != objHeader.ExtendedIDs) {
+    const bool bOtherIDs = m_bStarted && m_bExtendedIDs != objHeader.ExtendedIDs;
+    if (!m_bStarted || (bOtherIDs && !IsAnswerOnly(objHeader))) {
         return Restart(objHeader, objNow);
     }
-    for (std::size_t i = m_nUnderWay; i-- > 0;) {
+    for (std::size_t i = bOtherIDs ? 0 : m_nUnderWay; i-- > 0;) {
         if (m_vecBlock[i]->GetBlockID() == objHeader.BlockID) {
             return m_vecBlock[i].get();
         }
@@ -179,6 +203,19 @@ bool CReassembly::Provide(CBlock& objBlock, const GVSP_HEADER& objHeader, std::s
     }
     DeliverDone();
     return false;
+}
+
+/// The camera answers for a block of which nothing has come. No memory is taken for what will never come.
+void CReassembly::TakeRefusal(CBlock& objBlock, const GVSP_HEADER& objHeader, TimePoint objNow) {
+    if (objHeader.Status == EGvcpStatus::PacketNotYetAvailable ||
+        objHeader.Status == EGvcpStatus::PacketTemporarilyUnavailable) {
+        bool bWithData = false;
+        TakeStatus(objBlock, objHeader, bWithData, objNow);
+        return;
+    }
+    ++m_objStatistics.PacketsUnavailable;
+    objBlock.m_bDone = true;
+    DeliverDone();
 }
 
 PACKET_EFFECT CReassembly::Place(CBlock& objBlock, const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
@@ -335,8 +372,7 @@ bool CReassembly::ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn
     if (!m_objSettings.Resend || objGap.Asks >= m_objSettings.MostResends) {
         return false;
     }
-    if (objTurn.Requests < kMostRequests) {
-        AskFor(objBlock, objGap, objTurn.Requests);
+    if (objTurn.Requests < kMostRequests && AskFor(objBlock, objGap, objTurn.Requests)) {
         objGap.Due = objTurn.Now + m_objSettings.ResendTimeout * (1U << std::min<std::uint32_t>(objGap.Asks, 16));
         ++objGap.Asks;
     }
@@ -344,8 +380,12 @@ bool CReassembly::ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn
 }
 
 /// One request for each run of packets of the gap that are still missing.
-void CReassembly::AskFor(const CBlock& objBlock, const PACKET_GAP& objGap, std::uint32_t& nRequests) {
-    std::uint32_t nFirst = objGap.First;
+/// @return false if there were more of them than requests; the next turn goes on with the rest
+bool CReassembly::AskFor(const CBlock& objBlock, PACKET_GAP& objGap, std::uint32_t& nRequests) {
+    std::uint32_t nFirst = std::max(objGap.First, objGap.Next);
+    while (nFirst <= objGap.Last && objBlock.IsSettled(nFirst)) {
+        ++nFirst;
+    }
     while (nFirst <= objGap.Last && nRequests < kMostRequests) {
         std::uint32_t nLast = nFirst;
         while (nLast < objGap.Last && !objBlock.IsSettled(nLast + 1)) {
@@ -359,6 +399,9 @@ void CReassembly::AskFor(const CBlock& objBlock, const PACKET_GAP& objGap, std::
             ++nFirst;
         }
     }
+    const bool bWhole = nFirst > objGap.Last;
+    objGap.Next = bWhole ? 0 : nFirst;
+    return bWhole;
 }
 
 std::optional<CReassembly::TimePoint> CReassembly::GetNextDue() const {

@@ -107,6 +107,7 @@ private:
     bool Provide(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody);
     PACKET_EFFECT Place(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
                         TimePoint objNow);
+    void TakeRefusal(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, TimePoint objNow);
     PACKET_EFFECT TakeStatus(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, bool& bWithData, TimePoint objNow);
     void Count(PACKET_EFFECT eEffect, const gev::GVSP_HEADER& objHeader);
 
@@ -119,7 +120,7 @@ private:
     void ServiceBlock(CBlock& objBlock, TURN& objTurn);
     void NoticeTail(CBlock& objBlock, const TURN& objTurn);
     bool ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn);
-    void AskFor(const CBlock& objBlock, const PACKET_GAP& objGap, std::uint32_t& nRequests);
+    bool AskFor(const CBlock& objBlock, PACKET_GAP& objGap, std::uint32_t& nRequests);
     [[nodiscard]] bool IsOvertaken(const CBlock& objBlock) const { return objBlock.GetSerial() < m_nNewestSerial; }
 
     void DeliverDone();

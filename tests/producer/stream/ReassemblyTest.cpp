@@ -213,6 +213,48 @@ TEST(Reassembly, NumberingThatBeginsAnewIsFollowed) {
     EXPECT_EQ(objStream.m_vecFrame.size(), 17U);
     EXPECT_TRUE(std::ranges::all_of(objStream.m_vecFrame, &CSimulatedStream::FRAME::IsExact));
     EXPECT_EQ(objStream.Reassembly().GetStatistics().BlocksLost, 0U);
+    // And in the middle of a block, which isn't filled up with the other image.
+    const auto vecBroken = objStream.MakeFrame(4);
+    std::for_each_n(vecBroken.begin(), vecBroken.size() / 2,
+                    [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    auto vecPacket = objStream.MakeFrame(4);
+    gev::Put64(vecPacket[0], gev::kGvspHeaderSize + 4, 77);
+    std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    ASSERT_EQ(objStream.m_vecFrame.size(), 19U);
+    EXPECT_TRUE(objStream.m_vecFrame[17].Block.IsIncomplete);
+    EXPECT_TRUE(!objStream.m_vecFrame[18].Block.IsIncomplete && objStream.m_vecFrame[18].IsExact);
+}
+
+TEST(Reassembly, BlockOfWhichNothingComesAnyMoreTakesNoMemory) {
+    CSimulatedStream objStream({.AnswersResends = false}, {});
+    for (const std::uint64_t nID : {1, 3}) {
+        std::ranges::for_each(objStream.MakeFrame(nID), [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    }
+    auto arrGone = objStream.MakeFrame(2)[0];
+    gev::Put16(arrGone, 0, static_cast<std::uint16_t>(gev::EGvcpStatus::PacketRemoved));
+    arrGone.resize(gev::kGvspHeaderSize);
+    objStream.Deliver(arrGone);
+    EXPECT_EQ(objStream.m_vecFrame.size(), 2U);
+    EXPECT_EQ(objStream.Reassembly().GetStatistics().BlocksLost, 1U);
+}
+
+TEST(Reassembly, MoreHolesThanRequestsAtATimeAreAllAskedFor) {
+    CSimulatedStream objStream({.SizeX = 2560, .SizeY = 1920, .PacketSize = 576, .AnswersResends = false}, {});
+    const auto vecPacket = objStream.MakeFrame(1);
+    std::size_t nHoles = 0;
+    for (std::size_t i = 0; i < vecPacket.size(); ++i) {
+        if (i % 8 == 7) {
+            ++nHoles;
+        } else {
+            objStream.Reassembly().TakePacket(vecPacket[i], objStream.m_objNow);
+        }
+    }
+    ASSERT_GT(nHoles, 2 * CBlock::kMostGaps);
+    objStream.m_objNow += 6ms;
+    for (std::size_t i = 0; i < nHoles / CReassembly::kMostRequests + 1; ++i) {
+        objStream.Reassembly().Service(objStream.m_objNow, objStream.m_objNow);
+    }
+    EXPECT_EQ(objStream.m_nRequests, nHoles);
 }
 
 TEST(Reassembly, AnswersThatComeLongAfterTheirBlockMoveNothing) {
