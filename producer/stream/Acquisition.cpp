@@ -139,7 +139,10 @@ void CAcquisition::RequestResend(std::uint64_t nBlockID, std::uint32_t nFirst, s
     objCommand.ExtendedIDs = bExtendedIDs;
     gev::GvcpBuffer arrBuffer;
     m_nRequestID = gev::NextRequestID(m_nRequestID);
-    m_objChannel.DoSendUnanswered(gev::EncodeResend(arrBuffer, m_nRequestID, objCommand));
+    // A request can't name packets as far away as a leader may put them.
+    if (const auto arrCommand = gev::EncodeResend(arrBuffer, m_nRequestID, objCommand); !arrCommand.empty()) {
+        m_objChannel.DoSendUnanswered(arrCommand);
+    }
 }
 
 std::uint32_t AskPacketSize(CControlChannel& objChannel) {
@@ -150,7 +153,11 @@ std::uint32_t AskPacketSize(CControlChannel& objChannel) {
     try {
         const auto objDeadline = Clock::now() + kLongestOpening;
         PointChannelTo(objChannel, objSocket, objDeadline);
+        const std::uint32_t nBefore = objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline);
         nFound = FindPacketSize(objChannel, objSocket, objDeadline);
+        // It was only a question: what the consumer has set still holds.
+        objChannel.DoWriteRegister(kStreamChannelPacketSize.Address, nBefore & ~kPacketSizeFireTestPacket,
+                                   Clock::now() + kLongestClosing);
     } catch (...) {
         CloseChannelOf(objChannel);
         throw;
