@@ -92,7 +92,8 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
     if (eEffect == PACKET_EFFECT::Placed) {
         ++m_nClock;
         pBlock->m_objLastArrival = objNow;
-        pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent());
+        pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent() &&
+                                                          objHeader.PacketID >= pBlock->GetTailID());
         // Packets of another size can't be had by asking again.
         if (pBlock->IsSettled() || (pBlock->HasTrailer() && pBlock->HasOtherSizes())) {
             pBlock->m_bDone = true;
