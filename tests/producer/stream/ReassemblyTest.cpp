@@ -228,6 +228,37 @@ TEST(Reassembly, NumberingThatBeginsAnewIsFollowed) {
     EXPECT_TRUE(!objStream.m_vecFrame[18].Block.IsIncomplete && objStream.m_vecFrame[18].IsExact);
 }
 
+TEST(Reassembly, NumberingThatBeginsAnewWithoutAClockIsFollowedFromTheSecondFrame) {
+    CSimulatedStream objStream({}, {});
+    for (int i = 0; i < 2; ++i) {
+        for (std::uint64_t nID = 1; nID <= 5; ++nID) {
+            auto vecPacket = objStream.MakeFrame(nID);
+            gev::Put64(vecPacket.front(), gev::kGvspHeaderSize + 4, 0);
+            std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        }
+    }
+    EXPECT_EQ(objStream.m_vecFrame.size(), 9U);
+    EXPECT_TRUE(std::ranges::all_of(objStream.m_vecFrame, &CSimulatedStream::FRAME::IsExact));
+}
+
+TEST(Reassembly, CameraThatAnswersNoRequestHoldsFewFramesBack) {
+    CSimulatedStream objStream({.AnswersResends = false}, {}, 8);
+    objStream.Send(400, LosesAtRate(0.002));
+    const STREAM_STATISTICS& objCounts = objStream.Reassembly().GetStatistics();
+    EXPECT_EQ(objCounts.BlocksDelivered + objCounts.BlocksUnderrun + objCounts.BlocksLost, 400U);
+    EXPECT_LT(objCounts.BlocksUnderrun, 40U);
+    EXPECT_LT(objStream.m_nRequests, 3 * objStream.m_nLostPackets);
+}
+
+TEST(Reassembly, BlockOfWhichNothingCameGivesWayWhenMemoryRunsOut) {
+    CSimulatedStream objStream({.AnswersResends = false}, {}, 3);
+    objStream.m_bKeepsFrames = true;
+    for (const std::uint64_t nID : {1, 3, 4, 5}) {
+        std::ranges::for_each(objStream.MakeFrame(nID), [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    }
+    EXPECT_EQ(objStream.m_vecFrame.size(), 3U);
+}
+
 TEST(Reassembly, BlockOfWhichNothingComesAnyMoreTakesNoMemory) {
     CSimulatedStream objStream({.AnswersResends = false}, {});
     for (const std::uint64_t nID : {1, 3}) {
