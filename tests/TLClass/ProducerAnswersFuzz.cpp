@@ -50,8 +50,11 @@ void ReadChunks(CGenTLLib* pLib, void* pHandle) {
         bAttached = false;
     }
     Require(bAttached != bInvalid);
-    if (bAttached && objMap.Access("A") == GenApi_3_0::RO) {
-        objMap.Value("A").ToString();
+    try {
+        if (bAttached && objMap.Access("A") == GenApi_3_0::RO) {
+            objMap.Value("A").ToString();
+        }
+    } catch (const GenICam_3_0::OutOfRangeException&) {  // the chunk is shorter than the feature
     }
 }
 
