@@ -41,7 +41,7 @@ double CFloatNode::IncFloat() {
 }
 
 gcstring CFloatNode::GetUnit() const {
-    const gcstring strUnit = CFloatValue::GetUnit();
+    gcstring strUnit = CFloatValue::GetUnit();
     if (!strUnit.empty()) {
         return strUnit;
     }

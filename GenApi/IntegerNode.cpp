@@ -41,7 +41,7 @@ std::int64_t CIntegerNode::IncInt() {
 }
 
 gcstring CIntegerNode::GetUnit() {
-    const gcstring strUnit = CIntegerValue::GetUnit();
+    gcstring strUnit = CIntegerValue::GetUnit();
     if (!strUnit.empty()) {
         return strUnit;
     }

@@ -23,7 +23,9 @@ CRouteSocket::~CRouteSocket() {
 int CRouteSocket::Find(std::uint32_t nAddress) const {
     sockaddr_in objAddress{};
     objAddress.sin_family = AF_UNSPEC;  // forgets the last one, and the address of this side with it
-    connect(m_nSocket, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress);
+    if (connect(m_nSocket, reinterpret_cast<const sockaddr*>(&objAddress), sizeof objAddress) != 0) {
+        return errno;
+    }
     objAddress.sin_family = AF_INET;
     objAddress.sin_port = htons(1);  // any will do
     objAddress.sin_addr.s_addr = htonl(nAddress);

@@ -28,7 +28,7 @@ void CSentBlocks::SetFormat(const BLOCK_FORMAT& objFormat) {
     m_objFormat = objFormat;
     m_nImage = GetImageSize(objFormat.Image);
     m_nPayload = m_nImage + GetChunkSize(objFormat);
-    m_nPerPacket = gev::GetPayloadPerPacket(objFormat.PacketSize, objFormat.ExtendedIDs);
+    m_nPerPacket = std::max<std::size_t>(gev::GetPayloadPerPacket(objFormat.PacketSize, objFormat.ExtendedIDs), 1);
     m_nPackets = static_cast<std::uint32_t>((m_nPayload + m_nPerPacket - 1) / m_nPerPacket) + 2;
     m_vecSlot.assign(std::clamp(kRingSize / m_nPayload, kLeastBlocks, kMostBlocks), SLOT{});
     m_vecPayload.resize(std::max(m_vecPayload.size(), m_nPayload * m_vecSlot.size()));
