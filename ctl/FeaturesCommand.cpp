@@ -1,7 +1,5 @@
 #include "ctl/FeaturesCommand.h"
 
-#include <filesystem>
-#include <fstream>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -12,6 +10,7 @@
 #include "GenApi/NodeCast.h"
 #include "GenApi/Value.h"
 #include "GenTL/GenTL.h"
+#include "TLClass/TLClassFeature/FeatureFile.h"
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
 #include "ctl/DifferenceReport.h"
 #include "ctl/ErrorText.h"
@@ -19,7 +18,7 @@
 #include "ctl/FeatureTree.h"
 #include "ctl/OpenCamera.h"
 #include "ctl/Table.h"
-#include "ctl/WholeFile.h"
+#include "ctl/UserFile.h"
 
 namespace {
 
@@ -39,12 +38,8 @@ void Set(GenApi_3_0::INode& objNode, const std::string& strValue) {
     }
 }
 
-std::ifstream OpenFeatureFile(const std::string& strPath) {
-    std::ifstream objFile(strPath, std::ios::binary);
-    if (!objFile || !std::filesystem::is_regular_file(strPath)) {
-        throw CCommandError(EXIT_CODE::Failure, strPath + ": it can't be read");
-    }
-    return objFile;
+std::istringstream ReadFeatureFile(const std::string& strPath) {
+    return std::istringstream(ReadUserFile(strPath, CFeatureFile::kMaxFeatureFileSize));
 }
 
 void PrintErrors(const std::vector<std::string>& vecError, const COMMAND_OUTPUT& objOutput) {
@@ -100,7 +95,7 @@ EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     std::ostringstream objText;
     std::vector<std::string> vecError;
     SaveDeviceFeatures(objCamera.GetDevice(), objText, &vecError);
-    WriteWholeFile(objOptions.strFile, objText.str());
+    WriteUserFile(objOptions.strFile, objText.str(), EWholeFile::Durable);
     PrintErrors(vecError, objOutput);
     objOutput.objErr << "Saved the settings of " << Printable(objCamera.GetCamera().strID) << " to "
                      << objOptions.strFile << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
@@ -108,7 +103,7 @@ EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
 }
 
 EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    std::ifstream objFile = OpenFeatureFile(objOptions.strFile);
+    std::istringstream objFile = ReadFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);  // without it no selector moves
     objCamera.OpenStream();
     const FEATURE_FILE_COMPARISON objComparison = CompareDeviceFeatures(objCamera.GetDevice(), objFile);
@@ -127,7 +122,7 @@ EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
 }
 
 EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    std::ifstream objFile = OpenFeatureFile(objOptions.strFile);
+    std::istringstream objFile = ReadFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();
     const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);

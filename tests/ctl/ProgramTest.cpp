@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -150,8 +152,28 @@ TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
     std::ofstream(strFile) << strText;
     EXPECT_EQ(Run({"features", "left", "diff", strFile}), EXIT_CODE::Incomplete);
     EXPECT_THAT(m_strErr, HasSubstr("Gone: There is no such feature"));
-    EXPECT_EQ(Run({"features", "left", "load", Path("missing")}), EXIT_CODE::Failure);
-    EXPECT_THAT(m_strErr, HasSubstr("missing: it can't be read"));
+}
+
+TEST_F(Program, WaitsForNoFileThatHasNoEnd) {
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    std::ofstream(Path("huge")) << "x";
+    std::filesystem::resize_file(Path("huge"), std::uintmax_t{1} << 40);
+    const struct {
+        std::string strFile;
+        const char* pError;
+    } arrCase[] = {{Path("missing"), "missing: it can't be read: No such file or directory"},
+                   {Path(""), "it is no regular file"},
+                   {Path("pipe"), "pipe: it is no regular file"},
+                   {"/dev/zero", "/dev/zero: it is no regular file"},
+                   {Path("huge"), "huge: it is longer than 8388608 bytes"}};
+    for (const auto& objCase : arrCase) {
+        for (const char* pCommand : {"load", "diff"}) {
+            EXPECT_EQ(Run({"features", "left", pCommand, objCase.strFile}), EXIT_CODE::Failure);
+            EXPECT_THAT(m_strErr, HasSubstr(objCase.pError));
+        }
+    }
+    EXPECT_EQ(Run({"features", "left", "save", Path("pipe")}), EXIT_CODE::Failure);
+    EXPECT_TRUE(std::filesystem::is_fifo(Path("pipe"))) << "it isn't replaced";
 }
 
 TEST_F(Program, GrabsFramesToFiles) {
