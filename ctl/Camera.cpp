@@ -15,8 +15,14 @@ namespace {
 
 bool IsInOtherSubnet(const CAMERA& objCamera) {
     const ADAPTER& objAdapter = objCamera.objAdapter;
-    return objCamera.nAddress && objAdapter.nAddress && objAdapter.nMask &&
-           ((*objCamera.nAddress ^ *objAdapter.nAddress) & *objAdapter.nMask) != 0;
+    if (!objCamera.nAddress || !objAdapter.nAddress || !objAdapter.nMask) {
+        return false;
+    }
+    const auto isOutside = [nCamera = *objCamera.nAddress](const HOST_ADDRESS& objAddress) {
+        return ((nCamera ^ objAddress.nAddress) & objAddress.nMask) != 0;
+    };
+    return isOutside({*objAdapter.nAddress, *objAdapter.nMask}) &&
+           std::ranges::all_of(objAdapter.vecAddress, isOutside);
 }
 
 /// Producers put an address or a description behind the name that the system has for an adapter. Every adapter is

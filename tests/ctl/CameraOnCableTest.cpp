@@ -120,6 +120,9 @@ TEST_F(CameraOnCable, IsRecoveredAndThenReached) {
     const json objFound = json::parse(objRun.strOut)["cameras"].at(0);
     EXPECT_EQ(objFound["mac"], m_strMAC);
     EXPECT_EQ(objFound["state"], "other subnet");
+    m_objMachine->Run("ip address add 10.9.9.1/24 broadcast + dev eth1");
+    EXPECT_EQ(json::parse(Run("list --json").strOut)["cameras"].at(0)["state"], "ready") << "in the second subnet";
+    m_objMachine->Run("ip address del 10.9.9.1/24 dev eth1");
 
     objRun = Run("recover " + m_strMAC + " 192.168.1.20");
     EXPECT_EQ(objRun.nExitCode, 0);
