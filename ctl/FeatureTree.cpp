@@ -10,6 +10,7 @@
 #include "GenApi/Float.h"
 #include "GenApi/GCException.h"
 #include "GenApi/Integer.h"
+#include "GenApi/IntegerText.h"
 #include "GenApi/Node.h"
 #include "GenApi/NodeCast.h"
 #include "GenApi/NodeMap.h"
@@ -57,12 +58,24 @@ const char* KindOf(const INode& objNode) {
     }
 }
 
+/// What every address lies within is no limit to tell of.
+bool IsAnyAddress(IInteger& objInteger) {
+    constexpr std::int64_t kLastIPv4 = 0xFFFF'FFFF;
+    constexpr std::int64_t kLastMAC = 0xFFFF'FFFF'FFFF;
+    const ERepresentation eRepresentation = objInteger.GetRepresentation();
+    return objInteger.GetMin() <= 0 && ((eRepresentation == IPV4Address && objInteger.GetMax() >= kLastIPv4) ||
+                                        (eRepresentation == MACAddress && objInteger.GetMax() >= kLastMAC));
+}
+
 std::string LimitsOf(IInteger& objInteger) {
     using LIMITS = std::numeric_limits<std::int64_t>;
-    if (objInteger.GetMin() == LIMITS::min() && objInteger.GetMax() == LIMITS::max()) {
+    if ((objInteger.GetMin() == LIMITS::min() && objInteger.GetMax() == LIMITS::max()) || IsAnyAddress(objInteger)) {
         return {};
     }
-    std::string strLimits = std::to_string(objInteger.GetMin()) + " to " + std::to_string(objInteger.GetMax());
+    // As the value itself is shown.
+    const ERepresentation eRepresentation = objInteger.GetRepresentation();
+    std::string strLimits =
+        FormatAs(objInteger.GetMin(), eRepresentation) + " to " + FormatAs(objInteger.GetMax(), eRepresentation);
     if (objInteger.GetIncMode() == fixedIncrement && objInteger.GetInc() != 1) {
         strLimits += " in steps of " + std::to_string(objInteger.GetInc());
     }

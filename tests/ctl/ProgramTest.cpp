@@ -39,6 +39,7 @@ protected:
         SetRegister(0x100, 64);
         SetRegister(0x104, 8);
         SetRegister(0x108, 0);
+        Remote().SetRegister(0x10C, std::vector{std::byte{192}, std::byte{168}, std::byte{1}, std::byte{9}});
     }
 
     EXIT_CODE Run(std::vector<std::string> vecArgument) {
@@ -62,7 +63,7 @@ protected:
         <Category Name='Root'><pFeature>About</pFeature><pFeature>Image</pFeature></Category>
         <Category Name='About'><pFeature>DeviceModelName</pFeature><pFeature>Image</pFeature></Category>
         <Category Name='Image'><pFeature>Width</pFeature><pFeature>PayloadSize</pFeature>
-            <pFeature>AcquisitionStart</pFeature><pFeature>About</pFeature></Category>
+            <pFeature>Target</pFeature><pFeature>AcquisitionStart</pFeature><pFeature>About</pFeature></Category>
         <String Name='DeviceModelName'><ImposedAccessMode>RO</ImposedAccessMode><Value>Area</Value></String>
         <Integer Name='Width'><Streamable>Yes</Streamable><pValue>WidthReg</pValue><Min>16</Min><Max>64</Max>
             <Inc>4</Inc><Unit>px</Unit></Integer>
@@ -70,6 +71,8 @@ protected:
             <pPort>Device</pPort><Endianess>BigEndian</Endianess></IntReg>
         <IntReg Name='PayloadSize'><Address>0x104</Address><Length>4</Length><AccessMode>RO</AccessMode>
             <pPort>Device</pPort><Endianess>BigEndian</Endianess></IntReg>
+        <IntReg Name='Target'><Address>0x10C</Address><Length>4</Length><AccessMode>RW</AccessMode>
+            <pPort>Device</pPort><Endianess>BigEndian</Endianess><Representation>IPV4Address</Representation></IntReg>
         <Command Name='AcquisitionStart'><pValue>StartReg</pValue><CommandValue>1</CommandValue></Command>
         <Command Name='AcquisitionStop'><pValue>StartReg</pValue><CommandValue>0</CommandValue></Command>
         <IntReg Name='StartReg'><Address>0x108</Address><Length>4</Length><AccessMode>RW</AccessMode>
@@ -107,7 +110,8 @@ TEST_F(Program, ReadsAndWritesFeatures) {
     EXPECT_EQ(objWidth["value"], "64");
     EXPECT_EQ(objWidth["limits"], "16 to 64 in steps of 4");
     EXPECT_EQ(Run({"features", "left"}), EXIT_CODE::Success);
-    EXPECT_THAT(m_strOut, HasSubstr("64 px  read, write: 16 to 64"));
+    EXPECT_THAT(m_strOut,
+                AllOf(HasSubstr("64 px        read, write: 16 to 64"), HasSubstr("192.168.1.9  read, write\n")));
 
     EXPECT_EQ(Run({"features", kSerial, "set", "Width", "32"}), EXIT_CODE::Success) << m_strErr;
     EXPECT_EQ(Run({"features", kSerial, "get", "Width"}), EXIT_CODE::Success);
