@@ -25,13 +25,6 @@ bool IsInOtherSubnet(const CAMERA& objCamera) {
            std::ranges::all_of(objAdapter.vecAddress, isOutside);
 }
 
-/// Producers put an address or a description behind the name that the system has for an adapter. Every adapter is
-/// called by the empty name.
-bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
-    return strName.empty() || objAdapter.strID == strName || objAdapter.strName == strName ||
-           objAdapter.strName.starts_with(std::string(strName) + ' ');
-}
-
 std::string Describe(const std::vector<const CAMERA*>& vecCamera) {
     std::vector<std::vector<std::string>> vecRow;
     for (const CAMERA* pCamera : vecCamera) {
@@ -66,6 +59,12 @@ std::vector<MATCH> MatchesOf(std::string_view strName) {
 }
 
 }  // namespace
+
+bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
+    // Producers put an address or a description behind the name that the system has for an adapter.
+    return strName.empty() || objAdapter.strID == strName || objAdapter.strName == strName ||
+           objAdapter.strName.starts_with(std::string(strName) + ' ');
+}
 
 std::string GetStateText(const CAMERA& objCamera) {
     // What the producer says of access is of no use where nothing but a broadcast reaches the camera.

@@ -39,6 +39,9 @@ struct CAMERA {
     boost::shared_ptr<IDevice> pDevice;  ///< the camera in the tree of modules
 };
 
+/// @return whether a user means the adapter by its ID, its name or the first word of its name; by the empty name any
+bool IsCalled(const ADAPTER& objAdapter, std::string_view strName);
+
 /// One word or two for what can be done with a camera now: "ready", "in use", "other subnet", ...
 std::string GetStateText(const CAMERA& objCamera);
 

@@ -78,3 +78,7 @@ void WriteCameraJson(std::ostream& objOut, const std::vector<ADAPTER>& vecAdapte
                      const std::vector<CAMERA>& vecCamera) {
     WriteJson(objOut, {{"adapters", ListOf(vecAdapter)}, {"cameras", ListOf(vecCamera)}});
 }
+
+void WriteFoundCameraJson(std::ostream& objOut, const std::optional<CAMERA>& objCamera) {
+    WriteJson(objOut, {{"camera", objCamera ? ToJson(*objCamera) : nlohmann::ordered_json()}});
+}

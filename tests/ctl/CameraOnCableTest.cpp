@@ -124,9 +124,9 @@ TEST_F(CameraOnCable, IsRecoveredAndThenReached) {
     EXPECT_EQ(json::parse(Run("list --json").strOut)["cameras"].at(0)["state"], "ready") << "in the second subnet";
     m_objMachine->Run("ip address del 10.9.9.1/24 dev eth1");
 
-    objRun = Run("recover " + m_strMAC + " 192.168.1.20");
+    objRun = Run("recover " + m_strMAC + " 192.168.1.20 --json");
     EXPECT_EQ(objRun.nExitCode, 0);
-    EXPECT_THAT(objRun.strOut, HasSubstr("is at 192.168.1.20 on eth1"));
+    EXPECT_EQ(json::parse(objRun.strOut)["camera"]["address"], "192.168.1.20");
     objRun = Run("features 192.168.1.20 set Width 640");
     EXPECT_EQ(objRun.nExitCode, 0);
     EXPECT_EQ(objRun.strOut, "640\n");

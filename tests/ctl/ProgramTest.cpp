@@ -96,6 +96,10 @@ TEST_F(Program, ListsCamerasForPeopleAndForScripts) {
     EXPECT_EQ(objDocument["cameras"][0]["mac"], "02-5E-17-00-AD-EA");
     EXPECT_EQ(objDocument["cameras"].size(), 1U);
     EXPECT_EQ(objDocument["adapters"].size(), 1U);
+    EXPECT_EQ(Run({"list", "-v", "--adapter", "eth1"}), EXIT_CODE::Success);
+    EXPECT_THAT(m_strOut, HasSubstr(kSerial));
+    EXPECT_EQ(Run({"list", "--adapter", "eth"}), EXIT_CODE::Failure);
+    EXPECT_THAT(m_strErr, HasSubstr("no network adapter eth. There are: eth1"));
 
     m_objTree.Double().Unplug("cam-1");
     EXPECT_EQ(Run({"list"}), EXIT_CODE::Success);
@@ -116,6 +120,10 @@ TEST_F(Program, ReadsAndWritesFeatures) {
     EXPECT_EQ(Run({"features", kSerial, "set", "Width", "32"}), EXIT_CODE::Success) << m_strErr;
     EXPECT_EQ(Run({"features", kSerial, "get", "Width"}), EXIT_CODE::Success);
     EXPECT_EQ(m_strOut, "32\n");
+    ASSERT_EQ(Run({"features", kSerial, "set", "Width", "20", "--json"}), EXIT_CODE::Success) << m_strErr;
+    EXPECT_EQ(json::parse(m_strOut)["value"], "20");
+    ASSERT_EQ(Run({"features", kSerial, "--json", "get", "Width"}), EXIT_CODE::Success) << m_strErr;
+    EXPECT_EQ(json::parse(m_strOut)["limits"], "16 to 64 in steps of 4");
 
     EXPECT_EQ(Run({"features", kSerial, "set", "Width", "33"}), EXIT_CODE::Failure);
     EXPECT_THAT(m_strErr, HasSubstr("16 to 64 in steps of 4"));
@@ -151,7 +159,8 @@ TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
     }
     strText.replace(strText.find("Width\t64"), 8, "Width\t99");
     std::ofstream(strFile) << strText;
-    EXPECT_EQ(Run({"features", "left", "load", strFile}), EXIT_CODE::Incomplete);
+    EXPECT_EQ(Run({"features", "left", "load", strFile, "--json"}), EXIT_CODE::Incomplete);
+    EXPECT_EQ(json::parse(m_strOut)["refused"].size(), 1U);
     strText.replace(strText.find("Width\t99"), 8, "Gone\t1");
     std::ofstream(strFile) << strText;
     EXPECT_EQ(Run({"features", "left", "diff", strFile}), EXIT_CODE::Incomplete);
