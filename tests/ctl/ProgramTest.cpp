@@ -133,6 +133,9 @@ TEST_F(Program, ReadsAndWritesFeatures) {
     EXPECT_THAT(m_strErr, HasSubstr("meant: Width"));
     EXPECT_EQ(Run({"features", kSerial, "set", "DeviceModelName", "x"}), EXIT_CODE::NoAccess);
     EXPECT_EQ(Run({"features", "nobody"}), EXIT_CODE::NoSuchCamera);
+    Remote().Describe("<RegisterDescription");
+    EXPECT_EQ(Run({"features", "left"}), EXIT_CODE::Failure);
+    EXPECT_THAT(m_strErr, HasSubstr("a description of its features that is damaged"));
     EXPECT_THAT(m_objTree.Double().OpenModules(), IsEmpty());
 }
 
