@@ -1,6 +1,7 @@
 #include "ctl/Program.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <ostream>
@@ -26,12 +27,19 @@ constexpr const char* kFooter =
     "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP address, or a part of its model\n"
     "that no other camera has.\n"
     "\n"
-    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no producer; 4 no such camera, or\n"
-    "several; 5 no access; 6 done in part: frames lost, a setting refused or not compared, a camera that\n"
-    "didn't come up; 7 doctor found a problem; 8 features diff found a difference.\n"
-    "\n"
     "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
-    "with another ZrGVTL.cti to use in place of the bundled one.";
+    "with another ZrGVTL.cti to use in place of the bundled one.\n"
+    "\n"
+    "Exit codes:\n";
+
+std::string MakeFooter() {
+    std::string strFooter = kFooter;
+    for (std::size_t i = 0; i < kExitCodeTexts.size(); ++i) {
+        strFooter += "  " + std::to_string(i) + "  " + kExitCodeTexts[i] + '\n';
+    }
+    strFooter.pop_back();
+    return strFooter;
+}
 
 constexpr const char* kCameraHelp = "The camera: its ID, MAC, serial number, name, IP address, or a part of its model";
 
@@ -67,7 +75,7 @@ public:
         AddFeatures();
         AddGrab();
         AddDoctor();
-        m_objApp.footer(kFooter);  // last, or every command would have it too
+        m_objApp.footer(MakeFooter());  // last, or every command would have it too
     }
     CGrammar(const CGrammar&) = delete;
     CGrammar& operator=(const CGrammar&) = delete;
