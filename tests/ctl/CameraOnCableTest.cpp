@@ -23,6 +23,7 @@
 #include <nlohmann/json.hpp>
 #include <png.h>
 
+#include "camera/Faults.h"
 #include "camera/TestImage.h"
 #include "gev/Address.h"
 #include "tests/TLClass/TemporaryDirectory.h"
@@ -184,6 +185,16 @@ TEST_F(GrabOnCable, WritesWhatTheCameraDrawsAndTellsTheRate) {
             EXPECT_TRUE(IsDrawnByCamera(bRaw ? ReadRaw(GetRawFile(i)) : ReadGreyPng(strPng), 1280, 1024)) << i;
         }
     }
+}
+
+TEST_F(GrabOnCable, SaysWhatToCheckAfterFramesCameIncomplete) {
+    camera::FAULTS objFaults;
+    camera::SetFault(objFaults, "lost-trailer=100");
+    camera::SetFault(objFaults, "no-resend");
+    m_objCamera->Get().SetFaults(objFaults);
+    const RUN objRun = Run("grab left --raw --timeout 2000 -o " + Path("") + " 2>&1");
+    EXPECT_EQ(objRun.nExitCode, 6);
+    EXPECT_THAT(objRun.strOut, HasSubstr("The camera sends no packet again"));
 }
 
 TEST_F(GrabOnCable, EndsInOrderByCtrlCAndWhenTheCameraIsUnplugged) {
