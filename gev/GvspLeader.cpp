@@ -38,14 +38,18 @@ std::size_t GetLeaderSize(EPayloadType nType) {
 }
 
 std::uint64_t GetImageSize(const GVSP_LEADER& objLeader) {
-    // A line takes under 2^37 bytes, so that the number of lines decides whether the product fits.
+    // A line takes under 2^38 bytes, so that the number of lines decides whether the product fits.
     const std::uint64_t nBits = std::uint64_t{objLeader.SizeX} * GetBitsPerPixel(objLeader.PixelFormat);
-    const std::uint64_t nLine = (nBits + 7) / 8 + objLeader.PaddingX;
+    const std::uint64_t nLine = nBits / 8 + objLeader.PaddingX;
+    const std::uint64_t nRest = nBits % 8;
+    const std::uint64_t nRests =
+        objLeader.PaddingX != 0 ? (nRest != 0 ? objLeader.SizeY : 0) : (nRest * objLeader.SizeY + 7) / 8;
     constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
-    if (nLine != 0 && objLeader.SizeY > (kMost - objLeader.PaddingY) / nLine) {
+    const std::uint64_t nBehind = nRests + objLeader.PaddingY;
+    if (nLine != 0 && objLeader.SizeY > (kMost - nBehind) / nLine) {
         return kMost;
     }
-    return nLine * objLeader.SizeY + objLeader.PaddingY;
+    return nLine * objLeader.SizeY + nBehind;
 }
 
 std::span<std::byte> EncodeLeader(std::span<std::byte> arrBuffer, const GVSP_LEADER& objLeader) {

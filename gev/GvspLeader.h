@@ -69,8 +69,10 @@ bool IsImage(EPayloadType nType);
 /// How long the leader of this type is.
 std::size_t GetLeaderSize(EPayloadType nType);
 
-/// Bytes of the image that a leader announces: lines of whole bytes, each with its padding, and the padding behind the
-/// last. Chunks aren't counted. What can't be said in 64 bits is the highest number.
+/// Bytes that the image which a leader announces takes at least: its lines, each with its padding, and the padding
+/// behind the last. Lines with padding are of whole bytes; without, a packed format may go on in the middle of a byte,
+/// and a camera that doesn't sends up to a byte more for each line. Chunks aren't counted. What can't be said in 64
+/// bits is the highest number.
 std::uint64_t GetImageSize(const GVSP_LEADER& objLeader);
 
 std::span<std::byte> EncodeLeader(std::span<std::byte> arrBuffer, const GVSP_LEADER& objLeader);

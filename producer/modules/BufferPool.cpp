@@ -13,8 +13,8 @@ void CBufferPool::RevokeAll() noexcept {
     for (const auto& pBuffer : m_vecBuffer) {
         CHandleTable::Get().Take(pBuffer->m_hBuffer);
     }
-    m_deqInput.clear();
-    m_deqOutput.clear();
+    m_vecInput.clear();
+    m_vecOutput.clear();
     m_vecBuffer.clear();
 }
 
@@ -30,17 +30,18 @@ CStreamBuffer& CBufferPool::Require(void* hBuffer) {
 /// Lets go of the buffers whose events have been fetched, or thrown away: those that were put out first.
 void CBufferPool::FollowOutput() {
     const std::size_t nQueued = m_objEvents.GetQueued(EVENT_NEW_BUFFER);
-    while (m_deqOutput.size() > nQueued) {
-        m_deqOutput.front()->m_ePlace = BUFFER_PLACE::Unqueued;
-        m_deqOutput.pop_front();
-    }
+    const std::size_t nFetched = m_vecOutput.size() - std::min(nQueued, m_vecOutput.size());
+    const auto itRest = m_vecOutput.begin() + static_cast<std::ptrdiff_t>(nFetched);
+    std::for_each(m_vecOutput.begin(), itRest,
+                  [](CStreamBuffer* pBuffer) { pBuffer->m_ePlace = BUFFER_PLACE::Unqueued; });
+    m_vecOutput.erase(m_vecOutput.begin(), itRest);
 }
 
 /// @return the queue that the buffer's event was put into, whose waiter is still to be woken; null without one
 std::shared_ptr<CEventQueue> CBufferPool::PutOut(CStreamBuffer& objBuffer) {
     FollowOutput();
     objBuffer.m_ePlace = BUFFER_PLACE::Output;
-    m_deqOutput.push_back(&objBuffer);
+    m_vecOutput.push_back(&objBuffer);
     const EVENT_NEW_BUFFER_DATA objData{objBuffer.m_hBuffer, objBuffer.GetUserPointer()};
     return m_objEvents.PostQuietly(EVENT_NEW_BUFFER, std::as_bytes(std::span(&objData, 1)));
 }
@@ -48,7 +49,7 @@ std::shared_ptr<CEventQueue> CBufferPool::PutOut(CStreamBuffer& objBuffer) {
 void CBufferPool::PutIn(CStreamBuffer& objBuffer) {
     objBuffer.Clear();
     objBuffer.m_ePlace = BUFFER_PLACE::Input;
-    m_deqInput.push_back(&objBuffer);
+    m_vecInput.push_back(&objBuffer);
 }
 
 void CBufferPool::DiscardOutput() {
@@ -65,6 +66,9 @@ void* CBufferPool::Announce(std::shared_ptr<CStreamBuffer> pBuffer) {
     const std::byte* const pMemory = pBuffer->GetMemory().data();
     if (std::ranges::any_of(m_vecBuffer, [&](const auto& pKnown) { return pKnown->GetMemory().data() == pMemory; })) {
         throw CProducerError(GC_ERR_RESOURCE_IN_USE, "this memory is announced already");
+    }
+    for (auto* const pQueue : {&m_vecInput, &m_vecOutput}) {
+        pQueue->reserve(m_vecBuffer.size() + 1);
     }
     m_vecBuffer.reserve(m_vecBuffer.size() + 1);
     pBuffer->m_hBuffer = CHandleTable::Get().Add(pBuffer);
@@ -110,11 +114,12 @@ void CBufferPool::Flush(ACQ_QUEUE_TYPE nOperation) {
     };
     switch (nOperation) {
         case ACQ_QUEUE_INPUT_TO_OUTPUT:
-            for (CStreamBuffer* const pBuffer : std::exchange(m_deqInput, {})) {
+            for (CStreamBuffer* const pBuffer : m_vecInput) {
                 if (const std::shared_ptr<CEventQueue> pQueue = PutOut(*pBuffer)) {
                     pQueue->Wake();
                 }
             }
+            m_vecInput.clear();
             break;
         case ACQ_QUEUE_OUTPUT_DISCARD:
             DiscardOutput();
@@ -128,9 +133,10 @@ void CBufferPool::Flush(ACQ_QUEUE_TYPE nOperation) {
             break;
         case ACQ_QUEUE_ALL_DISCARD:
             DiscardOutput();
-            for (CStreamBuffer* const pBuffer : std::exchange(m_deqInput, {})) {
+            for (CStreamBuffer* const pBuffer : m_vecInput) {
                 pBuffer->m_ePlace = BUFFER_PLACE::Unqueued;
             }
+            m_vecInput.clear();
             break;
         default:
             throw CProducerError(GC_ERR_INVALID_PARAMETER, "there is no queue operation " + std::to_string(nOperation));
@@ -170,8 +176,8 @@ BUFFER_COUNTS CBufferPool::GetCounts() {
     const auto nFilling = std::ranges::count_if(
         m_vecBuffer, [](const auto& pBuffer) { return pBuffer->m_ePlace == BUFFER_PLACE::Filling; });
     m_objCounts.Announced = m_vecBuffer.size();
-    m_objCounts.Queued = m_deqInput.size() + static_cast<std::size_t>(nFilling);
-    m_objCounts.AwaitDelivery = m_deqOutput.size();
+    m_objCounts.Queued = m_vecInput.size() + static_cast<std::size_t>(nFilling);
+    m_objCounts.AwaitDelivery = m_vecOutput.size();
     return m_objCounts;
 }
 
@@ -188,13 +194,13 @@ bool CBufferPool::IsThrough() {
 
 BLOCK_MEMORY CBufferPool::TakeMemory() {
     const std::lock_guard objLock(m_mtxPool);
-    if (m_deqInput.empty() || m_nFramesLeft == 0) {
+    if (m_vecInput.empty() || m_nFramesLeft == 0) {
         m_objCounts.Underruns += m_nFramesLeft == 0 ? 0 : 1;
         return {};
     }
     ++m_objCounts.Started;
-    CStreamBuffer* const pBuffer = m_deqInput.front();
-    m_deqInput.pop_front();
+    CStreamBuffer* const pBuffer = m_vecInput.front();
+    m_vecInput.erase(m_vecInput.begin());
     pBuffer->m_ePlace = BUFFER_PLACE::Filling;
     m_nFramesLeft -= m_nFramesLeft == GENTL_INFINITE ? 0 : 1;
     return {pBuffer->GetMemory(), pBuffer};
@@ -204,7 +210,7 @@ void CBufferPool::ReturnMemory(const BLOCK_MEMORY& objMemory) {
     const std::lock_guard objLock(m_mtxPool);
     auto* const pBuffer = static_cast<CStreamBuffer*>(objMemory.Owner);
     pBuffer->m_ePlace = BUFFER_PLACE::Input;
-    m_deqInput.push_front(pBuffer);
+    m_vecInput.insert(m_vecInput.begin(), pBuffer);
     --m_objCounts.Started;
     m_nFramesLeft += m_nFramesLeft == GENTL_INFINITE ? 0 : 1;
 }

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -82,10 +81,11 @@ private:
     CEventSource& m_objEvents;
     std::mutex m_mtxPool;  // guards all below, and the buffers; taken before the locks of the events and the handles
     std::vector<std::shared_ptr<CStreamBuffer>> m_vecBuffer;  // announced, in their order
-    std::deque<CStreamBuffer*> m_deqInput;
-    std::deque<CStreamBuffer*> m_deqOutput;  // as FollowOutput left it: the oldest may have been fetched
-    std::uint64_t m_nFramesLeft = 0;         // that may still be begun
-    std::uint64_t m_nUndelivered = 0;        // of the acquisition
+    // With room for all that are announced, so that the receiver's thread never needs any.
+    std::vector<CStreamBuffer*> m_vecInput;
+    std::vector<CStreamBuffer*> m_vecOutput;  // as FollowOutput left it: the oldest may have been fetched
+    std::uint64_t m_nFramesLeft = 0;          // that may still be begun
+    std::uint64_t m_nUndelivered = 0;         // of the acquisition
     std::uint64_t m_nTickFrequency = 0;
     BUFFER_COUNTS m_objCounts;  // the last three of it
 };

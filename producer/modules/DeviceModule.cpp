@@ -239,9 +239,7 @@ void CDeviceModule::AddLinkFeatures() {
         .Duration("DeviceLinkCommandTimeout", "How long an answer is waited for before the question is repeated",
                   [this] { return Microseconds(GetChannel().GetSettings().AnswerTimeout); })
         .Set([this](CFeature::Number nValue) {
-            CONTROL_SETTINGS objSettings = GetChannel().GetSettings();
-            objSettings.AnswerTimeout = RequireMilliseconds(nValue, std::chrono::minutes(1));
-            GetChannel().SetSettings(objSettings);
+            GetChannel().SetAnswerTimeout(RequireMilliseconds(nValue, std::chrono::minutes(1)));
         });
     objMap
         .Integer("DeviceLinkCommandRetryCount", "How often a question is repeated",
@@ -252,9 +250,7 @@ void CDeviceModule::AddLinkFeatures() {
             if (nValue < 0 || nValue > kMostRepeats) {
                 throw CProducerError(GC_ERR_INVALID_VALUE, "a number of repeats from 0 to 100 is wanted");
             }
-            CONTROL_SETTINGS objSettings = GetChannel().GetSettings();
-            objSettings.Repeats = static_cast<std::uint32_t>(nValue);
-            GetChannel().SetSettings(objSettings);
+            GetChannel().SetRepeats(static_cast<std::uint32_t>(nValue));
         });
     objMap
         .Integer("DeviceLinkSpeed", "As the camera tells it, in megabits a second",

@@ -91,7 +91,7 @@ void CAcquisition::OpenChannel(bool bProbeSize, Clock::time_point objDeadline) {
 }
 
 /// Finds the packet size if it is wanted, and whether the camera sends from the port that it tells: if so, it is heard
-/// there alone.
+/// there alone. Test packets may be lost, so that without any the port stays in doubt.
 void CAcquisition::ProbeChannel(bool bSize, Clock::time_point objDeadline) {
     std::uint32_t nPort = 0;
     try {
@@ -103,7 +103,7 @@ void CAcquisition::ProbeChannel(bool bSize, Clock::time_point objDeadline) {
     const bool bHeard = bSize ? FindPacketSize(m_objChannel, m_objSocket, objDeadline).has_value()
                               : nPort != 0 && HearTestPacket(m_objChannel, m_objSocket, objDeadline);
     if (!bHeard && nPort != 0) {
-        m_objSocket.HearPort(0);
+        m_objSocket.AwaitPort(static_cast<std::uint16_t>(nPort));
     }
 }
 

@@ -23,7 +23,7 @@ std::uint32_t CountPackets(std::uint64_t nBytes, std::size_t nPayload) {
 
 }  // namespace
 
-CBlock::CBlock() {
+CBlock::CBlock() : m_vecSettled(1), m_vecUnavailable(1) {
     m_vecGap.reserve(kMostGaps);
 }
 
@@ -41,19 +41,21 @@ void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nP
     m_nPayload = m_nExpected = nPayload;
     m_bLearnt = false;
     m_nShortID = m_nHighestID = m_nTrailerID = m_nNextID = m_nSettled = m_nUnavailable = m_nOtherSizes = 0;
+    m_nTailID = m_nNoticedID = 0;
     m_nBytes = m_nFilled = 0;
     m_nBits = 1;
-    m_vecSettled.assign(std::max<std::size_t>(m_vecSettled.size(), 1), 0);
+    std::ranges::fill(m_vecSettled, 0);
     m_vecGap.clear();
 }
 
 void CBlock::SetMemory(const BLOCK_MEMORY& objMemory) {
-    m_objMemory = objMemory;
     const std::size_t nLeast = std::clamp<std::size_t>(m_nPayload, 1, kLeastPayload);
     const std::size_t nWords = (CountPackets(objMemory.Memory.size(), nLeast) + std::size_t{1}) / kBitsPerWord + 1;
     if (nWords > m_vecSettled.size()) {
         m_vecSettled.resize(nWords);
+        m_vecUnavailable.resize(nWords);
     }
+    m_objMemory = objMemory;
     m_nBits = CountPackets(objMemory.Memory.size(), m_nPayload) + 1;
 }
 
@@ -86,8 +88,18 @@ bool CBlock::SettlePacket(std::uint32_t nPacketID) {
     return true;
 }
 
+/// A packet of which the camera had said that it won't come.
+bool CBlock::HasComeAfterAll(std::uint32_t nPacketID) {
+    if (m_nUnavailable == 0 || (m_vecUnavailable[nPacketID / kBitsPerWord] & BitOf(nPacketID)) == 0) {
+        return false;
+    }
+    m_vecUnavailable[nPacketID / kBitsPerWord] &= ~BitOf(nPacketID);
+    --m_nUnavailable;
+    return true;
+}
+
 PACKET_EFFECT CBlock::TakeLeader(const gev::GVSP_LEADER& objLeader) {
-    if (!SettlePacket(gev::kGvspLeaderPacketID)) {
+    if (!SettlePacket(gev::kGvspLeaderPacketID) && !HasComeAfterAll(gev::kGvspLeaderPacketID)) {
         return PACKET_EFFECT::Duplicate;
     }
     m_objLeader = objLeader;
@@ -106,10 +118,22 @@ std::uint32_t CBlock::GetPacketCount() const {
     return bSaysSize ? CountPackets(GetMeantSize(), m_nPayload) : 0;
 }
 
-/// Whether it is the last packet by what the leader tells, and holds less than the rest.
+/// Whether it is the last packet by what the leader and the trailer tell, and holds less than the rest. An image may be
+/// lower than its leader tells, so that the trailer has the last word.
 bool CBlock::IsCut(std::uint32_t nPacketID, std::size_t nSize) const {
-    const std::uint32_t nCount = GetPacketCount();
+    const std::uint32_t nCount = m_bTrailer || !gev::IsImage(m_objLeader.PayloadType) ? GetPacketCount() : 0;
     return nCount != 0 && nPacketID == nCount && nSize < GetMeantSize() - (nCount - std::uint64_t{1}) * m_nPayload;
+}
+
+/// Whether a packet that isn't full can be the last, by what has come so far.
+bool CBlock::CanBeLast(std::uint32_t nPacketID, std::size_t nSize) const {
+    if (nPacketID < m_nHighestID || (m_nShortID != 0 && nPacketID != m_nShortID) || IsCut(nPacketID, nSize)) {
+        return false;
+    }
+    if (m_bTrailer) {
+        return nPacketID + 1 == m_nTrailerID;
+    }
+    return gev::IsImage(m_objLeader.PayloadType) || nPacketID >= GetPacketCount();
 }
 
 /// Whether a packet of this size can have this ID. Settles how long a full packet of the block is, at the first.
@@ -128,18 +152,16 @@ bool CBlock::FitsPayload(std::uint32_t nPacketID, std::size_t nSize) {
         }
         m_bLearnt = false;
     }
-    if (nSize == m_nPayload && m_nShortID != 0 && nPacketID > m_nShortID) {
+    if (nSize <= m_nPayload && m_nShortID != 0 && nPacketID > m_nShortID) {
         TakeBackShort();
     }
-    const std::uint32_t nCount = GetPacketCount();
-    return nSize == m_nPayload ||
-           (nSize < m_nPayload && nPacketID >= m_nHighestID && (m_nShortID == 0 || nPacketID == m_nShortID) &&
-            nPacketID >= nCount && !IsCut(nPacketID, nSize));
+    return nSize == m_nPayload || (nSize < m_nPayload && CanBeLast(nPacketID, nSize));
 }
 
 void CBlock::SizeBits() {
     m_nBits = std::min(CountPackets(m_objMemory.Memory.size(), m_nPayload) + 1,
                        static_cast<std::uint32_t>(m_vecSettled.size() * kBitsPerWord));
+    m_nNoticedID = 0;  // it was reckoned with another size
 }
 
 /// The second packet is as was expected: the first, which wasn't, has a wrong size, and is missing.
@@ -158,6 +180,7 @@ void CBlock::TakeBackShort() {
     m_vecSettled[m_nShortID / kBitsPerWord] &= ~BitOf(m_nShortID);
     --m_nSettled;
     m_nBytes -= m_nShortSize;
+    ++m_nOtherSizes;
     AddGap({m_nShortID, m_nShortID, 0, {}, 0});
     m_nShortID = 0;
 }
@@ -176,7 +199,7 @@ PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::
         m_bLarger = true;
         return PACKET_EFFECT::Refused;
     }
-    if (!SettlePacket(nPacketID)) {
+    if (!SettlePacket(nPacketID) && !HasComeAfterAll(nPacketID)) {
         return PACKET_EFFECT::Duplicate;
     }
     const std::size_t nRoom = m_objMemory.Memory.size() - static_cast<std::size_t>(nOffset);
@@ -194,7 +217,7 @@ PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::
 }
 
 PACKET_EFFECT CBlock::TakeTrailer(std::uint32_t nPacketID, const gev::GVSP_TRAILER& objTrailer) {
-    if (m_bTrailerSettled) {
+    if (m_bTrailer) {
         return PACKET_EFFECT::Duplicate;
     }
     if (nPacketID <= m_nHighestID || nPacketID == 0) {
@@ -203,8 +226,10 @@ PACKET_EFFECT CBlock::TakeTrailer(std::uint32_t nPacketID, const gev::GVSP_TRAIL
     m_objTrailer = objTrailer;
     m_nTrailerID = nPacketID;
     m_bTrailer = m_bTrailerSettled = true;
-    m_bLarger = m_bLarger || nPacketID > m_nBits;
     m_nNextID = std::max(m_nNextID, nPacketID);
+    if (m_nShortID != 0 && (m_nShortID + 1 != nPacketID || IsCut(m_nShortID, m_nShortSize))) {
+        TakeBackShort();
+    }
     return PACKET_EFFECT::Placed;
 }
 
@@ -224,7 +249,10 @@ PACKET_EFFECT CBlock::TakeUnavailable(std::uint32_t nPacketID) {
         if (!SettlePacket(nPacketID)) {
             return PACKET_EFFECT::Duplicate;
         }
-        ++m_nUnavailable;
+        if (m_nUnavailable++ == 0) {
+            std::ranges::fill(m_vecUnavailable, 0);
+        }
+        m_vecUnavailable[nPacketID / kBitsPerWord] |= BitOf(nPacketID);
         return PACKET_EFFECT::Placed;
     }
     if (!m_bTrailerSettled && nPacketID == GetTrailerID(0)) {
@@ -246,30 +274,35 @@ void CBlock::AddGap(const PACKET_GAP& objGap) {
 }
 
 void CBlock::PassOver(std::uint32_t nPacketID, std::uint64_t nClock, StreamClock::time_point objDue) {
+    const std::uint32_t nFirst = std::max(m_nNextID, m_nNoticedID);
     const std::uint32_t nEnd = std::min(nPacketID, m_nBits);
-    if (nEnd > m_nNextID) {
-        AddGap({m_nNextID, nEnd - 1, nClock, objDue, 0});
-        m_nNextID = nEnd;
+    if (nEnd > nFirst) {
+        AddGap({nFirst, nEnd - 1, nClock, objDue, 0});
     }
+    m_nNextID = std::max(m_nNextID, nEnd);
 }
 
 void CBlock::NoticeTail(std::uint32_t nLast, std::uint64_t nClock, StreamClock::time_point objDue) {
     nLast = std::max(nLast, m_nNextID);
-    if (HasMemory() && nLast > m_nBits) {
-        // A leader may announce any number of packets: those between the memory's end and the trailer are of no use.
-        if (m_nNextID < m_nBits) {
-            AddGap({m_nNextID, m_nBits - 1, nClock, objDue, 0});
-        }
-        AddGap({nLast, nLast, nClock, objDue, 0});
-    } else {
-        AddGap({m_nNextID, nLast, nClock, objDue, 0});
+    // A leader may announce any number of packets: those between the memory's end and the trailer are of no use.
+    const bool bBeyond = HasMemory() && nLast > m_nBits;
+    const std::uint32_t nEnd = bBeyond ? m_nBits : nLast + 1;
+    const std::uint32_t nFirst = std::max(m_nNextID, m_nNoticedID);
+    if (nFirst < nEnd) {
+        AddGap({nFirst, nEnd - 1, nClock, objDue, 0});
     }
+    if (bBeyond && nLast >= m_nNoticedID) {
+        AddGap({nLast, nLast, nClock, objDue, 0});
+    }
+    m_nTailID = m_nNextID;
+    m_nNoticedID = std::max(m_nNoticedID, nLast + 1);
     m_bTailNoticed = true;
 }
 
 std::uint64_t CBlock::GetMeantSize() const {
+    const gev::EPayloadType nType = m_objLeader.PayloadType;
     std::uint64_t nSize = 0;
-    if (m_bLeader && gev::IsImage(m_objLeader.PayloadType)) {
+    if (m_bLeader && gev::IsImage(nType)) {
         gev::GVSP_LEADER objLeader = m_objLeader;
         if (m_bTrailer && gev::IsImage(m_objTrailer.PayloadType)) {
             objLeader.SizeY = m_objTrailer.SizeY;
@@ -279,6 +312,11 @@ std::uint64_t CBlock::GetMeantSize() const {
         nSize = m_objLeader.DataSize;
     }
     const std::uint64_t nChunks = m_bTrailer ? m_objTrailer.ChunkDataLength : 0;
+    // Where the whole block is chunks the image is one of them. Behind an image some cameras count it too.
+    const bool bIsChunks = nType == gev::EPayloadType::ChunkData || nType == gev::EPayloadType::ExtendedChunkData;
+    if (bIsChunks || (nChunks > nSize && nChunks == m_nBytes)) {
+        return std::max(nSize, nChunks);
+    }
     return nSize > std::numeric_limits<std::uint64_t>::max() - nChunks ? nSize : nSize + nChunks;
 }
 
@@ -298,9 +336,10 @@ FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {
     const std::uint64_t nCame = m_nSettled - m_nUnavailable;
     const std::uint64_t nMeant = HasMemory() ? GetTracked(nTrailerID) : nTrailerID;
     objResult.PacketsMissing = (nMeant > nCame ? nMeant - nCame : 0) + (m_bTrailer ? 0 : 1);
-    objResult.IsLargerThanMemory = m_bLarger;
+    objResult.IsLargerThanMemory = m_bLarger || (m_bTrailer && m_nTrailerID > m_nBits);
     objResult.DataSize = std::max(objResult.DataSize, m_nBytes);
-    objResult.IsIncomplete = objResult.PacketsMissing != 0 || m_bFlawed || m_bLarger || m_nBytes < objResult.DataSize;
+    objResult.IsIncomplete =
+        objResult.PacketsMissing != 0 || m_bFlawed || objResult.IsLargerThanMemory || m_nBytes < objResult.DataSize;
     return objResult;
 }
 

@@ -65,6 +65,7 @@ public:
     /// @param bSure     whether blocks of that size were complete already, so that other sizes are wrong
     void Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nPayload, bool bSure,
                StreamClock::time_point objNow);
+    /// @throws std::bad_alloc  it has none then
     void SetMemory(const BLOCK_MEMORY& objMemory);
 
     PACKET_EFFECT TakeLeader(const gev::GVSP_LEADER& objLeader);
@@ -79,7 +80,7 @@ public:
     /// The camera itself says that something is wrong with the block.
     void SetFlawed() { m_bFlawed = true; }
 
-    /// Notices the packets between the highest so far and this one.
+    /// Notices the packets between the highest so far and this one, as far as they weren't noticed with the end.
     void PassOver(std::uint32_t nPacketID, std::uint64_t nClock, StreamClock::time_point objDue);
     /// Notices the end of the block: what is known to belong to it and hasn't been passed over.
     /// @param nLast  ID of the trailer, as far as known
@@ -106,6 +107,8 @@ public:
     /// Whether most packets had another size than was expected.
     [[nodiscard]] bool HasOtherSizes() const { return m_nOtherSizes > m_nSettled; }
     [[nodiscard]] std::uint32_t GetNextID() const { return m_nNextID; }
+    /// ID behind the last packet before the end that was noticed as missing.
+    [[nodiscard]] std::uint32_t GetTailID() const { return m_nTailID; }
     /// Whether only the trailer can still be of use.
     [[nodiscard]] bool IsMemoryPassed() const { return HasMemory() && m_nNextID >= m_nBits; }
     [[nodiscard]] std::vector<PACKET_GAP>& GetGaps() { return m_vecGap; }
@@ -116,14 +119,16 @@ public:
     bool m_bOvertaken = false;               // a packet of a later block was seen when the end was last looked at
     bool m_bDropped = false;                 // for want of memory
     bool m_bTailNoticed = false;
-    bool m_bTailProbed = false;  // a packet of the end was asked for and came: the block has been sent to its end
+    bool m_bTailProbed = false;  // a packet of the end was asked for and came: the camera has sent it, and we missed it
     bool m_bDone = false;        // nothing more is waited for
 
 private:
     [[nodiscard]] std::uint32_t GetTracked(std::uint32_t nTrailerID) const;
     void AddGap(const PACKET_GAP& objGap);
     bool SettlePacket(std::uint32_t nPacketID);
+    bool HasComeAfterAll(std::uint32_t nPacketID);
     bool FitsPayload(std::uint32_t nPacketID, std::size_t nSize);
+    [[nodiscard]] bool CanBeLast(std::uint32_t nPacketID, std::size_t nSize) const;
     [[nodiscard]] bool IsCut(std::uint32_t nPacketID, std::size_t nSize) const;
     void TakeBackShort();
     void TakeBackFirst();
@@ -150,14 +155,17 @@ private:
     std::uint32_t m_nHighestID = 0;    // of the payload packets that came
     std::uint32_t m_nTrailerID = 0;    // good once the trailer is settled
     std::uint32_t m_nNextID = 0;       // behind all that came or was passed over
+    std::uint32_t m_nTailID = 0;       // where the end began that was noticed last
+    std::uint32_t m_nNoticedID = 0;    // behind all that was noticed with the end
     std::uint32_t m_nSettled = 0;      // packets of the bits below that are set
     std::uint32_t m_nUnavailable = 0;  // of these, those that will never come
     std::uint32_t m_nOtherSizes = 0;   // packets that were refused for their size
     std::uint64_t m_nBytes = 0;        // of data that came
     std::uint64_t m_nFilled = 0;       // end of the furthest byte written
     std::vector<std::uint64_t> m_vecSettled;  // a bit for the leader and each payload packet that the memory can hold
-    std::uint32_t m_nBits = 1;                // bits in use
-    std::vector<PACKET_GAP> m_vecGap;         // reserved for kMostGaps
+    std::vector<std::uint64_t> m_vecUnavailable;  // likewise; good while m_nUnavailable isn't 0
+    std::uint32_t m_nBits = 1;                    // bits in use
+    std::vector<PACKET_GAP> m_vecGap;             // reserved for kMostGaps
 };
 
 }  // namespace producer

@@ -29,14 +29,16 @@ CMessageChannel::CMessageChannel(CControlChannel& objChannel, CEventMessages::Ev
         m_objChannel.DoWriteRegister(kMessageChannelDestination.Address, m_objChannel.GetLocalAddress(), objDeadline);
         m_objChannel.DoWriteRegister(kMessageChannelPort.Address, m_objSocket.GetLocalPort(), objDeadline);
     } catch (...) {
-        m_bStop = true;
-        m_objWake.Signal();
-        m_objThread.Join();
+        Close();  // the camera may have opened it, and the answer is what was lost
         throw;
     }
 }
 
 CMessageChannel::~CMessageChannel() {
+    Close();
+}
+
+void CMessageChannel::Close() noexcept {
     try {
         m_objChannel.DoWriteRegister(kMessageChannelPort.Address, 0, Clock::now() + kLongestClosing);
     } catch (const std::exception&) {

@@ -30,6 +30,7 @@ public:
 private:
     static std::uint32_t RunThread(void* pArg) noexcept;
     void Run();
+    void Close() noexcept;
 
     CControlChannel& m_objChannel;
     CEventMessages m_objMessages;  // of the thread

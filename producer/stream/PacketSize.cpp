@@ -62,11 +62,9 @@ std::optional<std::uint32_t> TrySize(CControlChannel& objChannel, CStreamSocket&
     return std::nullopt;
 }
 
-}  // namespace
-
-std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket,
-                                            Clock::time_point objDeadline) {
-    const std::uint32_t nBefore = objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline);
+/// Leaves the size that was tried last in the camera.
+std::optional<std::uint32_t> Search(CControlChannel& objChannel, CStreamSocket& objSocket,
+                                    Clock::time_point objDeadline) {
     const std::uint32_t nMost = std::clamp(objChannel.GetAdapter().Mtu, kLeastPacketSize, kPacketSizeMask);
     std::optional<std::uint32_t> nFound = TrySize(objChannel, objSocket, nMost, nMost, objDeadline);
     std::uint32_t nTooLarge = nMost;
@@ -90,10 +88,29 @@ std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStream
             nTooLarge = nNext;
         }
     }
-    objChannel.DoWriteRegister(kStreamChannelPacketSize.Address,
-                               nFound ? *nFound | kPacketSizeDoNotFragment : nBefore & ~kPacketSizeFireTestPacket,
-                               objDeadline);
     return nFound;
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket,
+                                            Clock::time_point objDeadline) {
+    // Of a size of which nothing is known any more, pieces are better than nothing.
+    const std::uint32_t nBefore = objChannel.DoReadRegister(kStreamChannelPacketSize.Address, objDeadline) &
+                                  ~(kPacketSizeFireTestPacket | kPacketSizeDoNotFragment);
+    try {
+        const std::optional<std::uint32_t> nFound = Search(objChannel, objSocket, objDeadline);
+        objChannel.DoWriteRegister(kStreamChannelPacketSize.Address,
+                                   nFound ? *nFound | kPacketSizeDoNotFragment : nBefore, objDeadline);
+        return nFound;
+    } catch (const CProducerError&) {
+        try {
+            objChannel.DoWriteRegister(kStreamChannelPacketSize.Address, nBefore, Clock::now() + kLastWrite);
+        } catch (const CProducerError&) {
+            // What is told is why the search failed.
+        }
+        throw;
+    }
 }
 
 bool HearTestPacket(CControlChannel& objChannel, CStreamSocket& objSocket, Clock::time_point objDeadline) {

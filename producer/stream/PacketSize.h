@@ -19,8 +19,9 @@ inline constexpr std::uint32_t kLeastPacketSize = 576;
 /// @param objDeadline  for all questions, of which the last is to write what was found; the search ends some time
 /// before
 /// @return in bytes with the headers of IP, UDP and GVSP; nothing when no test packet comes at all, as from a camera
-///         that knows none. The camera's register holds the size then, without the order to fire, or what it held.
-/// @throws CProducerError  as CControlChannel
+///         that knows none. The camera's register holds the size then, without the order to fire, or what it held,
+///         which may be sent in pieces.
+/// @throws CProducerError  as CControlChannel; the register holds what it held, if the camera still answers
 std::optional<std::uint32_t> FindPacketSize(CControlChannel& objChannel, CStreamSocket& objSocket,
                                             Clock::time_point objDeadline);
 

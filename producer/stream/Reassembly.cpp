@@ -1,6 +1,7 @@
 #include "producer/stream/Reassembly.h"
 
 #include <algorithm>
+#include <new>
 
 #include "gev/GvspAllIn.h"
 
@@ -13,6 +14,8 @@ using gev::GVSP_HEADER;
 namespace {
 
 constexpr std::uint16_t kErrorBit = 0x8000;  // of a status
+constexpr std::uint32_t kMostLate = 2;       // packets in a row that a leader behind them isn't late after
+constexpr std::uint32_t kAsksWithHope = 2;   // for a packet, until others aren't held back for it where memory is short
 
 /// How far a block lies behind the newest, in the numbering that skips 0.
 std::uint64_t GetDistance(std::uint64_t nFrom, std::uint64_t nTo, bool bExtendedIDs) {
@@ -87,12 +90,16 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
         return;
     }
     m_pCurrent = pBlock;
+    const std::uint32_t nNextID = pBlock->GetNextID();
     const PACKET_EFFECT eEffect = Place(*pBlock, objHeader, arrBody, objNow);
     Count(eEffect, objHeader);
     if (eEffect == PACKET_EFFECT::Placed) {
         ++m_nClock;
+        m_nLate = 0;
+        m_nUnanswered = objHeader.PacketID < nNextID || IsAnswerOnly(objHeader) ? 0 : m_nUnanswered;
         pBlock->m_objLastArrival = objNow;
-        pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent());
+        pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent() &&
+                                                          objHeader.PacketID >= pBlock->GetTailID());
         // Packets of another size can't be had by asking again.
         if (pBlock->IsSettled() || (pBlock->HasTrailer() && pBlock->HasOtherSizes())) {
             pBlock->m_bDone = true;
@@ -130,12 +137,17 @@ CBlock* CReassembly::FindOlder(const GVSP_HEADER& objHeader, std::span<const std
         return Restart(objHeader, objNow);
     }
     const REMEMBERED* const pRemembered = FindRemembered(m_nNewestSerial - nBack);
+    const bool bOnlyLate = m_nLate++ < kMostLate;
     gev::GVSP_LEADER objLeader;
     const bool bLeader = objHeader.Format == EGvspFormat::Leader || objHeader.Format == EGvspFormat::AllIn;
-    if (bLeader && gev::DecodeLeader(arrBody, objLeader) &&
-        (pRemembered == nullptr || (pRemembered->Timestamp != 0 && pRemembered->Timestamp != objLeader.Timestamp))) {
-        // The same number, another moment: acquisition was started again on the camera's side.
-        return Restart(objHeader, objNow);
+    if (bLeader && gev::DecodeLeader(arrBody, objLeader)) {
+        // The same number, another moment: acquisition was started again on the camera's side. A camera without a clock
+        // is believed when its last block was a known one too.
+        const std::uint64_t nKnown = pRemembered == nullptr ? 0 : pRemembered->Timestamp;
+        const bool bOther = nKnown != 0 ? objLeader.Timestamp != nKnown : objLeader.Timestamp == 0 && !bOnlyLate;
+        if (pRemembered == nullptr || bOther) {
+            return Restart(objHeader, objNow);
+        }
     }
     m_objStatistics.PacketsDuplicate += pRemembered != nullptr && pRemembered->Dropped ? 0 : 1;
     return nullptr;
@@ -184,16 +196,49 @@ CBlock& CReassembly::Insert(std::uint64_t nBlockID, std::uint64_t nSerial, TimeP
     return objBlock;
 }
 
+/// @return false without memory for the block, be it for its data or for what is known of it
+bool CReassembly::SetMemory(CBlock& objBlock) {
+    const BLOCK_MEMORY objMemory = m_objSink.TakeMemory();
+    if (objMemory.Owner == nullptr) {
+        return false;
+    }
+    try {
+        objBlock.SetMemory(objMemory);
+    } catch (const std::bad_alloc&) {
+        m_objSink.ReturnMemory(objMemory);
+        return false;
+    }
+    return true;
+}
+
+/// Without memory left, nothing waits any longer for older blocks of which nothing came, or which were asked for in
+/// vain: the complete ones behind them are what the consumer can hand back.
+/// @param objWanting  the block that there is no memory for
+void CReassembly::LetGoOfHeldBack(const CBlock& objWanting) {
+    const auto itEnd = m_vecBlock.begin() + static_cast<std::ptrdiff_t>(m_nUnderWay);
+    const auto itDone = std::find_if(m_vecBlock.begin(), itEnd,
+                                     [&](const auto& pBlock) { return pBlock->m_bDone && pBlock->HasMemory(); });
+    const auto IsHopeless = [&](const auto& pBlock) {
+        const auto IsAskedInVain = [](const PACKET_GAP& objGap) { return objGap.Asks >= kAsksWithHope; };
+        return pBlock.get() != &objWanting &&
+               (!pBlock->HasMemory() || std::ranges::any_of(pBlock->GetGaps(), IsAskedInVain));
+    };
+    if (itDone != itEnd && std::all_of(m_vecBlock.begin(), itDone, IsHopeless)) {
+        std::for_each(m_vecBlock.begin(), itDone, [](const auto& pBlock) { pBlock->m_bDone = true; });
+        DeliverDone();
+    }
+}
+
 /// Gets memory for a block of which the first packet has come. Without any, the block is dropped.
 bool CReassembly::Provide(CBlock& objBlock, const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody) {
     if (objBlock.HasMemory()) {
         return true;
     }
     if (!objBlock.m_bDone) {
-        if (const BLOCK_MEMORY objMemory = m_objSink.TakeMemory(); objMemory.Owner != nullptr) {
-            objBlock.SetMemory(objMemory);
+        if (SetMemory(objBlock)) {
             return true;
         }
+        LetGoOfHeldBack(objBlock);
         ++m_objStatistics.BlocksUnderrun;
         objBlock.m_bDropped = objBlock.m_bDone = true;
         if (gev::GVSP_LEADER objLeader;
@@ -214,6 +259,7 @@ void CReassembly::TakeRefusal(CBlock& objBlock, const GVSP_HEADER& objHeader, Ti
         return;
     }
     ++m_objStatistics.PacketsUnavailable;
+    m_nUnanswered = 0;
     objBlock.m_bDone = true;
     DeliverDone();
 }
@@ -298,142 +344,6 @@ void CReassembly::Count(PACKET_EFFECT eEffect, const GVSP_HEADER& objHeader) {
     } else {
         ++m_objStatistics.PacketsRefused;
     }
-}
-
-void CReassembly::Service(TimePoint objNow, TimePoint objSeen) {
-    TURN objTurn{objNow, objSeen};
-    for (std::size_t i = 0; i < m_nUnderWay; ++i) {
-        if (!m_vecBlock[i]->m_bDone) {
-            ServiceBlock(*m_vecBlock[i], objTurn);
-        }
-    }
-    DeliverDone();
-}
-
-void CReassembly::ServiceBlock(CBlock& objBlock, TURN& objTurn) {
-    if (objTurn.Seen - objBlock.m_objLastArrival >= m_objSettings.BlockTimeout) {
-        objBlock.m_bDone = true;
-        return;
-    }
-    NoticeTail(objBlock, objTurn);
-    std::vector<PACKET_GAP>& vecGap = objBlock.GetGaps();
-    if (vecGap.empty()) {
-        return;
-    }
-    bool bHope = false;
-    std::size_t nKept = 0;
-    for (PACKET_GAP& objGap : vecGap) {
-        while (objGap.First <= objGap.Last && objBlock.IsSettled(objGap.First)) {
-            ++objGap.First;
-        }
-        if (objGap.First <= objGap.Last) {
-            bHope = ServiceGap(objBlock, objGap, objTurn) || bHope;
-            vecGap[nKept++] = objGap;
-        }
-    }
-    vecGap.resize(nKept);
-    if (nKept == 0 && !objBlock.HasTrailer() && objBlock.m_bTailNoticed) {
-        // What was asked for came, and the block goes on.
-        objBlock.m_bTailNoticed = false;
-    }
-    const bool bWholeSent = objBlock.HasTrailer() || (IsOvertaken(objBlock) && objBlock.m_bTailNoticed);
-    objBlock.m_bDone = objBlock.IsSettled() || (nKept != 0 && !bHope && bWholeSent);
-}
-
-/// Finds out that a block must have been sent to its end although its trailer hasn't come: the next one has begun, or
-/// nothing comes any more. In silence the camera may only be slow, and is asked for a single packet first.
-void CReassembly::NoticeTail(CBlock& objBlock, const TURN& objTurn) {
-    if (objBlock.HasTrailer()) {
-        return;
-    }
-    const TimePoint objLast = std::max(objBlock.m_objLastArrival, objBlock.m_objTailAsked);
-    const bool bSilent = m_objSettings.Resend && objTurn.Seen - objLast >= m_objSettings.TailTime;
-    const bool bOvertaken = IsOvertaken(objBlock);
-    if (bOvertaken && !objBlock.m_bOvertaken) {
-        objBlock.m_bOvertaken = true;
-        objBlock.m_bTailNoticed = false;  // a probe that silence gave rise to is not enough any more
-    }
-    if (objBlock.m_bTailNoticed || !(bOvertaken || bSilent)) {
-        return;
-    }
-    const bool bWhole = bOvertaken || objBlock.m_bTailProbed || objBlock.IsMemoryPassed();
-    objBlock.m_objTailAsked = objTurn.Now;
-    const std::uint32_t nLast = bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
-    objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objTurn.Now + m_objSettings.ReorderTime : objTurn.Now);
-}
-
-/// Asks for what is due of a gap.
-/// @return whether more of it may come
-bool CReassembly::ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn) {
-    const bool bOutOfWindow = objGap.Asks == 0 && m_nClock - objGap.Noticed >= m_objSettings.ReorderWindow;
-    if (!bOutOfWindow && objTurn.Seen < objGap.Due) {
-        return true;
-    }
-    if (!m_objSettings.Resend || objGap.Asks >= m_objSettings.MostResends) {
-        return false;
-    }
-    if (objTurn.Requests < kMostRequests && AskFor(objBlock, objGap, objTurn.Requests)) {
-        objGap.Due = objTurn.Now + m_objSettings.ResendTimeout * (1U << std::min<std::uint32_t>(objGap.Asks, 16));
-        ++objGap.Asks;
-    }
-    return true;
-}
-
-/// One request for each run of packets of the gap that are still missing.
-/// @return false if there were more of them than requests; the next turn goes on with the rest
-bool CReassembly::AskFor(const CBlock& objBlock, PACKET_GAP& objGap, std::uint32_t& nRequests) {
-    std::uint32_t nFirst = std::max(objGap.First, objGap.Next);
-    while (nFirst <= objGap.Last && objBlock.IsSettled(nFirst)) {
-        ++nFirst;
-    }
-    while (nFirst <= objGap.Last && nRequests < kMostRequests) {
-        std::uint32_t nLast = nFirst;
-        while (nLast < objGap.Last && !objBlock.IsSettled(nLast + 1)) {
-            ++nLast;
-        }
-        m_objSink.RequestResend(objBlock.GetBlockID(), nFirst, nLast, m_bExtendedIDs);
-        ++m_objStatistics.ResendRequests;
-        ++nRequests;
-        nFirst = nLast + 1;
-        while (nFirst <= objGap.Last && objBlock.IsSettled(nFirst)) {
-            ++nFirst;
-        }
-    }
-    const bool bWhole = nFirst > objGap.Last;
-    objGap.Next = bWhole ? 0 : nFirst;
-    return bWhole;
-}
-
-std::optional<CReassembly::TimePoint> CReassembly::GetNextDue() const {
-    std::optional<TimePoint> objNext;
-    for (std::size_t i = 0; i < m_nUnderWay; ++i) {
-        CBlock& objBlock = *m_vecBlock[i];
-        if (objBlock.m_bDone) {
-            continue;
-        }
-        TimePoint objDue = objBlock.m_objLastArrival + m_objSettings.BlockTimeout;
-        if (!objBlock.HasTrailer() && !objBlock.m_bTailNoticed && m_objSettings.Resend) {
-            objDue =
-                std::min(objDue, std::max(objBlock.m_objLastArrival, objBlock.m_objTailAsked) + m_objSettings.TailTime);
-        }
-        // The first gap that is to be asked for counts, or else the last that is still believed in.
-        std::optional<TimePoint> objAsk;
-        std::optional<TimePoint> objGivenUp;
-        for (const PACKET_GAP& objGap : objBlock.GetGaps()) {
-            if (m_objSettings.Resend && objGap.Asks < m_objSettings.MostResends) {
-                objAsk = std::min(objAsk.value_or(objGap.Due), objGap.Due);
-            } else {
-                objGivenUp = std::max(objGivenUp.value_or(objGap.Due), objGap.Due);
-            }
-        }
-        if (objAsk) {
-            objDue = std::min(objDue, *objAsk);
-        } else if (objGivenUp && (objBlock.HasTrailer() || IsOvertaken(objBlock))) {
-            objDue = std::min(objDue, *objGivenUp);
-        }
-        objNext = objNext ? std::min(*objNext, objDue) : objDue;
-    }
-    return objNext;
 }
 
 void CReassembly::Finish(bool bDeliver) {

@@ -58,6 +58,11 @@ public:
     static constexpr std::uint64_t kRemembered = 64;      ///< blocks behind the newest that late packets are known by
     static constexpr std::uint64_t kLargestLeap = 4'096;  ///< of block IDs; beyond it the camera has begun anew
     static constexpr std::uint32_t kMostRequests = 64;    ///< resend requests at one time
+    /// Requests for one packet of a block of which nothing came: most often the camera has left it out.
+    static constexpr std::uint32_t kMostAsksOfNothing = 3;
+    /// A camera that has answered none of so many requests, nor for so long, is asked once for each packet.
+    static constexpr std::uint32_t kMostUnanswered = 32;
+    static constexpr std::chrono::milliseconds kLongestUnanswered{250};
 
     using TimePoint = StreamClock::time_point;
 
@@ -104,6 +109,8 @@ private:
     CBlock* BeginNewest(const gev::GVSP_HEADER& objHeader, std::uint64_t nLeap, TimePoint objNow);
     CBlock* Restart(const gev::GVSP_HEADER& objHeader, TimePoint objNow);
     CBlock& Insert(std::uint64_t nBlockID, std::uint64_t nSerial, TimePoint objNow);
+    bool SetMemory(CBlock& objBlock);
+    void LetGoOfHeldBack(const CBlock& objWanting);
     bool Provide(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody);
     PACKET_EFFECT Place(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
                         TimePoint objNow);
@@ -118,6 +125,7 @@ private:
         std::uint32_t Requests = 0;  ///< that were made
     };
     void ServiceBlock(CBlock& objBlock, TURN& objTurn);
+    [[nodiscard]] std::uint32_t GetMostAsks(const CBlock& objBlock) const;
     void NoticeTail(CBlock& objBlock, const TURN& objTurn);
     bool ServiceGap(CBlock& objBlock, PACKET_GAP& objGap, TURN& objTurn);
     bool AskFor(const CBlock& objBlock, PACKET_GAP& objGap, std::uint32_t& nRequests);
@@ -144,8 +152,13 @@ private:
     std::uint64_t m_nNewestID = 0;
     std::uint64_t m_nNewestSerial = 0;
     std::uint64_t m_nClock = 0;               // packets that found their place so far
+    std::uint32_t m_nLate = 0;                // packets in a row of blocks that aren't under way any more
     std::uint32_t m_nPredictedTrailerID = 0;  // of the last block that was complete
     std::size_t m_nPayload = 0;               // bytes of a full payload packet, as the last complete block had it
+
+    std::uint32_t m_nUnanswered = 0;  // requests since the camera's last answer
+    TimePoint m_objUnanswered;        // when the first of them was made
+    bool m_bMute = false;             // the camera doesn't seem to answer at all
 };
 
 }  // namespace producer

@@ -50,6 +50,7 @@ struct CStreamSocket::BATCH {
     alignas(cmsghdr) std::array<std::array<std::byte, CMSG_SPACE(sizeof(int))>, kMessages> Control;
     std::array<iovec, kMessages> Parts;
     std::array<mmsghdr, kMessages> Messages;
+    std::array<sockaddr_in, kMessages> Sources;  // while a port is awaited
 };
 
 CStreamSocket::CStreamSocket(const ADAPTER& objAdapter, std::uint32_t nLocalAddress, std::uint32_t nCamera,
@@ -95,8 +96,20 @@ void CStreamSocket::SetUp(const ADAPTER& objAdapter, std::size_t nBuffer) {
     m_bJoining = SetOption(nSocket, IPPROTO_UDP, UDP_GRO, 1) == 0;
 }
 
-/// A filter in the kernel that lets one sender through.
 void CStreamSocket::HearPort(std::uint16_t nPort) {
+    if (!Filter(nPort)) {
+        ThrowSocketError(errno, "let the stream's socket hear " + IPToString(m_nCamera) + " alone");
+    }
+}
+
+void CStreamSocket::AwaitPort(std::uint16_t nPort) {
+    HearPort(0);
+    m_nAwaitedPort = nPort;
+}
+
+/// A filter in the kernel that lets one sender through.
+/// @return false with errno set
+bool CStreamSocket::Filter(std::uint16_t nPort) noexcept {
     constexpr auto kIPSourceOffset = static_cast<std::uint32_t>(SKF_NET_OFF + 12);
     constexpr std::uint32_t kUDPSourceOffset = 0;  // what a UDP socket's filter sees begins with the UDP header
     std::array<sock_filter, 6> arrFilter{{
@@ -111,9 +124,31 @@ void CStreamSocket::HearPort(std::uint16_t nPort) {
         arrFilter[3] = BPF_STMT(BPF_RET | BPF_K, 0xFFFF'FFFF);
     }
     const sock_fprog objProgram{static_cast<unsigned short>(arrFilter.size()), arrFilter.data()};
-    if (SetOption(m_objDescriptor.Get(), SOL_SOCKET, SO_ATTACH_FILTER, objProgram) != 0) {
-        ThrowSocketError(errno, "let the stream's socket hear " + IPToString(m_nCamera) + " alone");
+    return SetOption(m_objDescriptor.Get(), SOL_SOCKET, SO_ATTACH_FILTER, objProgram) == 0;
+}
+
+/// Has the kernel say where the packets of the next call come from, as long as that matters.
+void CStreamSocket::NoteSources() noexcept {
+    for (std::size_t i = 0; i < kMessages; ++i) {
+        msghdr& objMessage = m_pBatch->Messages[i].msg_hdr;
+        objMessage.msg_name = m_nAwaitedPort != 0 ? &m_pBatch->Sources[i] : nullptr;
+        objMessage.msg_namelen = m_nAwaitedPort != 0 ? sizeof(sockaddr_in) : 0;
     }
+}
+
+bool CStreamSocket::IsFromAwaited(std::size_t nMessage) const noexcept {
+    return m_pBatch->Messages[nMessage].msg_hdr.msg_namelen == sizeof(sockaddr_in) &&
+           ntohs(m_pBatch->Sources[nMessage].sin_port) == m_nAwaitedPort;
+}
+
+/// @return whether the awaited port has been heard among what came
+bool CStreamSocket::FindAwaited(std::size_t nReceived) noexcept {
+    for (std::size_t i = 0; i < nReceived; ++i) {
+        if (IsFromAwaited(i)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void CStreamSocket::SetWait(std::chrono::milliseconds objWait) {
@@ -132,6 +167,9 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
         m_pBatch->Messages[i].msg_hdr.msg_control = m_pBatch->Control[i].data();
         m_pBatch->Messages[i].msg_hdr.msg_controllen = m_pBatch->Control[i].size();
     }
+    if (m_nAwaitedPort != 0) {
+        NoteSources();
+    }
     const bool bSingly = m_nSingly != 0;
     m_nAsked = bSingly ? 1 : kMessages;
     const int nReceived = recvmmsg(m_objDescriptor.Get(), m_pBatch->Messages.data(), m_nAsked, MSG_WAITFORONE, nullptr);
@@ -140,7 +178,11 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
     m_nSingly = bSingly ? m_nSingly - 1 : nReceived <= 1 ? kSingly : 0;
     m_nTaken = static_cast<std::size_t>(std::max(nReceived, 0));
     m_vecReceived.clear();
+    const bool bHeard = m_nAwaitedPort != 0 && FindAwaited(m_nTaken);
     for (int i = 0; i < nReceived; ++i) {
+        if (bHeard && !IsFromAwaited(static_cast<std::size_t>(i))) {
+            continue;
+        }
         const mmsghdr& objMessage = m_pBatch->Messages[static_cast<std::size_t>(i)];
         std::size_t nPacket = objMessage.msg_len;
         if (const cmsghdr* const pControl = CMSG_FIRSTHDR(&objMessage.msg_hdr); m_bJoining && pControl != nullptr &&
@@ -154,6 +196,10 @@ std::span<const RECEIVED_PACKETS> CStreamSocket::Receive(std::chrono::millisecon
             m_vecReceived.push_back(
                 {std::span(m_pBatch->Bytes[static_cast<std::size_t>(i)]).first(objMessage.msg_len), nPacket});
         }
+    }
+    if (bHeard && Filter(m_nAwaitedPort)) {
+        m_nAwaitedPort = 0;
+        NoteSources();
     }
     return m_vecReceived;
 }

@@ -42,6 +42,9 @@ public:
     /// From now on it hears one port of the camera alone, or with 0 every port again.
     /// @throws CProducerError  as ThrowSocketError
     void HearPort(std::uint16_t nPort);
+    /// From now on it hears every port of the camera, until a packet comes from this one; then that one alone.
+    /// @throws CProducerError  as ThrowSocketError
+    void AwaitPort(std::uint16_t nPort);
 
     /// Waits for packets, and takes with them what else is there.
     /// @return good until the next call; empty when the wait was in vain or ended by Shutdown
@@ -70,6 +73,10 @@ private:
 
     void SetUp(const ADAPTER& objAdapter, std::size_t nBuffer);
     void SetWait(std::chrono::milliseconds objWait);
+    bool Filter(std::uint16_t nPort) noexcept;
+    void NoteSources() noexcept;
+    bool IsFromAwaited(std::size_t nMessage) const noexcept;
+    bool FindAwaited(std::size_t nReceived) noexcept;
 
     CSocketDescriptor m_objDescriptor;
     const std::uint32_t m_nCamera;
@@ -79,6 +86,7 @@ private:
     std::chrono::milliseconds m_objWait{-1};  // as last told to the kernel
     unsigned m_nAsked = 0;                    // messages that the last call asked for
     std::size_t m_nTaken = 0;                 // messages that came
+    std::uint16_t m_nAwaitedPort = 0;         // of the camera; 0 when none is awaited
     unsigned m_nSingly = 0;                   // calls to come that ask for one message alone
     std::unique_ptr<BATCH> m_pBatch;
     std::vector<RECEIVED_PACKETS> m_vecReceived;

@@ -214,8 +214,12 @@ CONTROL_SETTINGS CControlChannel::GetSettings() const noexcept {
     return m_pImpl->m_objDialogue.GetSettings();
 }
 
-void CControlChannel::SetSettings(const CONTROL_SETTINGS& objSettings) noexcept {
-    m_pImpl->m_objDialogue.SetSettings(objSettings);
+void CControlChannel::SetAnswerTimeout(milliseconds objTimeout) noexcept {
+    m_pImpl->m_objDialogue.SetAnswerTimeout(objTimeout);
+}
+
+void CControlChannel::SetRepeats(std::uint32_t nRepeats) noexcept {
+    m_pImpl->m_objDialogue.SetRepeats(nRepeats);
 }
 
 CONTROL_STATISTICS CControlChannel::GetStatistics() const noexcept {

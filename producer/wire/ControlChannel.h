@@ -75,7 +75,9 @@ public:
     void DoSetHeartbeatTimeout(std::chrono::milliseconds objTimeout);
 
     [[nodiscard]] CONTROL_SETTINGS GetSettings() const noexcept;
-    void SetSettings(const CONTROL_SETTINGS& objSettings) noexcept;
+    /// Brought within sensible limits.
+    void SetAnswerTimeout(std::chrono::milliseconds objTimeout) noexcept;
+    void SetRepeats(std::uint32_t nRepeats) noexcept;
 
     [[nodiscard]] CONTROL_STATISTICS GetStatistics() const noexcept;
     [[nodiscard]] bool IsLost() const noexcept;

@@ -313,9 +313,17 @@ CONTROL_SETTINGS CControlDialogue::GetSettings() const noexcept {
     return {objAsking.AnswerTimeout, objAsking.Repeats, objAsking.LongestPending};
 }
 
+void CControlDialogue::SetAnswerTimeout(milliseconds objTimeout) noexcept {
+    m_nAnswerTimeoutMs = std::clamp(objTimeout, kLeastTimeout, kLongestTimeout).count();
+}
+
+void CControlDialogue::SetRepeats(std::uint32_t nRepeats) noexcept {
+    m_nRepeats = std::min(nRepeats, kMostRepeats);
+}
+
 void CControlDialogue::SetSettings(const CONTROL_SETTINGS& objSettings) noexcept {
-    m_nAnswerTimeoutMs = std::clamp(objSettings.AnswerTimeout, kLeastTimeout, kLongestTimeout).count();
-    m_nRepeats = std::min(objSettings.Repeats, kMostRepeats);
+    SetAnswerTimeout(objSettings.AnswerTimeout);
+    SetRepeats(objSettings.Repeats);
     m_nLongestPendingMs = std::clamp(objSettings.LongestPending, kLeastTimeout, 10 * kLongestTimeout).count();
 }
 

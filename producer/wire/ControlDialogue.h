@@ -85,7 +85,10 @@ public:
 
     [[nodiscard]] ASKING GetAsking() const noexcept;
     [[nodiscard]] CONTROL_SETTINGS GetSettings() const noexcept;
+    /// Each brought within sensible limits.
     void SetSettings(const CONTROL_SETTINGS& objSettings) noexcept;
+    void SetAnswerTimeout(std::chrono::milliseconds objTimeout) noexcept;
+    void SetRepeats(std::uint32_t nRepeats) noexcept;
     [[nodiscard]] CONTROL_STATISTICS GetStatistics() const noexcept;
     [[nodiscard]] std::uint32_t GetCamera() const noexcept { return m_nCamera; }
     [[nodiscard]] const std::string& GetAdapterName() const noexcept { return m_strAdapter; }

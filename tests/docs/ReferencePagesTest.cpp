@@ -70,7 +70,7 @@ TEST_F(ProducerPage, ListsTheFeaturesOfEveryModule) {
     const CRunningCamera objCamera(*m_objFar, objConfiguration);
     const TL_HANDLE hTL = OpenSystem();
     const IF_HANDLE hInterface = OpenInterface(hTL);
-    ASSERT_EQ(Lib().IFUpdateDeviceList(hInterface, nullptr, 200), GC_ERR_SUCCESS) << LastError();
+    ASSERT_EQ(Lib().IFUpdateDeviceList(hInterface, nullptr, 500), GC_ERR_SUCCESS) << LastError();
     DEV_HANDLE hDevice = nullptr;
     ASSERT_EQ(Lib().IFOpenDevice(hInterface, DeviceId(hInterface).c_str(), DEVICE_ACCESS_CONTROL, &hDevice),
               GC_ERR_SUCCESS)

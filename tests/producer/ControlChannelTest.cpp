@@ -242,7 +242,7 @@ TEST_F(ControlChannel, ControlThatTheCameraDropsOrGivesToAnotherIsLost) {
 
 TEST_F(ControlChannel, CloseEndsReadsOfOtherThreads) {
     auto pChannel = Open();
-    pChannel->SetSettings({10s, 3, 10s});
+    pChannel->SetAnswerTimeout(10s);
     std::promise<void> objAsked;
     m_pCamera->SetScript([&](auto&, const auto& objHeader, auto objPayload) {
         if (objHeader.Command == gev::EGvcpCommand::ReadMem) {

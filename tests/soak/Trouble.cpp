@@ -34,8 +34,7 @@ camera::FAULTS MakeStreamFaults(CChance& objChance) {
     objStream.Duplicates = Percent(20);
     objStream.Reorder = objChance.OneIn(3) ? static_cast<std::uint32_t>(objChance.Between(2, 20)) : 0;
     objStream.WrongSizes = objChance.OneIn(4) ? 2 : 0;
-    // Nothing of another sender on the camera's own address: it is kept out once the camera's port is known, which is
-    // learnt from test packets, and these may all be lost or late.
+    objStream.Foreign = Percent(10);
     objStream.NoResend = objChance.OneIn(4);
     objStream.Seed = static_cast<std::uint32_t>(objChance.Between(1, 1'000'000));
     return objFaults;

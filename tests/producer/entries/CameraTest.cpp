@@ -44,7 +44,7 @@ protected:
         m_pCamera = std::make_unique<CRunningCamera>(*m_objFar, objConfiguration);
     }
 
-    std::uint32_t Update(std::uint64_t nTimeoutMs = 150) {
+    std::uint32_t Update(std::uint64_t nTimeoutMs = 400) {
         bool8_t bChanged = 0;
         EXPECT_EQ(Lib().IFUpdateDeviceList(m_hInterface, &bChanged, nTimeoutMs), GC_ERR_SUCCESS) << LastError();
         m_bChanged = bChanged != 0;

@@ -109,7 +109,7 @@ TEST_F(ProducerTree, ListsACameraWithItsRecordsInEitherMode) {
         EXPECT_EQ(pDevice->GetCommonInformation().UserID, "left");
     }
     objCamera.reset();
-    objAgency.DoLimitedBroadcastUpdate(200, 1, &bChanged);
+    objAgency.DoLimitedBroadcastUpdate(500, 1, &bChanged);
     EXPECT_TRUE(Interface(0)->GetDeviceList().empty());
 }
 

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <random>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include <gmock/gmock.h>
@@ -10,6 +11,8 @@
 
 #include "gev/BigEndian.h"
 #include "gev/GvspHeader.h"
+#include "gev/GvspLeader.h"
+#include "gev/GvspTrailer.h"
 #include "producer/stream/Reassembly.h"
 #include "tests/producer/stream/SimulatedStream.h"
 
@@ -225,6 +228,37 @@ TEST(Reassembly, NumberingThatBeginsAnewIsFollowed) {
     EXPECT_TRUE(!objStream.m_vecFrame[18].Block.IsIncomplete && objStream.m_vecFrame[18].IsExact);
 }
 
+TEST(Reassembly, NumberingThatBeginsAnewWithoutAClockIsFollowedFromTheSecondFrame) {
+    CSimulatedStream objStream({}, {});
+    for (int i = 0; i < 2; ++i) {
+        for (std::uint64_t nID = 1; nID <= 5; ++nID) {
+            auto vecPacket = objStream.MakeFrame(nID);
+            gev::Put64(vecPacket.front(), gev::kGvspHeaderSize + 4, 0);
+            std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        }
+    }
+    EXPECT_EQ(objStream.m_vecFrame.size(), 9U);
+    EXPECT_TRUE(std::ranges::all_of(objStream.m_vecFrame, &CSimulatedStream::FRAME::IsExact));
+}
+
+TEST(Reassembly, CameraThatAnswersNoRequestHoldsFewFramesBack) {
+    CSimulatedStream objStream({.AnswersResends = false}, {}, 8);
+    objStream.Send(400, LosesAtRate(0.002));
+    const STREAM_STATISTICS& objCounts = objStream.Reassembly().GetStatistics();
+    EXPECT_EQ(objCounts.BlocksDelivered + objCounts.BlocksUnderrun + objCounts.BlocksLost, 400U);
+    EXPECT_LT(objCounts.BlocksUnderrun, 40U);
+    EXPECT_LT(objStream.m_nRequests, 3 * objStream.m_nLostPackets);
+}
+
+TEST(Reassembly, BlockOfWhichNothingCameGivesWayWhenMemoryRunsOut) {
+    CSimulatedStream objStream({.AnswersResends = false}, {}, 3);
+    objStream.m_bKeepsFrames = true;
+    for (const std::uint64_t nID : {1, 3, 4, 5}) {
+        std::ranges::for_each(objStream.MakeFrame(nID), [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+    }
+    EXPECT_EQ(objStream.m_vecFrame.size(), 3U);
+}
+
 TEST(Reassembly, BlockOfWhichNothingComesAnyMoreTakesNoMemory) {
     CSimulatedStream objStream({.AnswersResends = false}, {});
     for (const std::uint64_t nID : {1, 3}) {
@@ -304,6 +338,80 @@ TEST(Reassembly, FirstAndLastPacketOfAWrongSizeAreAskedForAgain) {
         EXPECT_EQ(objStream.m_nRequests, 1U);
         objStream.Deliver(objStream.MakeFrame(1, true)[nPacketID]);
         ExpectAllExact(objStream, 1);
+    }
+}
+
+TEST(Reassembly, ImageLowerThanItsLeaderTellsIsCompleteWithoutResends) {
+    const CSimulatedStream objHigh({}, {});
+    for (const std::uint32_t nLines : {479U, 400U, 1U}) {
+        CSimulatedStream objStream({}, {.Resend = false});
+        const CSimulatedStream objLow({.SizeY = nLines}, {});
+        auto vecPacket = objLow.MakeFrame(1);
+        vecPacket.front() = objHigh.MakeFrame(1).front();
+        std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        ASSERT_EQ(objStream.m_vecFrame.size(), 1U) << nLines;
+        EXPECT_FALSE(objStream.m_vecFrame[0].Block.IsIncomplete) << nLines;
+        EXPECT_EQ(objStream.m_vecFrame[0].Block.Filled, 640 * nLines);
+    }
+}
+
+TEST(Reassembly, LastPacketsThatWereCutOneAfterTheOtherAreAskedForAgain) {
+    CSimulatedStream objStream({}, {});
+    const auto vecPacket = objStream.MakeFrame(1);
+    for (std::size_t i = 0; i < vecPacket.size(); ++i) {
+        auto arrPacket = vecPacket[i];
+        arrPacket.resize(i + 4 >= vecPacket.size() && i + 2 < vecPacket.size() ? 500 : arrPacket.size());
+        objStream.Deliver(arrPacket);
+    }
+    for (std::size_t i = vecPacket.size() - 4; i < vecPacket.size() - 2; ++i) {
+        objStream.Deliver(objStream.MakeFrame(1, true)[i]);
+    }
+    ExpectAllExact(objStream, 1);
+}
+
+TEST(Reassembly, PacketsThatComeAfterTheCameraCalledThemGoneAreTaken) {
+    CSimulatedStream objStream({.AnswersResends = false}, {});
+    const auto vecPacket = objStream.MakeFrame(1);
+    const std::vector<std::size_t> vecGone{0, 50, vecPacket.size() - 1};
+    for (std::size_t i = 1; i + 1 < vecPacket.size(); ++i) {
+        if (i != 50 && i != 51) {
+            objStream.Deliver(vecPacket[i]);
+        }
+    }
+    for (const std::size_t nID : vecGone) {
+        auto arrGone = vecPacket[nID];
+        gev::Put16(arrGone, 0, static_cast<std::uint16_t>(gev::EGvcpStatus::PacketUnavailable));
+        arrGone.resize(gev::kGvspHeaderSize);
+        objStream.Deliver(arrGone);
+    }
+    std::ranges::for_each(vecGone, [&](std::size_t nID) { objStream.Deliver(vecPacket[nID]); });
+    objStream.Deliver(vecPacket[51]);
+    ExpectAllExact(objStream, 1);
+}
+
+TEST(Reassembly, ChunkLengthThatCountsTheImageTooIsUnderstood) {
+    constexpr std::uint32_t kWhole = 640 * 480 + 300;
+    for (const auto& [nType, nTold] : {std::pair<std::uint16_t, std::uint32_t>{0x0005, kWhole}, {0x4001, kWhole}}) {
+        CSimulatedStream objStream({.ChunkBytes = 300}, {});
+        auto vecPacket = objStream.MakeFrame(1);
+        gev::GVSP_TRAILER objTrailer{gev::EPayloadType{nType}, 480, nTold, 1};
+        gev::Put16(vecPacket.front(), gev::kGvspHeaderSize + 2, nType);
+        vecPacket.back().resize(100);
+        gev::EncodeTrailer(std::span(vecPacket.back()).subspan(gev::kGvspHeaderSize), objTrailer);
+        std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        ExpectAllExact(objStream, 1);
+        EXPECT_EQ(objStream.m_vecFrame[0].Block.DataSize, kWhole);
+    }
+}
+
+TEST(Leader, PackedLinesWithoutPaddingMayEndInTheMiddleOfAByte) {
+    gev::GVSP_LEADER objLeader;
+    objLeader.PixelFormat = gev::EPixelFormat::Mono12Packed;
+    objLeader.SizeX = 1013;  // 1519.5 bytes
+    for (const auto& [nLines, nPadding, nSize] : {std::tuple{1U, 0, 1520U}, {2U, 0, 3039U}, {2U, 1, 3042U}}) {
+        objLeader.SizeY = nLines;
+        objLeader.PaddingX = static_cast<std::uint16_t>(nPadding);
+        EXPECT_EQ(gev::GetImageSize(objLeader), nSize);
     }
 }
 

@@ -139,7 +139,9 @@ void CSimulatedStream::DeliverBlock(const FINISHED_BLOCK& objBlock) {
         objFrame.IsExact = objBlock.Memory.Memory[i] == PatternAt(objBlock.BlockID, i);
     }
     m_vecFrame.push_back(objFrame);
-    m_deqFree.push_back(objBlock.Memory.Memory.data());
+    if (!m_bKeepsFrames) {
+        m_deqFree.push_back(objBlock.Memory.Memory.data());
+    }
 }
 
 void CSimulatedStream::RequestResend(std::uint64_t nBlockID, std::uint32_t nFirst, std::uint32_t nLast, bool) {

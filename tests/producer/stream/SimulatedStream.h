@@ -52,6 +52,7 @@ public:
     producer::CReassembly& Reassembly() { return *m_pReassembly; }
     producer::StreamClock::time_point m_objNow{};
     std::uint64_t m_nNextID;
+    bool m_bKeepsFrames = false;  ///< the consumer hands no buffer back
 
 private:
     producer::BLOCK_MEMORY TakeMemory() override;
