@@ -11,6 +11,7 @@
 #include "camera/Device.h"
 #include "camera/FeatureTable.h"
 #include "gev/GvcpEvent.h"
+#include "support/DescriptionText.h"
 
 namespace camera {
 namespace {
@@ -27,27 +28,6 @@ std::string Whole(std::uint64_t nValue, int nBase = 10) {
     std::array<char, 32> arrText{};
     const auto objResult = std::to_chars(arrText.data(), arrText.data() + arrText.size(), nValue, nBase);
     return (nBase == 16 ? "0x" : "") + std::string(arrText.data(), objResult.ptr);
-}
-
-std::string Escape(std::string_view strText) {
-    std::string strResult;
-    for (const char nChar : strText) {
-        switch (nChar) {
-            case '&':
-                strResult += "&amp;";
-                break;
-            case '<':
-                strResult += "&lt;";
-                break;
-            case '"':
-                strResult += "&quot;";
-                break;
-            default:
-                // A control character can't stand in XML at all.
-                strResult += static_cast<unsigned char>(nChar) < ' ' ? ' ' : nChar;
-        }
-    }
-    return strResult;
 }
 
 std::string Join(std::string_view strFirst, std::string_view strSecond) {
@@ -92,11 +72,19 @@ std::string_view RepresentationOf(ENotation eNotation) {
     return "PureNumber";
 }
 
+/// A model's name for programs, which takes letters and digits alone.
+std::string IdentifierOf(std::string_view strModel) {
+    std::string strIdentifier;
+    std::ranges::copy_if(strModel, std::back_inserter(strIdentifier), [](char nChar) {
+        return (nChar >= '0' && nChar <= '9') || (nChar >= 'A' && nChar <= 'Z') || (nChar >= 'a' && nChar <= 'z');
+    });
+    return strIdentifier.empty() ? "Camera" : strIdentifier;
+}
+
 /// Writes nodes; within each, elements stand in the order that the schema wants.
-class CDescriptionWriter {
+class CDescriptionWriter : private CDescriptionText {
 public:
     std::string Write(std::string_view strModel) {
-        Head(strModel);
         Categories();
         for (const FEATURE& objFeature : ListFeatures()) {
             Feature(objFeature);
@@ -104,40 +92,14 @@ public:
         Locked();
         Chunks();
         Events();
-        m_strXML += "<Port Name=\"Device\" NameSpace=\"Standard\"/>\n</RegisterDescription>\n";
-        return std::move(m_strXML);
+        Open("Port", "Device");
+        Close("Port");
+        const std::string strIdentifier = IdentifierOf(strModel);
+        return MakeDocument(
+            {strIdentifier, strModel, "7E1D5B52-6C2B-4F0E-9D43-5A0B7C1E9A10", "7E1D5B52-6C2B-4F0E-9D43-5A0B7C1E9A11"});
     }
 
 private:
-    void Element(std::string_view strElement, std::string_view strContent) {
-        m_strXML.append("<").append(strElement).append(">").append(strContent);
-        m_strXML.append("</").append(strElement).append(">\n");
-    }
-    void Open(std::string_view strElement, std::string_view strName, std::string_view strSpace = "Standard") {
-        m_strXML.append("<").append(strElement).append(" Name=\"").append(strName);
-        m_strXML.append("\" NameSpace=\"").append(strSpace).append("\">\n");
-    }
-    void Close(std::string_view strElement) { m_strXML.append("</").append(strElement).append(">\n"); }
-
-    void Head(std::string_view strModel) {
-        const std::string strName = Escape(strModel);
-        // The model's name here is one for programs, which takes letters and digits alone.
-        std::string strIdentifier;
-        std::ranges::copy_if(strModel, std::back_inserter(strIdentifier), [](char nChar) {
-            return (nChar >= '0' && nChar <= '9') || (nChar >= 'A' && nChar <= 'Z') || (nChar >= 'a' && nChar <= 'z');
-        });
-        m_strXML =
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<RegisterDescription ModelName=\"" +
-            (strIdentifier.empty() ? "Camera" : strIdentifier) + "\" VendorName=\"Norvik\" ToolTip=\"" + strName +
-            "\" StandardNameSpace=\"GEV\" SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\""
-            " MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\""
-            " ProductGuid=\"7E1D5B52-6C2B-4F0E-9D43-5A0B7C1E9A10\" VersionGuid=\"7E1D5B52-6C2B-4F0E-9D43-5A0B7C1E9A11\""
-            " xmlns=\"http://www.genicam.org/GenApi/Version_1_1\""
-            " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
-            " xsi:schemaLocation=\"http://www.genicam.org/GenApi/Version_1_1"
-            " http://www.genicam.org/GenApi/GenApiSchema_Version_1_1.xsd\">\n";
-    }
-
     void Categories() {
         std::vector<std::string_view> vecCategory;
         for (const FEATURE& objFeature : ListFeatures()) {
@@ -292,8 +254,8 @@ private:
 
     void Limit(const FEATURE& objFeature) {
         Open("IntSwissKnife", Join(objFeature.Name, "Limit"), "Custom");
-        m_strXML.append("<pVariable Name=\"MOST\">").append(objFeature.MaxOf).append("</pVariable>\n");
-        m_strXML.append("<pVariable Name=\"LESS\">").append(objFeature.MaxLess).append("</pVariable>\n");
+        Element("pVariable", "Name", "MOST", objFeature.MaxOf);
+        Element("pVariable", "Name", "LESS", objFeature.MaxLess);
         Element("Formula", "MOST - LESS");
         Close("IntSwissKnife");
     }
@@ -306,8 +268,7 @@ private:
         }
         Element("Address", Whole(objFeature.Address, 16));
         if (!objFeature.Selector.empty()) {
-            m_strXML.append("<pIndex Offset=\"").append(Whole(objFeature.Length)).append("\">");
-            m_strXML.append(objFeature.Selector).append("</pIndex>\n");
+            Element("pIndex", "Offset", Whole(objFeature.Length), objFeature.Selector);
         }
         Element("Length", Whole(objFeature.Length));
         Element("AccessMode", AccessOf(objFeature));
@@ -414,8 +375,6 @@ private:
         Element("Endianess", "BigEndian");
         Close(strRegister);
     }
-
-    std::string m_strXML;
 };
 
 }  // namespace

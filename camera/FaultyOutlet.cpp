@@ -13,7 +13,7 @@ constexpr std::uint32_t kMostJunk = 1400;  // bytes of a packet that is nothing
 }  // namespace
 
 void CFaultyOutlet::SetFaults(const STREAM_FAULTS& objFaults) {
-    m_nHeld = 0;
+    Flush();
     m_objFaults = objFaults;
     m_objFaults.LossBurst = std::max(1U, objFaults.LossBurst);
     m_objFaults.Reorder = std::min(kMostHeld, objFaults.Reorder);

@@ -22,6 +22,7 @@ public:
     /// @param objOutlet  must outlive this
     explicit CFaultyOutlet(IPacketOutlet& objOutlet) : m_objOutlet(objOutlet) {}
 
+    /// Begins anew with them. What is held back is sent first: nothing of it was to be lost.
     void SetFaults(const STREAM_FAULTS& objFaults);
     [[nodiscard]] const STREAM_FAULTS& GetFaults() const { return m_objFaults; }
 

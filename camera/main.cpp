@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -27,6 +28,13 @@ void OnSignal(int /*nSignal*/) {
     }
 }
 
+/// How the program ends, for scripts; the same numbers as norvikctl's.
+enum class EExitCode : int {
+    Success = 0,  ///< ended by a signal, as is meant
+    Failure = 1,
+    Usage = 2  ///< the command line isn't understood
+};
+
 struct ARGUMENTS {
     camera::CAMERA_CONFIGURATION Configuration;
     std::string IP;
@@ -45,6 +53,7 @@ std::string MakeFooter() {
         strFooter.append("  ").append(strForm).append(objHelp.Text).append("\n");
     }
     return strFooter +
+           "\nExit codes: 0 ended by Ctrl-C or SIGTERM; 1 failed; 2 the command line isn't understood.\n"
            "\nThe camera takes over the adapter: its MAC is the adapter's, and the adapter gets the camera's address.\n"
            "So give it one of its own, in a network namespace. As root, for example:\n"
            "  ip netns add camera\n"
@@ -55,6 +64,7 @@ std::string MakeFooter() {
 
 void DescribeArguments(CLI::App& objApp, ARGUMENTS& objArguments) {
     camera::CAMERA_CONFIGURATION& objConfiguration = objArguments.Configuration;
+    objApp.set_version_flag("--version", "virtual-camera " NORVIK_VERSION, "Print the version and end");
     objArguments.ReconfigurationMs = static_cast<std::uint32_t>(objConfiguration.Reconfiguration.count());
     objApp.add_option("--interface", objConfiguration.Interface, "Adapter that the camera owns")
         ->required()
@@ -156,31 +166,50 @@ std::string Advise(const std::system_error& objError) {
     return "";
 }
 
-}  // namespace
+/// @throws std::exception
+void Run(ARGUMENTS& objArguments) {
+    TakeArguments(objArguments);
+    if (!objArguments.State.empty()) {
+        TakeState(objArguments.State, objArguments.Configuration);
+    }
+    RunCamera(objArguments.Configuration);
+}
 
-int main(int argc, char* argv[]) {
+EExitCode Fail(EExitCode eExitCode, const std::string& strText) {
+    std::fprintf(stderr, "virtual-camera: %s\n", strText.c_str());
+    return eExitCode;
+}
+
+EExitCode RunProgram(int argc, char* argv[]) {
     ARGUMENTS objArguments;
     CLI::App objApp("A GigE Vision camera in software, on a network adapter of its own.", "virtual-camera");
     DescribeArguments(objApp, objArguments);
     objApp.footer(MakeFooter());
-    CLI11_PARSE(objApp, argc, argv);
+    objApp.failure_message([](const CLI::App* /*pApp*/, const CLI::Error& objError) {
+        return std::string("virtual-camera: ") + objError.what() + ". Try virtual-camera --help\n";
+    });
     try {
-        TakeArguments(objArguments);
-        if (!objArguments.State.empty()) {
-            TakeState(objArguments.State, objArguments.Configuration);
-        }
-        RunCamera(objArguments.Configuration);
+        objApp.parse(argc, argv);
+        Run(objArguments);
+    } catch (const CLI::ParseError& objError) {
+        const bool bHelp = objApp.exit(objError) == 0;
+        return bHelp ? EExitCode::Success : EExitCode::Usage;
+    } catch (const std::invalid_argument& objError) {
+        return Fail(EExitCode::Usage, objError.what());
     } catch (const camera::CStateError& objError) {
         const bool bRead = objArguments.Configuration.State.has_value();
-        std::fprintf(stderr, "virtual-camera: %s: %s%s\n", objArguments.State.c_str(), objError.what(),
-                     bRead ? ". The file is left as it is" : "");
-        return 1;
+        return Fail(EExitCode::Failure,
+                    objArguments.State + ": " + objError.what() + (bRead ? ". The file is left as it is" : ""));
     } catch (const std::system_error& objError) {
-        std::fprintf(stderr, "virtual-camera: %s%s\n", objError.what(), Advise(objError).c_str());
-        return 1;
+        return Fail(EExitCode::Failure, objError.what() + Advise(objError));
     } catch (const std::exception& objError) {
-        std::fprintf(stderr, "virtual-camera: %s\n", objError.what());
-        return 1;
+        return Fail(EExitCode::Failure, objError.what());
     }
-    return 0;
+    return EExitCode::Success;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    return static_cast<int>(RunProgram(argc, argv));
 }

@@ -15,15 +15,14 @@ namespace {
 
 bool IsInOtherSubnet(const CAMERA& objCamera) {
     const ADAPTER& objAdapter = objCamera.objAdapter;
-    return objCamera.nAddress && objAdapter.nAddress && objAdapter.nMask &&
-           ((*objCamera.nAddress ^ *objAdapter.nAddress) & *objAdapter.nMask) != 0;
-}
-
-/// Producers put an address or a description behind the name that the system has for an adapter. Every adapter is
-/// called by the empty name.
-bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
-    return strName.empty() || objAdapter.strID == strName || objAdapter.strName == strName ||
-           objAdapter.strName.starts_with(std::string(strName) + ' ');
+    if (!objCamera.nAddress || !objAdapter.nAddress || !objAdapter.nMask) {
+        return false;
+    }
+    const auto isOutside = [nCamera = *objCamera.nAddress](const HOST_ADDRESS& objAddress) {
+        return ((nCamera ^ objAddress.nAddress) & objAddress.nMask) != 0;
+    };
+    return isOutside({*objAdapter.nAddress, *objAdapter.nMask}) &&
+           std::ranges::all_of(objAdapter.vecAddress, isOutside);
 }
 
 std::string Describe(const std::vector<const CAMERA*>& vecCamera) {
@@ -60,6 +59,12 @@ std::vector<MATCH> MatchesOf(std::string_view strName) {
 }
 
 }  // namespace
+
+bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
+    // Producers put an address or a description behind the name that the system has for an adapter.
+    return strName.empty() || objAdapter.strID == strName || objAdapter.strName == strName ||
+           objAdapter.strName.starts_with(std::string(strName) + ' ');
+}
 
 std::string GetStateText(const CAMERA& objCamera) {
     // What the producer says of access is of no use where nothing but a broadcast reaches the camera.

@@ -8,6 +8,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include "ctl/HostFacts.h"
+
 class IDevice;
 
 /// A network adapter as a producer knows it. IPv4 addresses have their first octet highest, as has the MAC.
@@ -15,8 +17,9 @@ struct ADAPTER {
     std::string strName;  ///< for people
     std::string strID;    ///< the producer's
     std::optional<std::uint64_t> nMAC;
-    std::optional<std::uint32_t> nAddress;
+    std::optional<std::uint32_t> nAddress;  ///< the first
     std::optional<std::uint32_t> nMask;
+    std::vector<HOST_ADDRESS> vecAddress = {};  ///< all of them, as this machine knows them; empty if it doesn't
 };
 
 /// A camera as an adapter sees it, one record for each adapter. What the producer doesn't tell is empty.
@@ -35,6 +38,9 @@ struct CAMERA {
     std::int32_t nAccessStatus = 0;      ///< one of DEVICE_ACCESS_STATUS_LIST
     boost::shared_ptr<IDevice> pDevice;  ///< the camera in the tree of modules
 };
+
+/// @return whether a user means the adapter by its ID, its name or the first word of its name; by the empty name any
+bool IsCalled(const ADAPTER& objAdapter, std::string_view strName);
 
 /// One word or two for what can be done with a camera now: "ready", "in use", "other subnet", ...
 std::string GetStateText(const CAMERA& objCamera);

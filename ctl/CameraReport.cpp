@@ -22,12 +22,20 @@ nlohmann::ordered_json TextOrNull(const std::string& strText) {
     return strText.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(strText);
 }
 
+template <class T>
+nlohmann::ordered_json ListOf(const std::vector<T>& vecRecord);
+
+nlohmann::ordered_json ToJson(const HOST_ADDRESS& objAddress) {
+    return {{"address", AddressText(objAddress.nAddress)}, {"mask", AddressText(objAddress.nMask)}};
+}
+
 nlohmann::ordered_json ToJson(const ADAPTER& objAdapter) {
     return {{"id", objAdapter.strID},
             {"name", objAdapter.strName},
             {"mac", TextOrNull(MACText(objAdapter.nMAC))},
             {"address", TextOrNull(AddressText(objAdapter.nAddress))},
-            {"mask", TextOrNull(AddressText(objAdapter.nMask))}};
+            {"mask", TextOrNull(AddressText(objAdapter.nMask))},
+            {"addresses", ListOf(objAdapter.vecAddress)}};
 }
 
 nlohmann::ordered_json ToJson(const CAMERA& objCamera) {
@@ -69,4 +77,8 @@ void WriteCameraTable(std::ostream& objOut, const std::vector<CAMERA>& vecCamera
 void WriteCameraJson(std::ostream& objOut, const std::vector<ADAPTER>& vecAdapter,
                      const std::vector<CAMERA>& vecCamera) {
     WriteJson(objOut, {{"adapters", ListOf(vecAdapter)}, {"cameras", ListOf(vecCamera)}});
+}
+
+void WriteFoundCameraJson(std::ostream& objOut, const std::optional<CAMERA>& objCamera) {
+    WriteJson(objOut, {{"camera", objCamera ? ToJson(*objCamera) : nlohmann::ordered_json()}});
 }

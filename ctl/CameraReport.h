@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <vector>
 
 #include "ctl/Camera.h"
@@ -11,3 +12,6 @@ void WriteCameraTable(std::ostream& objOut, const std::vector<CAMERA>& vecCamera
 /// One object with the lists "adapters" and "cameras". What isn't known is null; text that isn't UTF-8 is mended.
 void WriteCameraJson(std::ostream& objOut, const std::vector<ADAPTER>& vecAdapter,
                      const std::vector<CAMERA>& vecCamera);
+
+/// One object with "camera", as it stands in that list, or null.
+void WriteFoundCameraJson(std::ostream& objOut, const std::optional<CAMERA>& objCamera);

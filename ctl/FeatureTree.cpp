@@ -10,6 +10,7 @@
 #include "GenApi/Float.h"
 #include "GenApi/GCException.h"
 #include "GenApi/Integer.h"
+#include "GenApi/IntegerText.h"
 #include "GenApi/Node.h"
 #include "GenApi/NodeCast.h"
 #include "GenApi/NodeMap.h"
@@ -57,12 +58,24 @@ const char* KindOf(const INode& objNode) {
     }
 }
 
+/// What every address lies within is no limit to tell of.
+bool IsAnyAddress(IInteger& objInteger) {
+    constexpr std::int64_t kLastIPv4 = 0xFFFF'FFFF;
+    constexpr std::int64_t kLastMAC = 0xFFFF'FFFF'FFFF;
+    const ERepresentation eRepresentation = objInteger.GetRepresentation();
+    return objInteger.GetMin() <= 0 && ((eRepresentation == IPV4Address && objInteger.GetMax() >= kLastIPv4) ||
+                                        (eRepresentation == MACAddress && objInteger.GetMax() >= kLastMAC));
+}
+
 std::string LimitsOf(IInteger& objInteger) {
     using LIMITS = std::numeric_limits<std::int64_t>;
-    if (objInteger.GetMin() == LIMITS::min() && objInteger.GetMax() == LIMITS::max()) {
+    if ((objInteger.GetMin() == LIMITS::min() && objInteger.GetMax() == LIMITS::max()) || IsAnyAddress(objInteger)) {
         return {};
     }
-    std::string strLimits = std::to_string(objInteger.GetMin()) + " to " + std::to_string(objInteger.GetMax());
+    // As the value itself is shown.
+    const ERepresentation eRepresentation = objInteger.GetRepresentation();
+    std::string strLimits =
+        FormatAs(objInteger.GetMin(), eRepresentation) + " to " + FormatAs(objInteger.GetMax(), eRepresentation);
     if (objInteger.GetIncMode() == fixedIncrement && objInteger.GetInc() != 1) {
         strLimits += " in steps of " + std::to_string(objInteger.GetInc());
     }
@@ -85,6 +98,21 @@ std::string LimitsOf(IEnumeration& objEnumeration) {
         strLimits += (strLimits.empty() ? "" : ", ") + strSymbolic.str();
     }
     return strLimits;
+}
+
+std::string Shortened(const std::string& strText) {
+    return strText.size() <= kLongestValue ? strText : strText.substr(0, kLongestValue) + "...";
+}
+
+/// A register larger than anyone reads on a screen is left where it is: over a network it takes seconds.
+std::optional<std::string> ReadValue(INode& objNode) {
+    auto* const pRegister = node_cast<IRegister>(&objNode);
+    if (objNode.GetPrincipalInterfaceType() == intfIRegister && pRegister != nullptr &&
+        pRegister->GetLength() > static_cast<std::int64_t>(kLongestValue)) {
+        return std::to_string(pRegister->GetLength()) + " bytes";
+    }
+    auto* const pValue = dynamic_cast<IValue*>(&objNode);
+    return pValue == nullptr ? std::nullopt : std::optional(Shortened(pValue->ToString().str()));
 }
 
 /// A walk down the categories. Remembers those it stands in, so that a circle ends.
@@ -124,47 +152,6 @@ private:
         }
     }
 
-    static FEATURE ReadFeature(INode& objNode) {
-        FEATURE objFeature;
-        objFeature.strName = objNode.GetName().str();
-        objFeature.strKind = KindOf(objNode);
-        objFeature.bReadable = IsReadable(objNode);
-        objFeature.bWritable = IsWritable(objNode);
-        try {
-            if (auto* pInteger = node_cast<IInteger>(&objNode)) {
-                objFeature.strUnit = pInteger->GetUnit().str();
-            } else if (auto* pFloat = node_cast<IFloat>(&objNode)) {
-                objFeature.strUnit = pFloat->GetUnit().str();
-            }
-            if (objFeature.bReadable) {
-                objFeature.strValue = ReadValue(objNode);
-            }
-        } catch (const CTimeoutError&) {
-            throw;  // a camera that has gone answers none of the others either, and each takes its time
-        } catch (const CDeviceOfflineError&) {
-            throw;
-        } catch (const std::exception&) {
-            // A camera that refuses one of its features still has the others.
-        }
-        objFeature.strLimits = objFeature.bWritable ? DescribeLimits(objNode) : "";
-        return objFeature;
-    }
-
-    /// A register larger than anyone reads on a screen is left where it is: over a network it takes seconds.
-    static std::optional<std::string> ReadValue(INode& objNode) {
-        auto* const pRegister = node_cast<IRegister>(&objNode);
-        if (objNode.GetPrincipalInterfaceType() == intfIRegister && pRegister != nullptr &&
-            pRegister->GetLength() > static_cast<std::int64_t>(kLongestValue)) {
-            return std::to_string(pRegister->GetLength()) + " bytes";
-        }
-        auto* const pValue = dynamic_cast<IValue*>(&objNode);
-        return pValue == nullptr ? std::nullopt : std::optional(Shortened(pValue->ToString().str()));
-    }
-
-    static std::string Shortened(const std::string& strText) {
-        return strText.size() <= kLongestValue ? strText : strText.substr(0, kLongestValue) + "...";
-    }
-
     EVisibility m_eMost;
     std::set<const INode*> m_setInside;
 };
@@ -192,6 +179,32 @@ std::string DescribeLimits(INode& objNode) {
         // They stand in features of their own, which may not be readable.
     }
     return {};
+}
+
+FEATURE ReadFeature(INode& objNode) {
+    FEATURE objFeature;
+    objFeature.strName = objNode.GetName().str();
+    objFeature.strKind = KindOf(objNode);
+    objFeature.bReadable = IsReadable(objNode);
+    objFeature.bWritable = IsWritable(objNode);
+    try {
+        if (auto* pInteger = node_cast<IInteger>(&objNode)) {
+            objFeature.strUnit = pInteger->GetUnit().str();
+        } else if (auto* pFloat = node_cast<IFloat>(&objNode)) {
+            objFeature.strUnit = pFloat->GetUnit().str();
+        }
+        if (objFeature.bReadable) {
+            objFeature.strValue = ReadValue(objNode);
+        }
+    } catch (const CTimeoutError&) {
+        throw;  // a camera that has gone answers none of the others either, and each takes its time
+    } catch (const CDeviceOfflineError&) {
+        throw;
+    } catch (const std::exception&) {
+        // A camera that refuses one of its features still has the others.
+    }
+    objFeature.strLimits = objFeature.bWritable ? DescribeLimits(objNode) : "";
+    return objFeature;
 }
 
 FEATURE ReadFeatureTree(const INodeMap& objNodeMap, bool bAll) {

@@ -25,6 +25,10 @@ struct FEATURE {
 /// limits can't be read.
 std::string DescribeLimits(GenApi_3_0::INode& objNode);
 
+/// One feature. A value that the camera refuses to tell is empty.
+/// @throws CTimeoutError, CDeviceOfflineError  the camera has gone
+FEATURE ReadFeature(GenApi_3_0::INode& objNode);
+
 /// Reads the categories from `Root` down with the values of their features. What isn't implemented is left out, as are
 /// categories with nothing in them. A category that contains itself, or lies deeper than any sane one, ends there.
 /// @param bAll  also what is meant for gurus and for nobody

@@ -1,7 +1,6 @@
 #include "ctl/FeaturesCommand.h"
 
-#include <filesystem>
-#include <fstream>
+#include <optional>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -12,14 +11,16 @@
 #include "GenApi/NodeCast.h"
 #include "GenApi/Value.h"
 #include "GenTL/GenTL.h"
+#include "TLClass/TLClassFeature/FeatureFile.h"
 #include "TLClass/TLClassFeature/FeatureFileModule.h"
 #include "ctl/DifferenceReport.h"
 #include "ctl/ErrorText.h"
 #include "ctl/FeatureReport.h"
 #include "ctl/FeatureTree.h"
+#include "ctl/Json.h"
 #include "ctl/OpenCamera.h"
 #include "ctl/Table.h"
-#include "ctl/WholeFile.h"
+#include "ctl/UserFile.h"
 
 namespace {
 
@@ -39,12 +40,20 @@ void Set(GenApi_3_0::INode& objNode, const std::string& strValue) {
     }
 }
 
-std::ifstream OpenFeatureFile(const std::string& strPath) {
-    std::ifstream objFile(strPath, std::ios::binary);
-    if (!objFile || !std::filesystem::is_regular_file(strPath)) {
-        throw CCommandError(EXIT_CODE::Failure, strPath + ": it can't be read");
+std::istringstream ReadFeatureFile(const std::string& strPath) {
+    return std::istringstream(ReadUserFile(strPath, CFeatureFile::kMaxFeatureFileSize));
+}
+
+/// @param strText  its value; none of a command that can't be read
+void PrintFeature(GenApi_3_0::INode& objNode, const std::optional<std::string>& strText,
+                  const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
+    if (objOptions.bJson) {
+        FEATURE objFeature = ReadFeature(objNode);
+        objFeature.strValue = strText;  // at its full length
+        WriteFeatureTreeJson(objOutput.objOut, objFeature);
+    } else if (strText) {
+        objOutput.objOut << Printable(*strText) << '\n';
     }
-    return objFile;
 }
 
 void PrintErrors(const std::vector<std::string>& vecError, const COMMAND_OUTPUT& objOutput) {
@@ -69,7 +78,7 @@ EXIT_CODE RunFeatures(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& 
 EXIT_CODE RunFeatureGet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_READONLY);
     GenApi_3_0::INode& objNode = objCamera.GetFeature(objOptions.strName);
-    objOutput.objOut << Printable(ValueOf(objNode).ToString().view()) << '\n';
+    PrintFeature(objNode, ValueOf(objNode).ToString().str(), objOptions, objOutput);
     return EXIT_CODE::Success;
 }
 
@@ -88,9 +97,11 @@ EXIT_CODE RunFeatureSet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT
                             strError + (strLimits.empty() ? "" : ". It may be set to " + strLimits));
     }
     const GenApi_3_0::EAccessMode eAccess = objNode.GetAccessMode();
+    std::optional<std::string> strText;
     if (eAccess == GenApi_3_0::RO || eAccess == GenApi_3_0::RW) {
-        objOutput.objOut << Printable(ValueOf(objNode).ToString(false, true).view()) << '\n';
+        strText = ValueOf(objNode).ToString(false, true).str();
     }
+    PrintFeature(objNode, strText, objOptions, objOutput);
     return EXIT_CODE::Success;
 }
 
@@ -100,15 +111,18 @@ EXIT_CODE RunFeatureSave(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     std::ostringstream objText;
     std::vector<std::string> vecError;
     SaveDeviceFeatures(objCamera.GetDevice(), objText, &vecError);
-    WriteWholeFile(objOptions.strFile, objText.str());
+    WriteUserFile(objOptions.strFile, objText.str(), EWholeFile::Durable);
     PrintErrors(vecError, objOutput);
+    if (objOptions.bJson) {
+        WriteJson(objOutput.objOut, {{"not_saved", vecError}});
+    }
     objOutput.objErr << "Saved the settings of " << Printable(objCamera.GetCamera().strID) << " to "
                      << objOptions.strFile << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
     return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
 }
 
 EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    std::ifstream objFile = OpenFeatureFile(objOptions.strFile);
+    std::istringstream objFile = ReadFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);  // without it no selector moves
     objCamera.OpenStream();
     const FEATURE_FILE_COMPARISON objComparison = CompareDeviceFeatures(objCamera.GetDevice(), objFile);
@@ -127,11 +141,14 @@ EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
 }
 
 EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    std::ifstream objFile = OpenFeatureFile(objOptions.strFile);
+    std::istringstream objFile = ReadFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();
     const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);
     PrintErrors(vecError, objOutput);
+    if (objOptions.bJson) {
+        WriteJson(objOutput.objOut, {{"refused", vecError}});
+    }
     objOutput.objErr << "Applied " << objOptions.strFile << " to " << Printable(objCamera.GetCamera().strID);
     objOutput.objErr << (vecError.empty() ? ".\n" : ", but for what is told above.\n");
     return vecError.empty() ? EXIT_CODE::Success : EXIT_CODE::Incomplete;

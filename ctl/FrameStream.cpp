@@ -111,3 +111,14 @@ bool CFrameStream::Take(std::chrono::milliseconds nTimeout, const std::function<
     fnFrame(FrameOf(objInformation, m_nPayloadSize));
     return true;
 }
+
+STREAM_LOSSES CFrameStream::ReadLosses() const {
+    const auto readCount = [this](const char* pName) {
+        std::int64_t nCount = 0;
+        LogFailure([&] { nCount = m_pStream->GetFeatureControl()->DoGetInt(pName); });
+        return static_cast<std::uint64_t>(std::max<std::int64_t>(nCount, 0));
+    };
+    return {readCount("StreamMissingPacketCount"), readCount("StreamResendRequestCount"),
+            readCount("StreamResentPacketCount"), readCount("StreamSystemDroppedPacketCount"),
+            readCount("StreamUnderrunFrameCount")};
+}

@@ -10,6 +10,7 @@
 
 #include "ctl/FrameImage.h"
 #include "ctl/OpenCamera.h"
+#include "ctl/StreamLosses.h"
 
 class IDataStream;
 class IFeatureControl;
@@ -37,6 +38,9 @@ public:
     /// @return false if none came in time
     /// @throws CZrException  the stream or the camera has failed
     bool Take(std::chrono::milliseconds nTimeout, const std::function<void(const STREAM_FRAME&)>& fnFrame);
+
+    /// @return 0 for what the producer doesn't count
+    STREAM_LOSSES ReadLosses() const;
 
 private:
     void __LockParameters(bool bLock) const;

@@ -7,7 +7,7 @@
 
 #include "ctl/ExitCode.h"
 #include "ctl/PngImage.h"
-#include "ctl/WholeFile.h"
+#include "ctl/UserFile.h"
 
 namespace {
 
@@ -126,7 +126,8 @@ void CFrameWriter::__OnThreadWrite() {
 void CFrameWriter::__WriteFrame(const GRABBED_FRAME& objFrame) const {
     const std::string strPath = (std::filesystem::path(m_strFolder) / GetFrameFileName(objFrame, m_eFile)).string();
     if (m_eFile == FRAME_FILE::Raw) {
-        WriteWholeFile(strPath, {reinterpret_cast<const char*>(objFrame.vecData.data()), objFrame.vecData.size()});
+        WriteUserFile(strPath, {reinterpret_cast<const char*>(objFrame.vecData.data()), objFrame.vecData.size()},
+                      EWholeFile::Quick);
         return;
     }
     const std::optional<IMAGE> objImage = ConvertFrame(objFrame.vecData, objFrame.objShape);
@@ -138,5 +139,5 @@ void CFrameWriter::__WriteFrame(const GRABBED_FRAME& objFrame) const {
                                 std::to_string(objFrame.vecData.size()) +
                                 " bytes can't be made a PNG file. --raw writes frames of any format as they come");
     }
-    WriteWholeFile(strPath, EncodePng(*objImage));
+    WriteUserFile(strPath, EncodePng(*objImage), EWholeFile::Quick);
 }

@@ -25,6 +25,9 @@ struct GRAB_RESULT {
     CFrameStatistics objStatistics;
     std::string strEnd;      ///< why it ended before its time; empty if it didn't
     bool bTimedOut = false;  ///< that is since no complete frame came
+    STREAM_LOSSES objLosses;
+
+    bool IsAnyMissing() const { return objStatistics.GetLost() > 0 || objStatistics.GetIncomplete() > 0; }
 };
 
 /// Takes frames until there are enough, none comes any more, or the user has had enough.
@@ -100,6 +103,10 @@ void Report(const GRAB_RESULT& objResult, const GRAB_OPTIONS& objOptions, const 
                                      {"incomplete", objStatistics.GetIncomplete()},
                                      {"seconds", objStatistics.GetSeconds()},
                                      {"frames_per_second", objStatistics.GetFramesPerSecond()},
+                                     {"packets_missing", objResult.objLosses.nMissing},
+                                     {"packets_resent", objResult.objLosses.nResent},
+                                     {"packets_dropped", objResult.objLosses.nDropped},
+                                     {"underruns", objResult.objLosses.nUnderruns},
                                      {"megabytes_per_second", objStatistics.GetMegabytesPerSecond()},
                                      {"folder", objOptions.strFolder}});
     } else {
@@ -108,6 +115,9 @@ void Report(const GRAB_RESULT& objResult, const GRAB_OPTIONS& objOptions, const 
     }
     if (!objResult.strEnd.empty()) {
         objOutput.objErr << objResult.strEnd << ".\n";
+    }
+    if (objResult.IsAnyMissing()) {
+        objOutput.objErr << DescribeLosses(objResult.objLosses);
     }
 }
 
@@ -125,14 +135,13 @@ EXIT_CODE RunGrab(const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutpu
         objWriter.emplace(objOptions.strFolder, objOptions.eFile);
         CFrameStream objStream(objCamera);
         objResult = TakeFrames(objStream, *objWriter, objOptions, objOutput);
-        if (objResult.bTimedOut) {
+        objResult.objLosses = objStream.ReadLosses();
+        if (objResult.bTimedOut && objResult.objStatistics.GetIncomplete() == 0) {
             objResult.strEnd += WhyNoFrames(*objCamera.GetDevice()->GetRemoteFeatureControl());
         }
     }
     objWriter->Finish();
     Report(objResult, objOptions, objOutput);
-    const CFrameStatistics& objStatistics = objResult.objStatistics;
-    const bool bWhole = objStatistics.GetComplete() == objOptions.nFrames && objStatistics.GetLost() == 0 &&
-                        objStatistics.GetIncomplete() == 0;
+    const bool bWhole = objResult.objStatistics.GetComplete() == objOptions.nFrames && !objResult.IsAnyMissing();
     return bWhole ? EXIT_CODE::Success : EXIT_CODE::Incomplete;
 }

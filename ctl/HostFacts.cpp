@@ -1,5 +1,6 @@
 #include "ctl/HostFacts.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 
@@ -7,6 +8,7 @@
 #include <QNetworkInterface>
 #include <QString>
 
+#include "ctl/AddressText.h"
 #include "ctl/HostCommand.h"
 #include "ctl/InputFilters.h"
 #include "ctl/ProducerPath.h"
@@ -34,6 +36,18 @@ std::optional<int> ReadReversePathFilter(const std::string& strAdapter) {
     return ReadSmallNumber("/proc/sys/net/ipv4/conf/" + strAdapter + "/rp_filter");
 }
 
+std::vector<HOST_ADDRESS> AddressesOf(const QNetworkInterface& objInterface) {
+    std::vector<HOST_ADDRESS> vecAddress;
+    for (const QNetworkAddressEntry& objEntry : objInterface.addressEntries()) {
+        bool bIPv4 = false;
+        const std::uint32_t nAddress = objEntry.ip().toIPv4Address(&bIPv4);
+        if (bIPv4) {
+            vecAddress.push_back({nAddress, objEntry.netmask().toIPv4Address(), !objEntry.broadcast().isNull()});
+        }
+    }
+    return vecAddress;
+}
+
 HOST_ADAPTER ReadAdapter(const QNetworkInterface& objInterface) {
     HOST_ADAPTER objAdapter;
     objAdapter.strName = objInterface.name().toStdString();
@@ -42,14 +56,7 @@ HOST_ADAPTER ReadAdapter(const QNetworkInterface& objInterface) {
     objAdapter.nMtu = objInterface.maximumTransmissionUnit();
     objAdapter.nSpeed = ReadSmallNumber("/sys/class/net/" + objAdapter.strName + "/speed");
     objAdapter.nReversePathFilter = ReadReversePathFilter(objAdapter.strName);
-    for (const QNetworkAddressEntry& objEntry : objInterface.addressEntries()) {
-        bool bIPv4 = false;
-        const std::uint32_t nAddress = objEntry.ip().toIPv4Address(&bIPv4);
-        if (bIPv4) {
-            objAdapter.vecAddress.push_back(
-                {nAddress, objEntry.netmask().toIPv4Address(), !objEntry.broadcast().isNull()});
-        }
-    }
+    objAdapter.vecAddress = AddressesOf(objInterface);
     return objAdapter;
 }
 
@@ -71,6 +78,18 @@ std::vector<PRODUCER_FOLDER> ReadProducerFolders() {
 }
 
 }  // namespace
+
+std::vector<HOST_ADDRESS> ReadAddresses(std::optional<std::uint64_t> nMAC, std::uint32_t nAddress) {
+    for (const QNetworkInterface& objInterface : QNetworkInterface::allInterfaces()) {
+        const std::vector<HOST_ADDRESS> vecAddress = AddressesOf(objInterface);
+        // Two adapters may have been given the same address.
+        const bool bOther = nMAC && ParseMAC(objInterface.hardwareAddress().toStdString()) != nMAC;
+        if (!bOther && std::ranges::find(vecAddress, nAddress, &HOST_ADDRESS::nAddress) != vecAddress.end()) {
+            return vecAddress;
+        }
+    }
+    return {};
+}
 
 HOST_FACTS ReadHostFacts() {
     HOST_FACTS objFacts;

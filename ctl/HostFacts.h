@@ -43,5 +43,10 @@ struct HOST_FACTS {
     std::vector<PRODUCER_FOLDER> vecProducerFolder;  ///< the search path, in order
 };
 
+/// @param nMAC  of one of this machine's adapters, if it is known
+/// @param nAddress  of the same
+/// @return all IPv4 addresses of that adapter; none if there is no such adapter
+std::vector<HOST_ADDRESS> ReadAddresses(std::optional<std::uint64_t> nMAC, std::uint32_t nAddress);
+
 /// Looks at this machine. Changes nothing, sends nothing; may start `nft` to see the packet filters.
 HOST_FACTS ReadHostFacts();

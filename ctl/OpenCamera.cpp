@@ -3,19 +3,33 @@
 #include "GenApi/Node.h"
 #include "GenApi/NodeMap.h"
 #include "GenApi/NodeMapRef.h"
+#include "GenTL/GenTL.h"
 #include "TLClass/TLClassMain/IDataStream.h"
 #include "TLClass/TLClassMain/IDevice.h"
 #include "ctl/ErrorText.h"
 #include "ctl/FeatureTree.h"
 #include "ctl/Table.h"
 #include "support/Address.h"
+#include "support/ZrException.h"
 
 namespace {
 
-std::string WhatToTry(const CAMERA& objCamera) {
-    return GetStateText(objCamera) == "other subnet"
-               ? ". Try norvikctl recover " + (objCamera.nMAC ? MACToString(*objCamera.nMAC) : "MAC") + " ADDRESS"
-               : "";
+/// Whether a module's description was there and is no good, which the library tells by where it says so.
+bool IsOfDescription(const std::exception& objException) {
+    const auto* const pUnexpected = dynamic_cast<const CUnexpectedError*>(&objException);
+    return pUnexpected != nullptr && pUnexpected->GetErrorCode() != GC_ERR_IO &&
+           pUnexpected->GetFunction().starts_with("CXML");
+}
+
+std::string WhatToTry(const CAMERA& objCamera, const std::exception& objException) {
+    if (GetStateText(objCamera) == "other subnet") {
+        return ". Try norvikctl recover " + (objCamera.nMAC ? MACToString(*objCamera.nMAC) : "MAC") + " ADDRESS";
+    }
+    if (IsOfDescription(objException)) {
+        return ". The camera hands out a description of its features that is damaged. Switch it off and on; if it does "
+               "so again, its firmware must be written anew, with its vendor's tool";
+    }
+    return "";
 }
 
 }  // namespace
@@ -26,9 +40,10 @@ COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccess
     try {
         GetDevice()->DoOpenDevice(nAccessMode);
     } catch (const std::exception& objException) {
-        throw CCommandError(ExitCodeOf(objException),
-                            Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
-                                      ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera)));
+        throw CCommandError(
+            ExitCodeOf(objException),
+            Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
+                      ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera, objException)));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "ctl/Program.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <ostream>
@@ -26,12 +27,19 @@ constexpr const char* kFooter =
     "CAMERA is the camera's ID, MAC, serial number, user-defined name, IP address, or a part of its model\n"
     "that no other camera has.\n"
     "\n"
-    "Exit codes: 0 done; 1 failed; 2 the command line isn't understood; 3 no producer; 4 no such camera, or\n"
-    "several; 5 no access; 6 done in part: frames lost, a setting refused or not compared, a camera that\n"
-    "didn't come up; 7 doctor found a problem; 8 features diff found a difference.\n"
-    "\n"
     "Results go to standard output, everything else to standard error. GENICAM_GENTL64_PATH names folders\n"
-    "with another ZrGVTL.cti to use in place of the bundled one.";
+    "with another ZrGVTL.cti to use in place of the bundled one.\n"
+    "\n"
+    "Exit codes:\n";
+
+std::string MakeFooter() {
+    std::string strFooter = kFooter;
+    for (std::size_t i = 0; i < kExitCodeTexts.size(); ++i) {
+        strFooter += "  " + std::to_string(i) + "  " + kExitCodeTexts[i] + '\n';
+    }
+    strFooter.pop_back();
+    return strFooter;
+}
 
 constexpr const char* kCameraHelp = "The camera: its ID, MAC, serial number, name, IP address, or a part of its model";
 
@@ -59,6 +67,7 @@ public:
     CGrammar() : m_objApp(kDescription, "norvikctl") {
         m_objApp.set_version_flag("--version", "norvikctl " NORVIK_VERSION, "Print the version and end");
         m_objApp.require_subcommand(1);
+        m_objApp.fallthrough();  // the options of features may stand behind its subcommands, and -v anywhere
         m_objApp.failure_message(UsageText);
         m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
         AddList();
@@ -66,7 +75,7 @@ public:
         AddFeatures();
         AddGrab();
         AddDoctor();
-        m_objApp.footer(kFooter);  // last, or every command would have it too
+        m_objApp.footer(MakeFooter());  // last, or every command would have it too
     }
     CGrammar(const CGrammar&) = delete;
     CGrammar& operator=(const CGrammar&) = delete;
@@ -109,10 +118,13 @@ private:
             ->default_str(std::to_string(nTime.count()));
     }
 
+    static void AddAdapter(CLI::App* pApp, std::string& strAdapter, const char* pHelp) {
+        pApp->add_option("--adapter", strAdapter, pHelp)->type_name("NAME");
+    }
+
     static void AddCamera(CLI::App* pApp, CAMERA_OPTIONS& objOptions) {
         pApp->add_option("camera", objOptions.strCamera, kCameraHelp)->required()->type_name("CAMERA");
-        pApp->add_option("--adapter", objOptions.strAdapter, "Only a camera on this adapter, named as list shows it")
-            ->type_name("NAME");
+        AddAdapter(pApp, objOptions.strAdapter, "Only a camera on this adapter, named as list shows it");
         AddMilliseconds(pApp, "--search", objOptions.nSearchTime,
                         "How long to look for cameras; a tenth of it if one answers that has this ID, MAC or address");
     }
@@ -120,6 +132,7 @@ private:
     void AddList() {
         CLI::App* const pApp = m_objApp.add_subcommand("list", "List the cameras on all adapters");
         pApp->add_flag("--json", m_objList.bJson, "Write JSON: the lists \"adapters\" and \"cameras\"");
+        AddAdapter(pApp, m_objList.strAdapter, "Only this adapter, by its name or the first word of it");
         AddMilliseconds(pApp, "--search", m_objList.nSearchTime, "How long to look for cameras");
         Chooses(pApp, m_objList, RunList);
     }
@@ -133,7 +146,10 @@ private:
         pApp->add_option("address", m_objRecover.strAddress, "That it is to get, such as 192.168.1.20")
             ->required()
             ->type_name("ADDRESS");
-        pApp->add_flag("--dry-run", m_objRecover.bDryRun, "Show the packets and send nothing");
+        CLI::Option* const pDryRun =
+            pApp->add_flag("--dry-run", m_objRecover.bDryRun, "Show the packets and send nothing");
+        pApp->add_flag("--json", m_objRecover.bJson, "Write JSON: the \"camera\" where it last answered, or null")
+            ->excludes(pDryRun);
         AddMilliseconds(pApp, "--wait", m_objRecover.nWait,
                         "How long to look for the camera afterwards; 0 for not at all");
         pApp->footer(
@@ -148,7 +164,7 @@ private:
         FEATURES_OPTIONS& objOptions = m_objFeatures;
         AddCamera(pApp, objOptions.objCamera);
         pApp->add_flag("--all", objOptions.bAll, "Show those for gurus as well");
-        pApp->add_flag("--json", objOptions.bJson, "Write JSON: categories as objects of their features");
+        pApp->add_flag("--json", objOptions.bJson, "Write JSON: categories as objects of their features, or see below");
         Chooses(pApp, objOptions, RunFeatures);
 
         CLI::App* const pGet = pApp->add_subcommand("get", "get NAME: print the value of one feature");
@@ -171,14 +187,16 @@ private:
         pDiff->add_option("file", objOptions.strFile, "That save has written, for a camera of the same model")
             ->required()
             ->type_name("FILE");
-        pDiff->add_flag("--json", objOptions.bJson, "Write JSON: the lists \"differences\" and \"not_compared\"");
         pApp->require_subcommand(0, 1);
         Chooses(pGet, objOptions, RunFeatureGet);
         Chooses(pSet, objOptions, RunFeatureSet);
         Chooses(pSave, objOptions, RunFeatureSave);
         Chooses(pLoad, objOptions, RunFeatureLoad);
         Chooses(pDiff, objOptions, RunFeatureDiff);
-        pApp->footer("Without a subcommand it shows all features by category.");
+        pApp->footer(
+            "Without a subcommand it shows all features by category. The options may stand behind a subcommand. With\n"
+            "--json get and set write the feature as one of those objects, save the list \"not_saved\", load the list\n"
+            "\"refused\", and diff the lists \"differences\" and \"not_compared\".");
     }
 
     void AddGrab() {

@@ -18,6 +18,7 @@
 #include "app/RecoveryBroadcast.h"
 #include "app/RecoveryPackets.h"
 #include "ctl/AddressText.h"
+#include "ctl/CameraReport.h"
 #include "ctl/CameraTree.h"
 #include "ctl/Table.h"
 #include "support/Address.h"
@@ -124,23 +125,25 @@ std::optional<CAMERA> Find(const std::vector<CAMERA>& vecCamera, std::uint64_t n
     return objFound;
 }
 
-EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, std::chrono::milliseconds nWait,
-                  const COMMAND_OUTPUT& objOutput) {
-    const auto nEnd = std::chrono::steady_clock::now() + nWait;
-    objOutput.objErr << "Looking for the camera, for up to " << std::chrono::ceil<std::chrono::seconds>(nWait).count()
-                     << " s.\n";
+/// @param objLast  becomes where the camera was when it last answered
+EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, const RECOVER_OPTIONS& objOptions,
+                  std::optional<CAMERA>& objLast, const COMMAND_OUTPUT& objOutput) {
+    const auto nEnd = std::chrono::steady_clock::now() + objOptions.nWait;
+    objOutput.objErr << "Looking for the camera, for up to "
+                     << std::chrono::ceil<std::chrono::seconds>(objOptions.nWait).count() << " s.\n";
     CCameraTree objTree;
-    std::optional<CAMERA> objLast;  // where it was when it last answered
     do {
         const auto nEndOfLook = std::min(std::chrono::steady_clock::now() + kLookTime, nEnd);
         objTree.Update(std::chrono::ceil<std::chrono::milliseconds>(nEndOfLook - std::chrono::steady_clock::now()));
         const std::optional<CAMERA> objFound = Find(objTree.GetCameras(), nMAC, nAddress);
+        objLast = objFound ? objFound : objLast;
         if (objFound && objFound->nAddress == nAddress) {
-            objOutput.objOut << Printable(objFound->strID) << " is at " << IPToString(nAddress) << " on "
-                             << Printable(objFound->objAdapter.strName) << " (" << GetStateText(*objFound) << ")\n";
+            if (!objOptions.bJson) {
+                objOutput.objOut << Printable(objFound->strID) << " is at " << IPToString(nAddress) << " on "
+                                 << Printable(objFound->objAdapter.strName) << " (" << GetStateText(*objFound) << ")\n";
+            }
             return EXIT_CODE::Success;
         }
-        objLast = objFound ? objFound : objLast;
         std::this_thread::sleep_until(nEndOfLook);  // a producer without an adapter doesn't wait
     } while (std::chrono::steady_clock::now() < nEnd);
 
@@ -173,5 +176,11 @@ EXIT_CODE RunRecover(const RECOVER_OPTIONS& objOptions, const COMMAND_OUTPUT& ob
         return EXIT_CODE::Success;
     }
     Send(*objPackets, objOutput.objErr);
-    return objOptions.nWait.count() > 0 ? LookFor(nMAC, nAddress, objOptions.nWait, objOutput) : EXIT_CODE::Success;
+    std::optional<CAMERA> objLast;
+    const EXIT_CODE eExitCode =
+        objOptions.nWait.count() > 0 ? LookFor(nMAC, nAddress, objOptions, objLast, objOutput) : EXIT_CODE::Success;
+    if (objOptions.bJson) {
+        WriteFoundCameraJson(objOutput.objOut, objLast);
+    }
+    return eExitCode;
 }

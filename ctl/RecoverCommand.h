@@ -11,6 +11,7 @@ struct RECOVER_OPTIONS {
     std::string strAddress;                  ///< that the camera is to get
     std::chrono::milliseconds nWait{20000};  ///< how long to look for the camera; 0 for not at all
     bool bDryRun = false;                    ///< show the packets, send nothing
+    bool bJson = false;
 };
 
 /// Broadcasts the pair of the window's recovery, then looks for the camera until it answers at the address.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 #include "producer/modules/HexText.h"
@@ -10,29 +9,6 @@
 namespace producer {
 
 namespace {
-
-std::string Escape(std::string_view strText) {
-    std::string strEscaped;
-    for (const char nChar : strText) {
-        switch (nChar) {
-            case '&':
-                strEscaped += "&amp;";
-                break;
-            case '<':
-                strEscaped += "&lt;";
-                break;
-            case '>':
-                strEscaped += "&gt;";
-                break;
-            case '"':
-                strEscaped += "&quot;";
-                break;
-            default:
-                strEscaped += nChar;
-        }
-    }
-    return strEscaped;
-}
 
 /// A number that is another one for nearly every other text (FNV-1a, 64 bits).
 std::uint64_t Fingerprint(std::string_view strText, std::uint64_t nStart) {
@@ -74,38 +50,10 @@ std::string CDescriptionWriter::Write() {
     for (const CFeature& objFeature : m_deqFeature) {
         Feature(objFeature);
     }
-    Open("Port", m_objHeader.PortName, "Standard");
+    Open("Port", m_objHeader.PortName);
     Close("Port");
-    m_strXml += "</RegisterDescription>\n";
-    const std::string strBody = std::move(m_strXml);
-    m_strXml.clear();
-    Header(GuidOf(strBody));
-    return m_strXml + strBody;
-}
-
-void CDescriptionWriter::Header(std::string_view strVersionGuid) {
-    const auto funAttribute = [this](std::string_view strName, std::string_view strValue) {
-        m_strXml.append("\n  ").append(strName).append("=\"").append(Escape(strValue)).append("\"");
-    };
-    m_strXml += "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<RegisterDescription";
-    funAttribute("ModelName", m_objHeader.ModelName);
-    funAttribute("VendorName", "Norvik");
-    funAttribute("ToolTip", m_objHeader.ToolTip);
-    funAttribute("StandardNameSpace", "GEV");
-    for (const char* pVersion : {"SchemaMajorVersion", "SchemaMinorVersion", "MajorVersion"}) {
-        funAttribute(pVersion, "1");
-    }
-    for (const char* pVersion : {"SchemaSubMinorVersion", "MinorVersion", "SubMinorVersion"}) {
-        funAttribute(pVersion, "0");
-    }
-    funAttribute("ProductGuid", m_objHeader.ProductGuid);
-    funAttribute("VersionGuid", strVersionGuid);
-    funAttribute("xmlns", "http://www.genicam.org/GenApi/Version_1_1");
-    funAttribute("xmlns:xsi", "http://www.w3.org/2001/XMLSchema-instance");
-    funAttribute(
-        "xsi:schemaLocation",
-        "http://www.genicam.org/GenApi/Version_1_1 http://www.genicam.org/GenApi/GenApiSchema_Version_1_1.xsd");
-    m_strXml += ">\n";
+    const std::string strVersionGuid = GuidOf(GetNodes());
+    return MakeDocument({m_objHeader.ModelName, m_objHeader.ToolTip, m_objHeader.ProductGuid, strVersionGuid});
 }
 
 void CDescriptionWriter::Categories() {
@@ -115,13 +63,13 @@ void CDescriptionWriter::Categories() {
             vecCategory.push_back(objFeature.m_strCategory);
         }
     }
-    Open("Category", "Root", "Standard");
+    Open("Category", "Root");
     for (const std::string_view strCategory : vecCategory) {
         Element("pFeature", strCategory);
     }
     Close("Category");
     for (const std::string_view strCategory : vecCategory) {
-        Open("Category", strCategory, "Standard");
+        Open("Category", strCategory);
         for (const CFeature& objFeature : m_deqFeature) {
             if (objFeature.m_strCategory == strCategory) {
                 Element("pFeature", objFeature.m_strName);
@@ -173,7 +121,7 @@ void CDescriptionWriter::Feature(const CFeature& objFeature) {
 }
 
 void CDescriptionWriter::CommonElements(const CFeature& objFeature) {
-    Element("ToolTip", Escape(objFeature.m_strToolTip));
+    Element("ToolTip", objFeature.m_strToolTip);
     Element("Visibility", objFeature.m_strVisibility);
     Availability(objFeature);
 }
@@ -210,20 +158,6 @@ void CDescriptionWriter::RegisterElements(std::uint64_t nAddress, std::size_t nL
     Element("AccessMode", strAccess);
     Element("pPort", m_objHeader.PortName);
     Element("Cachable", strCachable);
-}
-
-void CDescriptionWriter::Open(std::string_view strElement, std::string_view strName, std::string_view strNameSpace) {
-    m_strXml.append("<").append(strElement).append(" Name=\"").append(strName);
-    m_strXml.append("\" NameSpace=\"").append(strNameSpace).append("\">\n");
-}
-
-void CDescriptionWriter::Close(std::string_view strElement) {
-    m_strXml.append("</").append(strElement).append(">\n");
-}
-
-void CDescriptionWriter::Element(std::string_view strElement, std::string_view strContent) {
-    m_strXml.append("  <").append(strElement).append(">").append(strContent);
-    m_strXml.append("</").append(strElement).append(">\n");
 }
 
 }  // namespace producer

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "producer/modules/Feature.h"
+#include "support/DescriptionText.h"
 
 namespace producer {
 
@@ -21,7 +22,7 @@ struct DESCRIPTION_HEADER {
 ///
 /// Lives on the stack of one CRegisterMap::Finish. The elements of each node stand in the order of the schema.
 /// Source: GenICam GenApi schema 1.1.
-class CDescriptionWriter {
+class CDescriptionWriter : private CDescriptionText {
 public:
     CDescriptionWriter(const DESCRIPTION_HEADER& objHeader, const std::deque<CFeature>& deqFeature)
         : m_objHeader(objHeader), m_deqFeature(deqFeature) {}
@@ -29,7 +30,6 @@ public:
     std::string Write();
 
 private:
-    void Header(std::string_view strVersionGuid);
     void Categories();
     void Feature(const CFeature& objFeature);
     void CommonElements(const CFeature& objFeature);
@@ -40,13 +40,8 @@ private:
     void RegisterElements(std::uint64_t nAddress, std::size_t nLength, std::string_view strAccess,
                           std::string_view strCachable);
 
-    void Open(std::string_view strElement, std::string_view strName, std::string_view strNameSpace);
-    void Close(std::string_view strElement);
-    void Element(std::string_view strElement, std::string_view strContent);
-
     const DESCRIPTION_HEADER& m_objHeader;
     const std::deque<CFeature>& m_deqFeature;
-    std::string m_strXml;
 };
 
 }  // namespace producer

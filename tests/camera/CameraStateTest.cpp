@@ -136,7 +136,7 @@ TEST_F(CameraState, LiesInAFileThatIsReplacedAsAWhole) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(strFolder), {}), 1) << "nothing else is left";
     objFile.Write(std::string(camera::CStateFile::kLongest + 1, 'x'));
     EXPECT_THROW(objFile.Read(), CStateError) << "too long";
-    EXPECT_THROW(camera::CStateFile(strFolder).Read(), CStateError) << "no file";
+    EXPECT_THROW(camera::CStateFile{strFolder}, CStateError) << "no file";
     EXPECT_THROW(camera::CStateFile(strFolder + "/none/state"), CStateError) << "no such folder";
     std::filesystem::remove_all(strFolder);
     EXPECT_THROW(objFile.Write("three"), CStateError);

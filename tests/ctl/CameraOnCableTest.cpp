@@ -23,6 +23,7 @@
 #include <nlohmann/json.hpp>
 #include <png.h>
 
+#include "camera/Faults.h"
 #include "camera/TestImage.h"
 #include "gev/Address.h"
 #include "tests/TLClass/TemporaryDirectory.h"
@@ -120,10 +121,13 @@ TEST_F(CameraOnCable, IsRecoveredAndThenReached) {
     const json objFound = json::parse(objRun.strOut)["cameras"].at(0);
     EXPECT_EQ(objFound["mac"], m_strMAC);
     EXPECT_EQ(objFound["state"], "other subnet");
+    m_objMachine->Run("ip address add 10.9.9.1/24 broadcast + dev eth1");
+    EXPECT_EQ(json::parse(Run("list --json").strOut)["cameras"].at(0)["state"], "ready") << "in the second subnet";
+    m_objMachine->Run("ip address del 10.9.9.1/24 dev eth1");
 
-    objRun = Run("recover " + m_strMAC + " 192.168.1.20");
+    objRun = Run("recover " + m_strMAC + " 192.168.1.20 --json");
     EXPECT_EQ(objRun.nExitCode, 0);
-    EXPECT_THAT(objRun.strOut, HasSubstr("is at 192.168.1.20 on eth1"));
+    EXPECT_EQ(json::parse(objRun.strOut)["camera"]["address"], "192.168.1.20");
     objRun = Run("features 192.168.1.20 set Width 640");
     EXPECT_EQ(objRun.nExitCode, 0);
     EXPECT_EQ(objRun.strOut, "640\n");
@@ -181,6 +185,16 @@ TEST_F(GrabOnCable, WritesWhatTheCameraDrawsAndTellsTheRate) {
             EXPECT_TRUE(IsDrawnByCamera(bRaw ? ReadRaw(GetRawFile(i)) : ReadGreyPng(strPng), 1280, 1024)) << i;
         }
     }
+}
+
+TEST_F(GrabOnCable, SaysWhatToCheckAfterFramesCameIncomplete) {
+    camera::FAULTS objFaults;
+    camera::SetFault(objFaults, "lost-trailer=100");
+    camera::SetFault(objFaults, "no-resend");
+    m_objCamera->Get().SetFaults(objFaults);
+    const RUN objRun = Run("grab left --raw --timeout 2000 -o " + Path("") + " 2>&1");
+    EXPECT_EQ(objRun.nExitCode, 6);
+    EXPECT_THAT(objRun.strOut, HasSubstr("The camera sends no packet again"));
 }
 
 TEST_F(GrabOnCable, EndsInOrderByCtrlCAndWhenTheCameraIsUnplugged) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -37,6 +39,7 @@ protected:
         SetRegister(0x100, 64);
         SetRegister(0x104, 8);
         SetRegister(0x108, 0);
+        Remote().SetRegister(0x10C, std::vector{std::byte{192}, std::byte{168}, std::byte{1}, std::byte{9}});
     }
 
     EXIT_CODE Run(std::vector<std::string> vecArgument) {
@@ -60,7 +63,7 @@ protected:
         <Category Name='Root'><pFeature>About</pFeature><pFeature>Image</pFeature></Category>
         <Category Name='About'><pFeature>DeviceModelName</pFeature><pFeature>Image</pFeature></Category>
         <Category Name='Image'><pFeature>Width</pFeature><pFeature>PayloadSize</pFeature>
-            <pFeature>AcquisitionStart</pFeature><pFeature>About</pFeature></Category>
+            <pFeature>Target</pFeature><pFeature>AcquisitionStart</pFeature><pFeature>About</pFeature></Category>
         <String Name='DeviceModelName'><ImposedAccessMode>RO</ImposedAccessMode><Value>Area</Value></String>
         <Integer Name='Width'><Streamable>Yes</Streamable><pValue>WidthReg</pValue><Min>16</Min><Max>64</Max>
             <Inc>4</Inc><Unit>px</Unit></Integer>
@@ -68,6 +71,8 @@ protected:
             <pPort>Device</pPort><Endianess>BigEndian</Endianess></IntReg>
         <IntReg Name='PayloadSize'><Address>0x104</Address><Length>4</Length><AccessMode>RO</AccessMode>
             <pPort>Device</pPort><Endianess>BigEndian</Endianess></IntReg>
+        <IntReg Name='Target'><Address>0x10C</Address><Length>4</Length><AccessMode>RW</AccessMode>
+            <pPort>Device</pPort><Endianess>BigEndian</Endianess><Representation>IPV4Address</Representation></IntReg>
         <Command Name='AcquisitionStart'><pValue>StartReg</pValue><CommandValue>1</CommandValue></Command>
         <Command Name='AcquisitionStop'><pValue>StartReg</pValue><CommandValue>0</CommandValue></Command>
         <IntReg Name='StartReg'><Address>0x108</Address><Length>4</Length><AccessMode>RW</AccessMode>
@@ -91,6 +96,10 @@ TEST_F(Program, ListsCamerasForPeopleAndForScripts) {
     EXPECT_EQ(objDocument["cameras"][0]["mac"], "02-5E-17-00-AD-EA");
     EXPECT_EQ(objDocument["cameras"].size(), 1U);
     EXPECT_EQ(objDocument["adapters"].size(), 1U);
+    EXPECT_EQ(Run({"list", "-v", "--adapter", "eth1"}), EXIT_CODE::Success);
+    EXPECT_THAT(m_strOut, HasSubstr(kSerial));
+    EXPECT_EQ(Run({"list", "--adapter", "eth"}), EXIT_CODE::Failure);
+    EXPECT_THAT(m_strErr, HasSubstr("no network adapter eth. There are: eth1"));
 
     m_objTree.Double().Unplug("cam-1");
     EXPECT_EQ(Run({"list"}), EXIT_CODE::Success);
@@ -105,11 +114,16 @@ TEST_F(Program, ReadsAndWritesFeatures) {
     EXPECT_EQ(objWidth["value"], "64");
     EXPECT_EQ(objWidth["limits"], "16 to 64 in steps of 4");
     EXPECT_EQ(Run({"features", "left"}), EXIT_CODE::Success);
-    EXPECT_THAT(m_strOut, HasSubstr("64 px  read, write: 16 to 64"));
+    EXPECT_THAT(m_strOut,
+                AllOf(HasSubstr("64 px        read, write: 16 to 64"), HasSubstr("192.168.1.9  read, write\n")));
 
     EXPECT_EQ(Run({"features", kSerial, "set", "Width", "32"}), EXIT_CODE::Success) << m_strErr;
     EXPECT_EQ(Run({"features", kSerial, "get", "Width"}), EXIT_CODE::Success);
     EXPECT_EQ(m_strOut, "32\n");
+    ASSERT_EQ(Run({"features", kSerial, "set", "Width", "20", "--json"}), EXIT_CODE::Success) << m_strErr;
+    EXPECT_EQ(json::parse(m_strOut)["value"], "20");
+    ASSERT_EQ(Run({"features", kSerial, "--json", "get", "Width"}), EXIT_CODE::Success) << m_strErr;
+    EXPECT_EQ(json::parse(m_strOut)["limits"], "16 to 64 in steps of 4");
 
     EXPECT_EQ(Run({"features", kSerial, "set", "Width", "33"}), EXIT_CODE::Failure);
     EXPECT_THAT(m_strErr, HasSubstr("16 to 64 in steps of 4"));
@@ -119,6 +133,9 @@ TEST_F(Program, ReadsAndWritesFeatures) {
     EXPECT_THAT(m_strErr, HasSubstr("meant: Width"));
     EXPECT_EQ(Run({"features", kSerial, "set", "DeviceModelName", "x"}), EXIT_CODE::NoAccess);
     EXPECT_EQ(Run({"features", "nobody"}), EXIT_CODE::NoSuchCamera);
+    Remote().Describe("<RegisterDescription");
+    EXPECT_EQ(Run({"features", "left"}), EXIT_CODE::Failure);
+    EXPECT_THAT(m_strErr, HasSubstr("a description of its features that is damaged"));
     EXPECT_THAT(m_objTree.Double().OpenModules(), IsEmpty());
 }
 
@@ -145,13 +162,34 @@ TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
     }
     strText.replace(strText.find("Width\t64"), 8, "Width\t99");
     std::ofstream(strFile) << strText;
-    EXPECT_EQ(Run({"features", "left", "load", strFile}), EXIT_CODE::Incomplete);
+    EXPECT_EQ(Run({"features", "left", "load", strFile, "--json"}), EXIT_CODE::Incomplete);
+    EXPECT_EQ(json::parse(m_strOut)["refused"].size(), 1U);
     strText.replace(strText.find("Width\t99"), 8, "Gone\t1");
     std::ofstream(strFile) << strText;
     EXPECT_EQ(Run({"features", "left", "diff", strFile}), EXIT_CODE::Incomplete);
     EXPECT_THAT(m_strErr, HasSubstr("Gone: There is no such feature"));
-    EXPECT_EQ(Run({"features", "left", "load", Path("missing")}), EXIT_CODE::Failure);
-    EXPECT_THAT(m_strErr, HasSubstr("missing: it can't be read"));
+}
+
+TEST_F(Program, WaitsForNoFileThatHasNoEnd) {
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    std::ofstream(Path("huge")) << "x";
+    std::filesystem::resize_file(Path("huge"), std::uintmax_t{1} << 40);
+    const struct {
+        std::string strFile;
+        const char* pError;
+    } arrCase[] = {{Path("missing"), "missing: it can't be read: No such file or directory"},
+                   {Path(""), "it is no regular file"},
+                   {Path("pipe"), "pipe: it is no regular file"},
+                   {"/dev/zero", "/dev/zero: it is no regular file"},
+                   {Path("huge"), "huge: it is longer than 8388608 bytes"}};
+    for (const auto& objCase : arrCase) {
+        for (const char* pCommand : {"load", "diff"}) {
+            EXPECT_EQ(Run({"features", "left", pCommand, objCase.strFile}), EXIT_CODE::Failure);
+            EXPECT_THAT(m_strErr, HasSubstr(objCase.pError));
+        }
+    }
+    EXPECT_EQ(Run({"features", "left", "save", Path("pipe")}), EXIT_CODE::Failure);
+    EXPECT_TRUE(std::filesystem::is_fifo(Path("pipe"))) << "it isn't replaced";
 }
 
 TEST_F(Program, GrabsFramesToFiles) {
