@@ -180,6 +180,7 @@ EExitCode Fail(EExitCode eExitCode, const std::string& strText) {
     return eExitCode;
 }
 
+/// @throws std::exception  that there is nothing to advise on
 EExitCode RunProgram(int argc, char* argv[]) {
     ARGUMENTS objArguments;
     CLI::App objApp("A GigE Vision camera in software, on a network adapter of its own.", "virtual-camera");
@@ -202,8 +203,6 @@ EExitCode RunProgram(int argc, char* argv[]) {
                     objArguments.State + ": " + objError.what() + (bRead ? ". The file is left as it is" : ""));
     } catch (const std::system_error& objError) {
         return Fail(EExitCode::Failure, objError.what() + Advise(objError));
-    } catch (const std::exception& objError) {
-        return Fail(EExitCode::Failure, objError.what());
     }
     return EExitCode::Success;
 }
@@ -211,5 +210,10 @@ EExitCode RunProgram(int argc, char* argv[]) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    return static_cast<int>(RunProgram(argc, argv));
+    try {
+        return static_cast<int>(RunProgram(argc, argv));
+    } catch (const std::exception& objError) {
+        std::fprintf(stderr, "virtual-camera: %s\n", objError.what());
+        return static_cast<int>(EExitCode::Failure);
+    }
 }

@@ -27,6 +27,7 @@ bool IsInOtherSubnet(const CAMERA& objCamera) {
 
 std::string Describe(const std::vector<const CAMERA*>& vecCamera) {
     std::vector<std::vector<std::string>> vecRow;
+    vecRow.reserve(vecCamera.size());
     for (const CAMERA* pCamera : vecCamera) {
         vecRow.push_back({"  " + pCamera->strID, pCamera->strSerialNumber, pCamera->strUserName,
                           pCamera->nAddress ? IPToString(*pCamera->nAddress) : "", pCamera->objAdapter.strName});
