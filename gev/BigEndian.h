@@ -31,10 +31,9 @@ constexpr std::uint64_t Get64(std::span<const std::byte> arrBytes, std::size_t n
 /// Writes an unsigned number, highest byte first. The caller has checked that it fits the span.
 template <class Value>
 constexpr void PutBig(std::span<std::byte> arrBytes, std::size_t nOffset, Value nValue) {
-    std::size_t nShift = 8 * sizeof(Value);
-    for (std::byte& nByte : arrBytes.subspan(nOffset, sizeof(Value))) {
-        nShift -= 8;
-        nByte = static_cast<std::byte>(nValue >> nShift & 0xFF);
+    const auto arrPlace = arrBytes.subspan(nOffset, sizeof(Value));
+    for (std::size_t i = 0; i < sizeof(Value); ++i) {
+        arrPlace[i] = static_cast<std::byte>(nValue >> 8 * (sizeof(Value) - 1 - i) & 0xFF);
     }
 }
 
