@@ -196,7 +196,7 @@ BLOCK_MEMORY CBufferPool::TakeMemory() {
     const std::lock_guard objLock(m_mtxPool);
     if (m_vecInput.empty() || m_nFramesLeft == 0) {
         m_objCounts.Underruns += m_nFramesLeft == 0 ? 0 : 1;
-        return {};
+        return {{}, nullptr, m_nFramesLeft == 0};
     }
     ++m_objCounts.Started;
     CStreamBuffer* const pBuffer = m_vecInput.front();

@@ -108,6 +108,10 @@ void CAcquisition::ProbeChannel(bool bSize, Clock::time_point objDeadline) {
 }
 
 void CAcquisition::Run() {
+    // A late test packet, whose header may be anything, would be taken for an image.
+    constexpr int kMostCalls = 100;
+    for (int i = 0; i < kMostCalls && !m_objSocket.Receive(std::chrono::milliseconds(1)).empty(); ++i) {
+    }
     m_objReceiver.emplace(m_objSocket, static_cast<IBlockSink&>(*this), m_objSettings);
 }
 

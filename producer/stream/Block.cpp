@@ -37,7 +37,7 @@ void CBlock::Begin(std::uint64_t nBlockID, std::uint64_t nSerial, std::size_t nP
     m_objLeader = {};
     m_objTrailer = {};
     m_bLeader = m_bTrailer = m_bTrailerSettled = m_bFlawed = m_bLarger = false;
-    m_bPayloadFixed = bSure;
+    m_bPayloadFixed = m_bSure = bSure;
     m_nPayload = m_nExpected = nPayload;
     m_bLearnt = false;
     m_nShortID = m_nHighestID = m_nTrailerID = m_nNextID = m_nSettled = m_nUnavailable = m_nOtherSizes = 0;
@@ -52,8 +52,8 @@ void CBlock::SetMemory(const BLOCK_MEMORY& objMemory) {
     const std::size_t nLeast = std::clamp<std::size_t>(m_nPayload, 1, kLeastPayload);
     const std::size_t nWords = (CountPackets(objMemory.Memory.size(), nLeast) + std::size_t{1}) / kBitsPerWord + 1;
     if (nWords > m_vecSettled.size()) {
-        m_vecSettled.resize(nWords);
         m_vecUnavailable.resize(nWords);
+        m_vecSettled.resize(nWords);  // last, as its size tells that of both
     }
     m_objMemory = objMemory;
     m_nBits = CountPackets(objMemory.Memory.size(), m_nPayload) + 1;
@@ -154,6 +154,12 @@ bool CBlock::FitsPayload(std::uint32_t nPacketID, std::size_t nSize) {
     }
     if (nSize <= m_nPayload && m_nShortID != 0 && nPacketID > m_nShortID) {
         TakeBackShort();
+        if (!m_bSure && nSize == m_nShortSize && m_nBytes == 0) {
+            // Two of them, and nothing longer: the camera's full packets are shorter than its register tells.
+            m_nPayload = nSize;
+            m_nFilled = 0;
+            SizeBits();
+        }
     }
     return nSize == m_nPayload || (nSize < m_nPayload && CanBeLast(nPacketID, nSize));
 }
@@ -185,6 +191,16 @@ void CBlock::TakeBackShort() {
     m_nShortID = 0;
 }
 
+/// What the camera was asked for behind its trailer, and refused, doesn't belong to the block.
+void CBlock::TakeBackUnavailable(std::uint32_t nFirst) {
+    for (std::uint32_t nID = nFirst; m_nUnavailable != 0 && nID < std::min(m_nNextID, m_nBits); ++nID) {
+        if (HasComeAfterAll(nID)) {
+            m_vecSettled[nID / kBitsPerWord] &= ~BitOf(nID);
+            --m_nSettled;
+        }
+    }
+}
+
 PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::byte> arrData) {
     if (nPacketID == 0 || arrData.empty() || (m_bTrailer && nPacketID >= m_nTrailerID)) {
         return PACKET_EFFECT::Refused;
@@ -199,11 +215,13 @@ PACKET_EFFECT CBlock::TakePayload(std::uint32_t nPacketID, std::span<const std::
         m_bLarger = true;
         return PACKET_EFFECT::Refused;
     }
-    if (!SettlePacket(nPacketID) && !HasComeAfterAll(nPacketID)) {
-        return PACKET_EFFECT::Duplicate;
-    }
     const std::size_t nRoom = m_objMemory.Memory.size() - static_cast<std::size_t>(nOffset);
     const std::size_t nSize = std::min(arrData.size(), nRoom);
+    if (!SettlePacket(nPacketID) && !HasComeAfterAll(nPacketID)) {
+        // Of another image the camera has begun to number anew, unseen: one of the leaders was lost, or has no time.
+        m_bFlawed = m_bFlawed || std::memcmp(m_objMemory.Memory.data() + nOffset, arrData.data(), nSize) != 0;
+        return PACKET_EFFECT::Duplicate;
+    }
     m_bLarger = m_bLarger || nSize < arrData.size();
     std::memcpy(m_objMemory.Memory.data() + nOffset, arrData.data(), nSize);
     if (arrData.size() < m_nPayload) {
@@ -226,7 +244,8 @@ PACKET_EFFECT CBlock::TakeTrailer(std::uint32_t nPacketID, const gev::GVSP_TRAIL
     m_objTrailer = objTrailer;
     m_nTrailerID = nPacketID;
     m_bTrailer = m_bTrailerSettled = true;
-    m_nNextID = std::max(m_nNextID, nPacketID);
+    TakeBackUnavailable(nPacketID);
+    m_nNextID = nPacketID;
     if (m_nShortID != 0 && (m_nShortID + 1 != nPacketID || IsCut(m_nShortID, m_nShortSize))) {
         TakeBackShort();
     }
@@ -244,23 +263,25 @@ PACKET_EFFECT CBlock::TakeAllIn(const gev::GVSP_LEADER& objLeader, const gev::GV
     return TakeTrailer(m_nHighestID + 1, objTrailer);
 }
 
-PACKET_EFFECT CBlock::TakeUnavailable(std::uint32_t nPacketID) {
-    if (nPacketID < m_nBits && !(m_bTrailerSettled && nPacketID >= m_nTrailerID)) {
-        if (!SettlePacket(nPacketID)) {
-            return PACKET_EFFECT::Duplicate;
-        }
-        if (m_nUnavailable++ == 0) {
-            std::ranges::fill(m_vecUnavailable, 0);
-        }
-        m_vecUnavailable[nPacketID / kBitsPerWord] |= BitOf(nPacketID);
-        return PACKET_EFFECT::Placed;
-    }
-    if (!m_bTrailerSettled && nPacketID == GetTrailerID(0)) {
+PACKET_EFFECT CBlock::TakeUnavailable(std::uint32_t nPacketID, std::uint32_t nPredictedTrailerID) {
+    const bool bPayload = nPacketID < m_nBits && !(m_bTrailerSettled && nPacketID >= m_nTrailerID);
+    if (!m_bTrailerSettled && nPacketID != 0 && nPacketID == GetTrailerID(nPredictedTrailerID) &&
+        (nPacketID >= m_nNextID || !bPayload)) {
         m_nTrailerID = nPacketID;
         m_bTrailerSettled = true;
         return PACKET_EFFECT::Placed;
     }
-    return PACKET_EFFECT::Refused;
+    if (!bPayload) {
+        return PACKET_EFFECT::Refused;
+    }
+    if (!SettlePacket(nPacketID)) {
+        return PACKET_EFFECT::Duplicate;
+    }
+    if (m_nUnavailable++ == 0) {
+        std::ranges::fill(m_vecUnavailable, 0);
+    }
+    m_vecUnavailable[nPacketID / kBitsPerWord] |= BitOf(nPacketID);
+    return PACKET_EFFECT::Placed;
 }
 
 void CBlock::AddGap(const PACKET_GAP& objGap) {
@@ -274,6 +295,11 @@ void CBlock::AddGap(const PACKET_GAP& objGap) {
 }
 
 void CBlock::PassOver(std::uint32_t nPacketID, std::uint64_t nClock, StreamClock::time_point objDue) {
+    for (PACKET_GAP& objGap : m_vecGap) {
+        if (objGap.IsProbe) {  // it had only been asked for too early
+            objGap = {objGap.First, objGap.Last, nClock, objDue, 0};
+        }
+    }
     const std::uint32_t nFirst = std::max(m_nNextID, m_nNoticedID);
     const std::uint32_t nEnd = std::min(nPacketID, m_nBits);
     if (nEnd > nFirst) {
@@ -282,17 +308,17 @@ void CBlock::PassOver(std::uint32_t nPacketID, std::uint64_t nClock, StreamClock
     m_nNextID = std::max(m_nNextID, nEnd);
 }
 
-void CBlock::NoticeTail(std::uint32_t nLast, std::uint64_t nClock, StreamClock::time_point objDue) {
+void CBlock::NoticeTail(std::uint32_t nLast, bool bProbe, std::uint64_t nClock, StreamClock::time_point objDue) {
     nLast = std::max(nLast, m_nNextID);
     // A leader may announce any number of packets: those between the memory's end and the trailer are of no use.
     const bool bBeyond = HasMemory() && nLast > m_nBits;
     const std::uint32_t nEnd = bBeyond ? m_nBits : nLast + 1;
     const std::uint32_t nFirst = std::max(m_nNextID, m_nNoticedID);
     if (nFirst < nEnd) {
-        AddGap({nFirst, nEnd - 1, nClock, objDue, 0});
+        AddGap({nFirst, nEnd - 1, nClock, objDue, 0, bProbe});
     }
     if (bBeyond && nLast >= m_nNoticedID) {
-        AddGap({nLast, nLast, nClock, objDue, 0});
+        AddGap({nLast, nLast, nClock, objDue, 0, bProbe});
     }
     m_nTailID = m_nNextID;
     m_nNoticedID = std::max(m_nNoticedID, nLast + 1);
@@ -332,7 +358,7 @@ FINISHED_BLOCK CBlock::GetResult(std::uint32_t nPredictedTrailerID) const {
     FINISHED_BLOCK objResult{m_objMemory, m_nBlockID,   m_bLeader, m_bTrailer,
                              m_objLeader, m_objTrailer, m_nFilled, GetMeantSize()};
     // An expectation is worth something only while nothing that came contradicts it.
-    const std::uint32_t nTrailerID = std::max(GetTrailerID(nPredictedTrailerID), m_nNextID);
+    const std::uint32_t nTrailerID = m_bTrailer ? m_nTrailerID : std::max(GetTrailerID(nPredictedTrailerID), m_nNextID);
     const std::uint64_t nCame = m_nSettled - m_nUnavailable;
     const std::uint64_t nMeant = HasMemory() ? GetTracked(nTrailerID) : nTrailerID;
     objResult.PacketsMissing = (nMeant > nCame ? nMeant - nCame : 0) + (m_bTrailer ? 0 : 1);

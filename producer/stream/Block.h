@@ -17,7 +17,8 @@ using StreamClock = std::chrono::steady_clock;
 /// Where the data of one block go.
 struct BLOCK_MEMORY {
     std::span<std::byte> Memory;  ///< empty when there is none
-    void* Owner = nullptr;        ///< the sink's business
+    void* Owner = nullptr;        ///< the sink's business; null without memory
+    bool IsThrough = false;       ///< without memory: no further block is wanted
 };
 
 /// A block that nothing more is waited for.
@@ -45,6 +46,7 @@ struct PACKET_GAP {
     std::uint64_t Noticed = 0;    ///< number of the stream's packet that showed the gap
     StreamClock::time_point Due;  ///< when it is asked for, or asked for again
     std::uint32_t Asks = 0;
+    bool IsProbe = false;    ///< the camera was silent, and may not have sent it yet
     std::uint32_t Next = 0;  ///< where an asking goes on that had more runs than requests; 0 at its start
 };
 
@@ -75,16 +77,18 @@ public:
     PACKET_EFFECT TakeAllIn(const gev::GVSP_LEADER& objLeader, const gev::GVSP_TRAILER& objTrailer,
                             std::span<const std::byte> arrData);
     /// The camera won't send this packet any more.
+    /// @param nPredictedTrailerID  0 when nothing is predicted
     /// @return Placed if it was still waited for
-    PACKET_EFFECT TakeUnavailable(std::uint32_t nPacketID);
+    PACKET_EFFECT TakeUnavailable(std::uint32_t nPacketID, std::uint32_t nPredictedTrailerID);
     /// The camera itself says that something is wrong with the block.
     void SetFlawed() { m_bFlawed = true; }
 
     /// Notices the packets between the highest so far and this one, as far as they weren't noticed with the end.
     void PassOver(std::uint32_t nPacketID, std::uint64_t nClock, StreamClock::time_point objDue);
     /// Notices the end of the block: what is known to belong to it and hasn't been passed over.
-    /// @param nLast  ID of the trailer, as far as known
-    void NoticeTail(std::uint32_t nLast, std::uint64_t nClock, StreamClock::time_point objDue);
+    /// @param nLast   ID of the trailer, as far as known
+    /// @param bProbe  the camera may not have sent it yet
+    void NoticeTail(std::uint32_t nLast, bool bProbe, std::uint64_t nClock, StreamClock::time_point objDue);
 
     /// Whether the packet has come or will never come.
     [[nodiscard]] bool IsSettled(std::uint32_t nPacketID) const;
@@ -131,6 +135,7 @@ private:
     [[nodiscard]] bool CanBeLast(std::uint32_t nPacketID, std::size_t nSize) const;
     [[nodiscard]] bool IsCut(std::uint32_t nPacketID, std::size_t nSize) const;
     void TakeBackShort();
+    void TakeBackUnavailable(std::uint32_t nFirst);
     void TakeBackFirst();
     void SizeBits();
     [[nodiscard]] std::uint32_t GetPacketCount() const;
@@ -147,6 +152,7 @@ private:
     bool m_bFlawed = false;
     bool m_bLarger = false;
     bool m_bPayloadFixed = false;
+    bool m_bSure = false;              // the payload's size is that of complete blocks
     std::size_t m_nPayload = 0;        // bytes of a full payload packet
     std::size_t m_nExpected = 0;       // the same, as it was expected before the first
     bool m_bLearnt = false;            // the size is of the first packet, which wasn't as expected

@@ -72,6 +72,9 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
         ++m_objStatistics.PacketsRefused;
         return;
     }
+    if (IsAnswerOnly(objHeader)) {
+        m_nUnanswered = 0;
+    }
     CBlock* pBlock = m_pCurrent != nullptr && m_pCurrent->GetBlockID() == objHeader.BlockID &&
                              m_bExtendedIDs == objHeader.ExtendedIDs
                          ? m_pCurrent
@@ -96,7 +99,7 @@ void CReassembly::TakePacket(std::span<const std::byte> arrPacket, TimePoint obj
     if (eEffect == PACKET_EFFECT::Placed) {
         ++m_nClock;
         m_nLate = 0;
-        m_nUnanswered = objHeader.PacketID < nNextID || IsAnswerOnly(objHeader) ? 0 : m_nUnanswered;
+        m_nUnanswered = objHeader.PacketID < nNextID ? 0 : m_nUnanswered;
         pBlock->m_objLastArrival = objNow;
         pBlock->m_bTailProbed = pBlock->m_bTailProbed || (pBlock->m_bTailNoticed && objHeader.IsResent() &&
                                                           objHeader.PacketID >= pBlock->GetTailID());
@@ -133,13 +136,15 @@ CBlock* CReassembly::FindBlock(const GVSP_HEADER& objHeader, std::span<const std
 /// A packet behind the newest block, of none that is under way: late, or the first after the camera began anew.
 CBlock* CReassembly::FindOlder(const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody, std::uint64_t nBack,
                                TimePoint objNow) {
+    const bool bOnlyLate = m_nLate++ < kMostLate;
+    const bool bLeader = objHeader.Format == EGvspFormat::Leader || objHeader.Format == EGvspFormat::AllIn;
     if (nBack >= kRemembered) {
-        return Restart(objHeader, objNow);
+        // A camera that numbers anew sends leaders too; what it sends again may bear no mark.
+        m_objStatistics.PacketsDuplicate += bLeader ? 0 : 1;
+        return bLeader ? Restart(objHeader, objNow) : nullptr;
     }
     const REMEMBERED* const pRemembered = FindRemembered(m_nNewestSerial - nBack);
-    const bool bOnlyLate = m_nLate++ < kMostLate;
     gev::GVSP_LEADER objLeader;
-    const bool bLeader = objHeader.Format == EGvspFormat::Leader || objHeader.Format == EGvspFormat::AllIn;
     if (bLeader && gev::DecodeLeader(arrBody, objLeader)) {
         // The same number, another moment: acquisition was started again on the camera's side. A camera without a clock
         // is believed when its last block was a known one too.
@@ -199,16 +204,19 @@ CBlock& CReassembly::Insert(std::uint64_t nBlockID, std::uint64_t nSerial, TimeP
 /// @return false without memory for the block, be it for its data or for what is known of it
 bool CReassembly::SetMemory(CBlock& objBlock) {
     const BLOCK_MEMORY objMemory = m_objSink.TakeMemory();
-    if (objMemory.Owner == nullptr) {
-        return false;
+    if (objMemory.Owner != nullptr) {
+        try {
+            objBlock.SetMemory(objMemory);
+            return true;
+        } catch (const std::bad_alloc&) {
+            m_objSink.ReturnMemory(objMemory);
+        }
     }
-    try {
-        objBlock.SetMemory(objMemory);
-    } catch (const std::bad_alloc&) {
-        m_objSink.ReturnMemory(objMemory);
-        return false;
+    if (!objMemory.IsThrough) {
+        ++m_objStatistics.BlocksUnderrun;
+        LetGoOfHeldBack(objBlock);
     }
-    return true;
+    return false;
 }
 
 /// Without memory left, nothing waits any longer for older blocks of which nothing came, or which were asked for in
@@ -238,8 +246,6 @@ bool CReassembly::Provide(CBlock& objBlock, const GVSP_HEADER& objHeader, std::s
         if (SetMemory(objBlock)) {
             return true;
         }
-        LetGoOfHeldBack(objBlock);
-        ++m_objStatistics.BlocksUnderrun;
         objBlock.m_bDropped = objBlock.m_bDone = true;
         if (gev::GVSP_LEADER objLeader;
             objHeader.Format == EGvspFormat::Leader && gev::DecodeLeader(arrBody, objLeader)) {
@@ -254,21 +260,22 @@ bool CReassembly::Provide(CBlock& objBlock, const GVSP_HEADER& objHeader, std::s
 void CReassembly::TakeRefusal(CBlock& objBlock, const GVSP_HEADER& objHeader, TimePoint objNow) {
     if (objHeader.Status == EGvcpStatus::PacketNotYetAvailable ||
         objHeader.Status == EGvcpStatus::PacketTemporarilyUnavailable) {
-        bool bWithData = false;
-        TakeStatus(objBlock, objHeader, bWithData, objNow);
+        Postpone(objBlock, objHeader.PacketID, objNow);
         return;
     }
     ++m_objStatistics.PacketsUnavailable;
-    m_nUnanswered = 0;
-    objBlock.m_bDone = true;
-    DeliverDone();
+    // A refusal of a later packet may only say that the block is shorter than the one before.
+    if (objHeader.PacketID == gev::kGvspLeaderPacketID || objHeader.Status == EGvcpStatus::PacketAndPreviousRemoved) {
+        objBlock.m_bDone = true;
+        DeliverDone();
+    }
 }
 
 PACKET_EFFECT CReassembly::Place(CBlock& objBlock, const GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
                                  TimePoint objNow) {
     if ((static_cast<std::uint16_t>(objHeader.Status) & kErrorBit) != 0) {
         bool bWithData = false;
-        const PACKET_EFFECT eEffect = TakeStatus(objBlock, objHeader, bWithData, objNow);
+        const PACKET_EFFECT eEffect = TakeStatus(objBlock, objHeader, arrBody, bWithData, objNow);
         if (!bWithData) {
             return eEffect;
         }
@@ -301,34 +308,43 @@ PACKET_EFFECT CReassembly::Place(CBlock& objBlock, const GVSP_HEADER& objHeader,
 }
 
 /// A packet that carries a failure, most often the answer to a request that can't be met.
-PACKET_EFFECT CReassembly::TakeStatus(CBlock& objBlock, const GVSP_HEADER& objHeader, bool& bWithData,
-                                      TimePoint objNow) {
+PACKET_EFFECT CReassembly::TakeStatus(CBlock& objBlock, const GVSP_HEADER& objHeader,
+                                      std::span<const std::byte> arrBody, bool& bWithData, TimePoint objNow) {
     switch (objHeader.Status) {
         case EGvcpStatus::PacketUnavailable:
         case EGvcpStatus::PacketRemoved:
-            return objBlock.TakeUnavailable(objHeader.PacketID);
+            return objBlock.TakeUnavailable(objHeader.PacketID, m_nPredictedTrailerID);
         case EGvcpStatus::PacketAndPreviousRemoved: {
-            PACKET_EFFECT eEffect = objBlock.TakeUnavailable(objHeader.PacketID);
+            const PACKET_EFFECT eEffect = objBlock.TakeUnavailable(objHeader.PacketID, m_nPredictedTrailerID);
             for (PACKET_GAP& objGap : objBlock.GetGaps()) {
                 const std::uint32_t nEnd = std::min(objGap.Last + 1, objHeader.PacketID);
                 for (; objGap.First < nEnd; ++objGap.First) {  // which so costs once, however often it is said
-                    objBlock.TakeUnavailable(objGap.First);
+                    objBlock.TakeUnavailable(objGap.First, 0);
                 }
             }
             return eEffect;
         }
         case EGvcpStatus::PacketNotYetAvailable:
         case EGvcpStatus::PacketTemporarilyUnavailable:
-            for (PACKET_GAP& objGap : objBlock.GetGaps()) {
-                if (objGap.First <= objHeader.PacketID && objHeader.PacketID <= objGap.Last) {
-                    objGap.Due = std::max(objGap.Due, objNow + m_objSettings.ResendTimeout);
-                }
-            }
+            Postpone(objBlock, objHeader.PacketID, objNow);
             return PACKET_EFFECT::Duplicate;
         default:
+            if (arrBody.empty()) {
+                Postpone(objBlock, objHeader.PacketID, objNow);
+                return PACKET_EFFECT::Duplicate;
+            }
             objBlock.SetFlawed();
             bWithData = true;
             return PACKET_EFFECT::Refused;
+    }
+}
+
+/// The camera can't send a packet now.
+void CReassembly::Postpone(CBlock& objBlock, std::uint32_t nPacketID, TimePoint objNow) {
+    for (PACKET_GAP& objGap : objBlock.GetGaps()) {
+        if (objGap.First <= nPacketID && nPacketID <= objGap.Last) {
+            objGap.Due = std::max(objGap.Due, objNow + m_objSettings.ResendTimeout);
+        }
     }
 }
 

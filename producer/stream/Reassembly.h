@@ -19,7 +19,7 @@ class IBlockSink {
 public:
     virtual ~IBlockSink() = default;
 
-    /// Memory for a block that begins; empty, with a null owner, when there is none.
+    /// Memory for a block that begins; empty, with a null owner, when there is none, or when no more are wanted.
     virtual BLOCK_MEMORY TakeMemory() = 0;
     /// Memory back that nothing is to be delivered in.
     virtual void ReturnMemory(const BLOCK_MEMORY& objMemory) = 0;
@@ -109,13 +109,15 @@ private:
     CBlock* BeginNewest(const gev::GVSP_HEADER& objHeader, std::uint64_t nLeap, TimePoint objNow);
     CBlock* Restart(const gev::GVSP_HEADER& objHeader, TimePoint objNow);
     CBlock& Insert(std::uint64_t nBlockID, std::uint64_t nSerial, TimePoint objNow);
-    bool SetMemory(CBlock& objBlock);
+    [[nodiscard]] bool SetMemory(CBlock& objBlock);
     void LetGoOfHeldBack(const CBlock& objWanting);
     bool Provide(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody);
     PACKET_EFFECT Place(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
                         TimePoint objNow);
     void TakeRefusal(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, TimePoint objNow);
-    PACKET_EFFECT TakeStatus(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, bool& bWithData, TimePoint objNow);
+    PACKET_EFFECT TakeStatus(CBlock& objBlock, const gev::GVSP_HEADER& objHeader, std::span<const std::byte> arrBody,
+                             bool& bWithData, TimePoint objNow);
+    void Postpone(CBlock& objBlock, std::uint32_t nPacketID, TimePoint objNow);
     void Count(PACKET_EFFECT eEffect, const gev::GVSP_HEADER& objHeader);
 
     /// What one call of Service has to go by.

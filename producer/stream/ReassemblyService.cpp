@@ -72,7 +72,8 @@ void CReassembly::NoticeTail(CBlock& objBlock, const TURN& objTurn) {
     const bool bWhole = bOvertaken || objBlock.m_bTailProbed || objBlock.IsMemoryPassed();
     objBlock.m_objTailAsked = objTurn.Now;
     const std::uint32_t nLast = bWhole ? objBlock.GetTrailerID(m_nPredictedTrailerID) : objBlock.GetNextID();
-    objBlock.NoticeTail(nLast, m_nClock, bOvertaken ? objTurn.Now + m_objSettings.ReorderTime : objTurn.Now);
+    const bool bProbe = !bOvertaken && !objBlock.m_bTailProbed;
+    objBlock.NoticeTail(nLast, bProbe, m_nClock, bOvertaken ? objTurn.Now + m_objSettings.ReorderTime : objTurn.Now);
 }
 
 /// Asks for what is due of a gap.
@@ -109,7 +110,7 @@ bool CReassembly::AskFor(const CBlock& objBlock, PACKET_GAP& objGap, std::uint32
         }
         m_objSink.RequestResend(objBlock.GetBlockID(), nFirst, nLast, m_bExtendedIDs);
         ++m_objStatistics.ResendRequests;
-        ++m_nUnanswered;
+        m_nUnanswered += objGap.IsProbe ? 0 : 1;
         ++nRequests;
         nFirst = nLast + 1;
         while (nFirst <= objGap.Last && objBlock.IsSettled(nFirst)) {

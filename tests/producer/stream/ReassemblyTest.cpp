@@ -342,13 +342,10 @@ TEST(Reassembly, FirstAndLastPacketOfAWrongSizeAreAskedForAgain) {
 }
 
 TEST(Reassembly, ImageLowerThanItsLeaderTellsIsCompleteWithoutResends) {
-    const CSimulatedStream objHigh({}, {});
     for (const std::uint32_t nLines : {479U, 400U, 1U}) {
         CSimulatedStream objStream({}, {.Resend = false});
-        const CSimulatedStream objLow({.SizeY = nLines}, {});
-        auto vecPacket = objLow.MakeFrame(1);
-        vecPacket.front() = objHigh.MakeFrame(1).front();
-        std::ranges::for_each(vecPacket, [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
+        std::ranges::for_each(objStream.MakeFrame(1, false, nLines),
+                              [&](const auto& arrPacket) { objStream.Deliver(arrPacket); });
         ASSERT_EQ(objStream.m_vecFrame.size(), 1U) << nLines;
         EXPECT_FALSE(objStream.m_vecFrame[0].Block.IsIncomplete) << nLines;
         EXPECT_EQ(objStream.m_vecFrame[0].Block.Filled, 640 * nLines);

@@ -26,7 +26,10 @@ std::byte CSimulatedStream::PatternAt(std::uint64_t nBlockID, std::size_t nOffse
     return static_cast<std::byte>((nBlockID * 7 + nOffset + nOffset / 251) & 0xFF);
 }
 
-std::vector<CSimulatedStream::Packet> CSimulatedStream::MakeFrame(std::uint64_t nBlockID, bool bResent) const {
+std::vector<CSimulatedStream::Packet> CSimulatedStream::MakeFrame(std::uint64_t nBlockID, bool bResent,
+                                                                  std::optional<std::uint32_t> nLines) const {
+    const std::uint32_t nSizeY = nLines.value_or(m_objCamera.SizeY);
+    const std::size_t nImage = std::size_t{m_objCamera.SizeX} * nSizeY + m_objCamera.ChunkBytes;
     gev::GVSP_HEADER objHeader;
     objHeader.ExtendedIDs = m_objCamera.ExtendedIDs;
     objHeader.BlockID = nBlockID;
@@ -54,15 +57,15 @@ std::vector<CSimulatedStream::Packet> CSimulatedStream::MakeFrame(std::uint64_t 
     Packet& arrLeader = Add(gev::EGvspFormat::Leader);
     arrLeader.resize(nHeader + gev::EncodeLeader(std::span(arrLeader).subspan(nHeader), objLeader).size());
     const std::size_t nPayload = gev::GetPayloadPerPacket(m_objCamera.PacketSize, m_objCamera.ExtendedIDs);
-    for (std::size_t nOffset = 0; nOffset < m_nImage; nOffset += nPayload) {
+    for (std::size_t nOffset = 0; nOffset < nImage; nOffset += nPayload) {
         Packet& arrPacket = Add(gev::EGvspFormat::Payload);
-        arrPacket.resize(nHeader + std::min(nPayload, m_nImage - nOffset));
+        arrPacket.resize(nHeader + std::min(nPayload, nImage - nOffset));
         for (std::size_t i = nHeader; i < arrPacket.size(); ++i) {
             arrPacket[i] = PatternAt(nBlockID, nOffset + i - nHeader);
         }
     }
     Packet& arrTrailer = Add(gev::EGvspFormat::Trailer);
-    const gev::GVSP_TRAILER objTrailer{nType, m_objCamera.SizeY, m_objCamera.ChunkBytes, 1};
+    const gev::GVSP_TRAILER objTrailer{nType, nSizeY, m_objCamera.ChunkBytes, 1};
     arrTrailer.resize(nHeader + gev::EncodeTrailer(std::span(arrTrailer).subspan(nHeader), objTrailer).size());
     return vecPacket;
 }
@@ -121,7 +124,7 @@ void CSimulatedStream::AnswerResends(const std::function<bool(std::size_t, std::
 
 BLOCK_MEMORY CSimulatedStream::TakeMemory() {
     if (m_deqFree.empty()) {
-        return {};
+        return {{}, nullptr, m_bThrough};
     }
     std::byte* const pBuffer = m_deqFree.front();
     m_deqFree.pop_front();

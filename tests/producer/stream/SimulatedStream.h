@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <span>
 #include <vector>
@@ -35,7 +36,9 @@ public:
 
     using Packet = std::vector<std::byte>;
     /// What a frame consists of, leader first.
-    std::vector<Packet> MakeFrame(std::uint64_t nBlockID, bool bResent = false) const;
+    /// @param nLines  that are really sent, of those that the leader tells
+    std::vector<Packet> MakeFrame(std::uint64_t nBlockID, bool bResent = false,
+                                  std::optional<std::uint32_t> nLines = {}) const;
     std::size_t GetPacketCount() const { return MakeFrame(1).size(); }
 
     /// Sends so many frames; what the cable loses is told by the function, which gets the number of the frame and of
@@ -53,6 +56,7 @@ public:
     producer::StreamClock::time_point m_objNow{};
     std::uint64_t m_nNextID;
     bool m_bKeepsFrames = false;  ///< the consumer hands no buffer back
+    bool m_bThrough = false;      ///< the consumer wants no more frames than there are buffers
 
 private:
     producer::BLOCK_MEMORY TakeMemory() override;
