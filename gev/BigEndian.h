@@ -33,6 +33,7 @@ template <class Value>
 constexpr void PutBig(std::span<std::byte> arrBytes, std::size_t nOffset, Value nValue) {
     const auto arrPlace = arrBytes.subspan(nOffset, sizeof(Value));
     for (std::size_t i = 0; i < sizeof(Value); ++i) {
+        // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): the analyser goes round once too often
         arrPlace[i] = static_cast<std::byte>(nValue >> 8 * (sizeof(Value) - 1 - i) & 0xFF);
     }
 }

@@ -30,15 +30,20 @@ step_tidy() {
     ensure_packages $PACKAGES_BUILD $PACKAGES_TEST $PACKAGES_TIDY
     configure debug
     build debug  # some includes are made by the build
-    # The sources that this build compiles, those of the product first.
+    # The sources that this build compiles, those of the product first; and how, without what clang doesn't know.
     python3 - <<'END' >build/nightly/tidy.list
 import json, os
-sources = {os.path.relpath(entry["file"]) for entry in json.load(open("build/debug/compile_commands.json"))}
+commands = json.load(open("build/debug/compile_commands.json"))
+for entry in commands:
+    entry["command"] = entry["command"].replace(" -fno-gnu-unique", "")
+with open("build/nightly/compile_commands.json", "w") as file:
+    json.dump(commands, file)
+sources = {os.path.relpath(entry["file"]) for entry in commands}
 sources = [source for source in sources if not source.startswith(("build/", ".."))]
 print("\n".join(sorted(sources, key=lambda source: (source.startswith(("tests/", "bench/")), source))))
 END
     say "$(wc -l <build/nightly/tidy.list) sources"
-    xargs -d '\n' -P "$(nproc)" -n 1 nice -n 15 clang-tidy -p build/debug --quiet <build/nightly/tidy.list 2>&1 |
+    xargs -d '\n' -P "$(nproc)" -n 1 nice -n 15 clang-tidy -p build/nightly --quiet <build/nightly/tidy.list 2>&1 |
         grep -vE '^[0-9]+ warnings? (generated|treated)|^Suppressed|^Use -header-filter'
     return "${PIPESTATUS[0]}"
 }

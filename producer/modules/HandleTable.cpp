@@ -47,6 +47,7 @@ void* CHandleTable::Add(std::shared_ptr<CHandled> pHandled) {
     m_vecFree.pop_back();
     SLOT& objSlot = m_vecSlot[nIndex];
     objSlot.pHandled = std::move(pHandled);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): what consumers hold for a pointer is a number, and never followed
     return reinterpret_cast<void*>(static_cast<std::uintptr_t>((objSlot.nGeneration << kGenerationShift) |
                                                                (std::uint64_t{nIndex} << kIndexShift) | 1));
 }
