@@ -15,12 +15,13 @@ CCriticalSection& GetEnvironmentLock() {
 
 std::optional<std::string> ReadEnvironment(const char* pName) {
     const CScopedLock objLock(GetEnvironmentLock());
-    const char* const pValue = std::getenv(pName);
+    const char* const pValue = std::getenv(pName);  // NOLINT(concurrency-mt-unsafe): the lock is for that
     return pValue == nullptr ? std::nullopt : std::optional<std::string>(pValue);
 }
 
 bool SetEnvironment(const char* pName, const std::string& strValue) {
     const CScopedLock objLock(GetEnvironmentLock());
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): likewise
     return ReadEnvironment(pName) == strValue || setenv(pName, strValue.c_str(), 1) == 0;
 }
 
@@ -39,7 +40,7 @@ std::string GetEnvPath(const char* pName, const std::string& strSubPath) {
     if (strValue.empty()) {
         return {};
     }
-    const std::string strPath = strValue + kPathSeparator + strSubPath;
+    std::string strPath = strValue + kPathSeparator + strSubPath;
     if (!boost::filesystem::exists(boost::filesystem::status(strPath)) &&
         !boost::filesystem::create_directories(strPath)) {
         return {};

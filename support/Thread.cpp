@@ -87,7 +87,7 @@ bool CThread::THREAD_STATE::IsCurrent() {
     return !Finished && ThreadId == GetCurrentThreadId();
 }
 
-CThread::~CThread() {
+CThread::~CThread() {  // NOLINT(bugprone-exception-escape): as its header tells
     Join();
 }
 

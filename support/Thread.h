@@ -18,7 +18,7 @@ public:
 
     CThread() = default;
     /// As Join. On the object's own thread, where Join throws, it ends the process.
-    ~CThread();
+    ~CThread();  // NOLINT(bugprone-exception-escape)
     CThread(const CThread&) = delete;
     CThread& operator=(const CThread&) = delete;
 

@@ -23,7 +23,7 @@ namespace producer {
 namespace {
 
 constexpr std::chrono::seconds kLongestAnswer{2};  // the kernel answers at once; this only keeps a fault from hanging
-constexpr std::size_t kBufferSize = 64 * 1024;     // of one datagram of an answer
+constexpr std::size_t kBufferSize = 65'536;        // of one datagram of an answer
 constexpr int kMostAttempts = 5;                   // a dump that the tables changed under is asked for again
 
 /// The attributes of one message of the kernel, by their type.
