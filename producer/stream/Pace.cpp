@@ -20,8 +20,9 @@ nanoseconds CPace::Take(std::size_t nPackets, bool bAll, std::size_t nExpected, 
         return nanoseconds(0);
     }
     Measure(nExpected, objNow);
-    // Half of what is to come, as the camera may send faster from now on; a part of the room, as it isn't ours alone.
-    const auto nGathered = static_cast<std::int64_t>(std::min(nExpected / 2, m_nRoom / 4));
+    // A quarter of what is to come: the camera may send faster from now on, and what has gathered must be worked off
+    // before the block's end, or it is delivered later. A part of the room, as it isn't ours alone.
+    const auto nGathered = static_cast<std::int64_t>(std::min(nExpected / 4, m_nRoom / 4));
     const nanoseconds objPause = std::min<nanoseconds>(m_objPeriod * nGathered - kMargin, kLongestPause);
     return objPause < kShortestPause ? nanoseconds(0) : objPause;
 }

@@ -57,7 +57,7 @@ TEST_P(Pace, PacketsGatherButForTheLastOnesOfABlock) {
 
 INSTANTIATE_TEST_SUITE_P(Streams, Pace,
                          testing::Values(PACE_CASE{"Gigabit", 900, 12us, 12us, 10'000, true, 90, 20},
-                                         PACE_CASE{"TenGigabit", 900, 1200ns, 1200ns, 10'000, true, 250, 200},
+                                         PACE_CASE{"TenGigabit", 900, 1200ns, 1200ns, 10'000, true, 400, 200},
                                          PACE_CASE{"GetsFaster", 900, 12us, 3us, 10'000, true, 90, 40},
                                          PACE_CASE{"Slow", 100, 5ms, 5ms, 10'000, true, 100, 1},
                                          PACE_CASE{"LittleRoom", 900, 12us, 12us, 60, true, 250, 18},
