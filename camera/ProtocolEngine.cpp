@@ -106,8 +106,9 @@ void CProtocolEngine::Receive(const ENDPOINT& objFrom, std::uint32_t nDestinatio
 
 EGvcpStatus CProtocolEngine::Dispatch(const REQUEST& objRequest) {
     const EGvcpCommand nCommand = objRequest.Header.Command;
-    if (!IsWrite(nCommand) && m_objLastWrite.From == objRequest.From) {
-        m_objLastWrite.CommandLength = 0;  // whoever goes on has had the answer
+    // Whoever goes on has had the answer. Requests to send packets again come between, as a stream needs them.
+    if (!IsWrite(nCommand) && nCommand != EGvcpCommand::PacketResend && m_objLastWrite.From == objRequest.From) {
+        m_objLastWrite.CommandLength = 0;
     }
     if (m_objFaults.Denied && nCommand != EGvcpCommand::Discovery && nCommand != EGvcpCommand::ForceIP) {
         return Refuse(objRequest, EGvcpStatus::AccessDenied);

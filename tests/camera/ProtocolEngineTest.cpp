@@ -199,6 +199,8 @@ TEST_F(Engine, ARepeatedWriteIsAnsweredAgainAndDoneOnce) {
     On.Ask(arrCommand);
     const auto nLatched = On.Engine.GetDevice().Registers().Get(0x094C);
     On.Now += 10ms;
+    gev::GvcpBuffer arrResend;
+    On.Ask(gev::EncodeResend(arrResend, On.NextID(), {.BlockID = 1, .FirstPacketID = 1, .LastPacketID = 2}));
     ASSERT_EQ(On.Ask(arrCommand).size(), 1u);
     EXPECT_EQ(On.Engine.GetDevice().Registers().Get(0x094C), nLatched);
     On.Read({0});
