@@ -164,8 +164,9 @@ void CInterfaceModule::ForceIp(const std::string& strId, const IP_SETTINGS& objS
 
 void CInterfaceModule::ConfigureIp(const std::string& strId, const IP_CONFIGURATION& objConfiguration) {
     const DEVICE_ENTRY objEntry = Resolve(strId);
-    // A camera that is open here is under our own control, which a second channel would be refused for.
-    if (const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MACToString(objEntry.Device.Mac))) {
+    // A camera that is open here may be under our own control, which a second channel would be refused for.
+    const std::shared_ptr<CDeviceModule> pOpen = m_objDevices.Find(MACToString(objEntry.Device.Mac));
+    if (pOpen && pOpen->GetAccessStatus() == DEVICE_ACCESS_STATUS_OPEN_READWRITE) {
         DoConfigureIp(pOpen->GetChannel(), objConfiguration);
         return;
     }

@@ -1,8 +1,11 @@
 #include "producer/wire/ControlChannel.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <mutex>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "gev/BigEndian.h"
@@ -20,8 +23,10 @@ namespace {
 namespace bootstrap = gev::bootstrap;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kReleaseTimeout{100};    // for one of two attempts to give the privilege back
-constexpr milliseconds kLongestOpening{5'000};  // for all its questions, however much patience the camera asks for
+constexpr milliseconds kBusyPause{20};
+constexpr milliseconds kReleaseTimeout{100};     // for one of two attempts to give the privilege back
+constexpr milliseconds kLostReleaseTimeout{20};  // the same where it most likely isn't heard
+constexpr milliseconds kLongestOpening{5'000};   // for all its questions, however much patience the camera asks for
 
 std::uint32_t GetPrivilege(CONTROL_ACCESS eAccess) {
     return eAccess == CONTROL_ACCESS::Exclusive ? bootstrap::kPrivilegeExclusive : bootstrap::kPrivilegeControl;
@@ -91,17 +96,28 @@ public:
         if (!std::exchange(m_bClosed, true)) {
             m_objDialogue.End(GC_ERR_INVALID_HANDLE, "the device was closed");
             m_objHeartbeat->Stop();
-            if (!m_objHeartbeat->IsLost()) {
-                ReleasePrivilege();
+            if (m_objHeartbeat->MayHaveControl()) {
+                ReleasePrivilege(m_objHeartbeat->IsLost() ? kLostReleaseTimeout : kReleaseTimeout);
             }
         }
     }
 
     /// To be called after each write to the camera's memory.
-    void FollowHeartbeat(std::uint64_t nAddress, std::size_t nSize) {
+    void FollowHeartbeat(std::uint64_t nAddress, std::span<const std::byte> objWritten) {
         const auto& objRegister = bootstrap::kHeartbeatTimeout;
-        if (nAddress < objRegister.GetEnd() && nAddress + nSize > objRegister.Address) {
+        if (nAddress >= objRegister.GetEnd() || nAddress + objWritten.size() <= objRegister.Address) {
+            return;
+        }
+        const std::lock_guard objLock(m_mtxFollow);
+        if (nAddress <= objRegister.Address && nAddress + objWritten.size() >= objRegister.GetEnd()) {
+            // Until the camera tells what it has made of it, the shorter one is safe.
+            const milliseconds objTold(gev::Get32(objWritten, objRegister.Address - nAddress));
+            m_objHeartbeat->SetTimeout(std::min(m_objHeartbeat->GetTimeout(), objTold));
+        }
+        try {
             m_objHeartbeat->SetTimeout(ReadHeartbeatTimeout());
+        } catch (const CProducerError&) {
+            // It was written all the same. What is wrong with the camera the next question tells.
         }
     }
 
@@ -148,18 +164,28 @@ private:
                                                                                                   : std::nullopt;
     }
 
-    void ReleasePrivilege() noexcept {
-        if (m_eAccess != CONTROL_ACCESS::ReadOnly) {
-            ASKING objAsking;
-            objAsking.AnswerTimeout = kReleaseTimeout;
-            objAsking.Repeats = 1;
-            objAsking.LongestPending = kReleaseTimeout;
-            objAsking.EvenWhenClosing = true;
-            m_objDialogue.WriteRegister(bootstrap::kControlChannelPrivilege.Address, 0, objAsking);
+    void ReleasePrivilege(milliseconds objTimeout = kReleaseTimeout) noexcept {
+        if (m_eAccess == CONTROL_ACCESS::ReadOnly) {
+            return;
         }
+        ASKING objAsking;
+        objAsking.AnswerTimeout = objTimeout;
+        objAsking.Repeats = 1;
+        objAsking.LongestPending = objTimeout;
+        objAsking.EvenWhenClosing = true;
+        OUTCOME objOutcome;
+        const auto objEnd = Clock::now() + 2 * objTimeout;
+        do {
+            objOutcome = m_objDialogue.WriteRegister(bootstrap::kControlChannelPrivilege.Address, 0, objAsking);
+            if (objOutcome.Kind != OUTCOME::KIND::Refused || objOutcome.Status != gev::EGvcpStatus::Busy) {
+                return;
+            }
+            std::this_thread::sleep_for(kBusyPause);  // it still does what another thread wrote
+        } while (Clock::now() < objEnd);
     }
 
-    std::mutex m_mtxClose;  // guards the one below; held for a whole close
+    std::mutex m_mtxFollow;  // held from reading the heartbeat's time-out until it is followed
+    std::mutex m_mtxClose;   // guards the one below; held for a whole close
     bool m_bClosed = false;
 };
 
@@ -182,7 +208,7 @@ void CControlChannel::DoRead(std::uint64_t nAddress, std::span<std::byte> objBuf
 
 void CControlChannel::DoWrite(std::uint64_t nAddress, std::span<const std::byte> objBuffer) {
     m_pImpl->m_objMemory->DoWrite(nAddress, objBuffer);
-    m_pImpl->FollowHeartbeat(nAddress, objBuffer.size());
+    m_pImpl->FollowHeartbeat(nAddress, objBuffer);
 }
 
 std::uint32_t CControlChannel::DoReadRegister(std::uint32_t nAddress, Clock::time_point objDeadline) {
@@ -191,7 +217,9 @@ std::uint32_t CControlChannel::DoReadRegister(std::uint32_t nAddress, Clock::tim
 
 void CControlChannel::DoWriteRegister(std::uint32_t nAddress, std::uint32_t nValue, Clock::time_point objDeadline) {
     m_pImpl->m_objDialogue.DoWriteRegister(nAddress, nValue, objDeadline);
-    m_pImpl->FollowHeartbeat(nAddress, sizeof nValue);
+    std::array<std::byte, sizeof nValue> arrWritten{};
+    gev::Put32(arrWritten, 0, nValue);
+    m_pImpl->FollowHeartbeat(nAddress, arrWritten);
 }
 
 void CControlChannel::DoSendUnanswered(std::span<const std::byte> objDatagram) noexcept {

@@ -93,7 +93,9 @@ OUTCOME CControlDialogue::Ask(std::span<std::byte> objQuestion, const ASKING& ob
     objWait.Command = gev::EGvcpCommand{gev::Get16(objQuestion, 2)};
     objWait.LongestPending = objAsking.LongestPending;
     objWait.IsHeartbeat = objAsking.IsHeartbeat;
-    for (std::uint32_t i = 0; i <= objAsking.Repeats; ++i) {
+    const milliseconds objAttempt = std::min(objAsking.AnswerTimeout, milliseconds(m_nLongestAttemptMs.load()));
+    const auto objEnd = Clock::now() + objAsking.AnswerTimeout * (objAsking.Repeats + std::int64_t{1});
+    for (std::uint32_t i = 0; i <= objAsking.Repeats || Clock::now() + objAttempt <= objEnd; ++i) {
         const auto objNow = Clock::now();
         if (IsEnded(objAsking) || (i > 0 && objNow >= std::min(objAsking.Deadline, objWait.PatienceEnd))) {
             break;
@@ -105,7 +107,7 @@ OUTCOME CControlDialogue::Ask(std::span<std::byte> objQuestion, const ASKING& ob
             objOutcome.SendError = nErrno;  // the way may come back before the last repeat
         }
         ++objOutcome.Sent;
-        objWait.Deadline = std::min(objNow + objAsking.AnswerTimeout, objAsking.Deadline);
+        objWait.Deadline = std::min(objNow + objAttempt, objAsking.Deadline);
         if (Await(objWait, objAsking, objOutcome, arrAnswer)) {
             return objOutcome;
         }

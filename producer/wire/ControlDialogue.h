@@ -89,6 +89,9 @@ public:
     void SetSettings(const CONTROL_SETTINGS& objSettings) noexcept;
     void SetAnswerTimeout(std::chrono::milliseconds objTimeout) noexcept;
     void SetRepeats(std::uint32_t nRepeats) noexcept;
+    /// An answer that takes longer is asked for again, for as long as the settings give it in all: somebody else needs
+    /// the turn by then.
+    void SetLongestAttempt(std::chrono::milliseconds objAttempt) noexcept { m_nLongestAttemptMs = objAttempt.count(); }
     [[nodiscard]] CONTROL_STATISTICS GetStatistics() const noexcept;
     [[nodiscard]] std::uint32_t GetCamera() const noexcept { return m_nCamera; }
     [[nodiscard]] const std::string& GetAdapterName() const noexcept { return m_strAdapter; }
@@ -121,6 +124,7 @@ private:
     std::string m_strEndText;
 
     std::atomic<Clock::rep> m_nLastSign;
+    std::atomic<std::int64_t> m_nLongestAttemptMs{std::chrono::milliseconds(std::chrono::hours(1)).count()};
     std::atomic<std::int64_t> m_nAnswerTimeoutMs;
     std::atomic<std::uint32_t> m_nRepeats;
     std::atomic<std::int64_t> m_nLongestPendingMs;

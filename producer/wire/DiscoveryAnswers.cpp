@@ -13,6 +13,7 @@ namespace producer {
 namespace {
 
 constexpr std::uint64_t kGroupBit = 0x0100'0000'0000;  // addresses of no single adapter
+constexpr int kMostAsked = 4;                          // addresses of one MAC: a single sender may name any number
 
 /// Two answers with one MAC come from two cameras when the serial numbers differ, or the addresses where there is no
 /// serial number. A camera that got a new address between two questions stays one.
@@ -52,13 +53,13 @@ std::uint32_t CDiscoveryAnswers::AddRecord(const gev::DISCOVERY_RECORD& objRecor
         ++m_nRefused;
         return 0;
     }
-    const auto itHeard = m_mapHeard.find(nMac);
+    auto itHeard = m_mapHeard.find(nMac);
     if (itHeard == m_mapHeard.end()) {
         if (m_mapHeard.size() >= m_nMostDevices) {
             ++m_nSurplus;
             return 0;
         }
-        m_mapHeard.emplace(nMac, HEARD{objRecord});
+        itHeard = m_mapHeard.emplace(nMac, HEARD{objRecord}).first;
     } else if (HEARD& objHeard = itHeard->second; IsSameCamera(objHeard.Record, objRecord)) {
         objHeard.Record = objRecord;
     } else {
@@ -67,8 +68,10 @@ std::uint32_t CDiscoveryAnswers::AddRecord(const gev::DISCOVERY_RECORD& objRecor
             objHeard.Record = objRecord;
         }
     }
-    const bool bAsk = m_objAdapter.IsUsableForCamera(objRecord.IP) && m_mapPrivileges.size() < m_nMostDevices &&
+    const bool bAsk = itHeard->second.Asked < kMostAsked && m_objAdapter.IsUsableForCamera(objRecord.IP) &&
+                      m_mapPrivileges.size() < m_nMostDevices &&
                       m_mapPrivileges.try_emplace(objRecord.IP, DEVICE_ACCESS_STATUS_UNKNOWN).second;
+    itHeard->second.Asked += bAsk ? 1 : 0;
     return bAsk ? objRecord.IP : 0;
 }
 

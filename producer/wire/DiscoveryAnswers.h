@@ -41,6 +41,7 @@ private:
     struct HEARD {
         gev::DISCOVERY_RECORD Record;
         bool SharesMac = false;
+        int Asked = 0;  // of its addresses for the privilege
     };
 
     [[nodiscard]] DISCOVERED_DEVICE MakeDevice(const HEARD& objHeard) const;

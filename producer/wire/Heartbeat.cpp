@@ -28,6 +28,7 @@ CHeartbeat::CHeartbeat(CControlDialogue& objDialogue, CONTROL_ACCESS eAccess, mi
       m_objApplication(objApplication),
       m_funLoss(std::move(funLoss)),
       m_nTimeoutMs(std::clamp(objTimeout, kLeastTimeout, kLongestTimeout).count()) {
+    m_objDialogue.SetLongestAttempt(GetTimeout() / 2);
     try {
         m_objThread = std::thread([this] { Run(); });
     } catch (const std::system_error& objError) {
@@ -54,6 +55,7 @@ void CHeartbeat::SetTimeout(milliseconds objTimeout) noexcept {
     {
         const std::lock_guard objLock(m_mtxStop);  // so that the wait can't miss it
         m_nTimeoutMs = std::clamp(objTimeout, kLeastTimeout, kLongestTimeout).count();
+        m_objDialogue.SetLongestAttempt(GetTimeout() / 2);
     }
     m_objChanged.notify_all();
 }
@@ -168,6 +170,7 @@ void CHeartbeat::Tell(CONTROL_LOSS eLoss) {
             strText += " is controlled by another application now";
             break;
     }
+    m_eLoss = eLoss;
     m_bLost.store(true, std::memory_order_release);
     m_objDialogue.End(GC_ERR_ZR_DEVICE_OFFLINE, strText);
     try {

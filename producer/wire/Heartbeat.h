@@ -40,6 +40,8 @@ public:
     void SetTimeout(std::chrono::milliseconds objTimeout) noexcept;
     [[nodiscard]] std::chrono::milliseconds GetTimeout() const noexcept;
     [[nodiscard]] bool IsLost() const noexcept { return m_bLost.load(std::memory_order_acquire); }
+    /// Whether the camera may still take us for its controlling application: a silent one may only have been cut off.
+    [[nodiscard]] bool MayHaveControl() const noexcept { return !IsLost() || m_eLoss == CONTROL_LOSS::NoAnswer; }
 
 private:
     void Run() noexcept;
@@ -58,6 +60,7 @@ private:
     const ControlLossCallback m_funLoss;
 
     std::atomic<std::int64_t> m_nTimeoutMs;
+    std::atomic<CONTROL_LOSS> m_eLoss{};  // good once it is lost
     std::atomic<bool> m_bLost{false};
 
     std::mutex m_mtxStop;  // guards the one below

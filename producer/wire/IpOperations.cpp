@@ -249,7 +249,12 @@ void DoForceIp(const std::string& strAdapter, std::uint64_t nMac, const IP_SETTI
     CCameraWatch objWatch(objAdapter, nMac);
     gev::GvcpBuffer arrBuffer;
     const auto objCommand = EncodeForceIp(arrBuffer, objWatch, nMac, objSettings);
-    const auto isDone = [&](const gev::DISCOVERY_RECORD& objRecord) { return objRecord.IP == objSettings.Address; };
+    const auto isDone = [&](const gev::DISCOVERY_RECORD& objRecord) {
+        // Not every camera tells the gateway: then its acknowledge counts.
+        const bool bTaken = objWatch.GetCommandStatus() == gev::EGvcpStatus::Success;
+        return objRecord.IP == objSettings.Address && objRecord.SubnetMask == objSettings.Mask &&
+               (objRecord.Gateway == objSettings.Gateway || bTaken);
+    };
     const auto objDeadline = Clock::now() + kForceIpDeadline;
     for (int i = 0; Clock::now() < objDeadline; ++i) {
         CheckGivenUp(objGiveUp);

@@ -240,6 +240,53 @@ TEST_F(ControlChannel, ControlThatTheCameraDropsOrGivesToAnotherIsLost) {
     EXPECT_EQ(CodeOf([&] { pChannel->DoReadRegister(0xA000); }), GC_ERR_ZR_DEVICE_OFFLINE);
 }
 
+TEST_F(ControlChannel, GivesThePrivilegeBackToACameraThatWasOnlyCutOffOrBusy) {
+    for (const bool bBusy : {false, true}) {
+        TurnOn();
+        auto pChannel = Open();
+        m_pCamera->SetSilent(!bBusy);
+        if (!bBusy) {
+            EXPECT_EQ(AwaitLoss(2s), CONTROL_LOSS::NoAnswer);
+            m_pCamera->SetSilent(false);
+        }
+        std::atomic<int> nReleases = 0;
+        m_pCamera->SetScript([&](CScriptedCamera& objCamera, const auto& objHeader, auto objPayload) {
+            const bool bRelease = objHeader.Command == gev::EGvcpCommand::WriteReg &&
+                                  gev::Get32(objPayload, 0) == bootstrap::kControlChannelPrivilege.Address;
+            const bool bRefused = bBusy && bRelease && nReleases++ == 0;
+            if (bRefused) {
+                objCamera.Refuse(objHeader, gev::EGvcpStatus::Busy);
+            }
+            return bRefused;
+        });
+        pChannel.reset();
+        EXPECT_EQ(m_pCamera->GetRegister(bootstrap::kControlChannelPrivilege), 0U) << bBusy;
+    }
+}
+
+TEST_F(ControlChannel, LongCommandTimeoutCostsNoCameraForOneLostDatagram) {
+    m_pCamera->SetRegister(bootstrap::kHeartbeatTimeout, 1500);
+    const auto pChannel = Open();
+    pChannel->SetAnswerTimeout(2s);
+    std::atomic<int> nAsked = 0;
+    m_pCamera->SetScript([&](auto&, const auto& objHeader, auto objPayload) {
+        return objHeader.Command == gev::EGvcpCommand::ReadReg && gev::Get32(objPayload, 0) == 0xA000 && nAsked++ == 0;
+    });
+    EXPECT_EQ(CodeOf([&] { pChannel->DoReadRegister(0xA000); }), GC_ERR_SUCCESS);
+    EXPECT_FALSE(pChannel->IsLost());
+}
+
+TEST_F(ControlChannel, ShorterHeartbeatIsFollowedThoughTheCameraDoesNotTellIt) {
+    m_pCamera->SetRegister(bootstrap::kHeartbeatTimeout, 6000);
+    const auto pChannel = Open();
+    m_pCamera->SetScript([](auto&, const auto& objHeader, auto objPayload) {
+        return objHeader.Command == gev::EGvcpCommand::ReadReg &&
+               gev::Get32(objPayload, 0) == bootstrap::kHeartbeatTimeout.Address;
+    });
+    pChannel->DoSetHeartbeatTimeout(600ms);
+    EXPECT_EQ(pChannel->GetHeartbeatTimeout(), 600ms);
+}
+
 TEST_F(ControlChannel, CloseEndsReadsOfOtherThreads) {
     auto pChannel = Open();
     pChannel->SetAnswerTimeout(10s);

@@ -88,6 +88,11 @@ TEST(DiscoveryAnswers, KeepABoundedNumberAndCountTheRest) {
     EXPECT_EQ(objAnswers.MakeList().size(), 10U);
     EXPECT_EQ(objAnswers.GetUnanswered().size(), 10U);
     EXPECT_EQ(objAnswers.GetSurplus(), 990U);
+    CDiscoveryAnswers objOfOne(MakeAdapter(), 100);
+    for (std::uint32_t i = 1; i <= 200; ++i) {
+        objOfOne.AddRecord(MakeRecord(kMac, MakeIPv4(10, 9, 0, 1) + i));
+    }
+    EXPECT_LE(objOfOne.GetUnanswered().size(), 4U) << "whoever names many addresses has not all of them asked";
 }
 
 TEST(MergeDevices, DropsACameraOnlyAfterACompleteUpdate) {

@@ -82,6 +82,11 @@ TEST_F(IpOperations, FailuresTellWhatWasSentAndWhatCameBack) {
                     DoForceIp("eth0", m_nMac, {MakeIPv4(10, 1, 0, 9), kMask, 0});
                 }),
                 AllOf(HasSubstr(std::to_string(GC_ERR_ACCESS_DENIED)), HasSubstr("FORCEIP_CMD"), HasSubstr("denied")));
+    EXPECT_THAT(FailureOf([&] {
+                    DoForceIp("eth0", m_nMac, {kInside, 0xFFFF0000, 0});
+                }),
+                HasSubstr(std::to_string(GC_ERR_ACCESS_DENIED)))
+        << "the address alone is not all";
     EXPECT_THAT(FailureOf([&] { DoConfigureIp("eth0", m_nMac, {}); }),
                 AllOf(HasSubstr(std::to_string(GC_ERR_ACCESS_DENIED)), HasSubstr("10.1.0.1")));
     EXPECT_THAT(FailureOf([&] { DoAskDevice("eth0", MakeIPv4(10, 1, 0, 99)); }), HasSubstr("10.1.0.99"));
