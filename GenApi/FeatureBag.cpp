@@ -1,14 +1,18 @@
 #include "GenApi/FeatureBag.h"
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "GenApi/Command.h"
 #include "GenApi/CommandBracket.h"
+#include "GenApi/FeatureBagLimits.h"
 #include "GenApi/FeatureComparison.h"
 #include "GenApi/FeatureErrors.h"
+#include "GenApi/FeatureSelectors.h"
 #include "GenApi/FeatureStore.h"
 #include "GenApi/GCException.h"
 #include "GenApi/Lock.h"
@@ -82,6 +86,49 @@ IValue& SettingOf(const INodeMap& objNodeMap, const gcstring& strName) {
     return *pValue;
 }
 
+/// Where the lines of a bag want the selectors, as far as they couldn't be brought there. What belongs to such a
+/// selector would be written under another of its values.
+class CFailedSelectors {
+public:
+    /// To be called before the feature is written.
+    /// @throws RuntimeException  it belongs to a selector that stands elsewhere
+    void Begin(IValue& objFeature, const gcstring& strValue) {
+        const bool bSelector = IsSelector(objFeature);
+        Require(objFeature, bSelector, strValue);
+        if (bSelector) {
+            m_mapWanted[&objFeature] = strValue;
+        }
+    }
+    /// To be called once it is written.
+    void End(IValue& objFeature) { m_mapWanted.erase(&objFeature); }
+
+private:
+    void Require(IValue& objFeature, bool bSelector, const gcstring& strValue) {
+        if (m_mapWanted.empty()) {
+            return;
+        }
+        const auto CountStep = [this] {
+            if (++m_nSteps > kMaxStoreSteps) {
+                Throw<RuntimeException>("The node map needs more than " + std::to_string(kMaxStoreSteps) +
+                                        " steps to be loaded into");
+            }
+        };
+        for (IValue* const pSelector : SelectorsOf(objFeature, CountStep).value_or(std::vector<IValue*>())) {
+            const auto itWanted = m_mapWanted.find(pSelector);
+            if (itWanted != m_mapWanted.end() && pSelector != &objFeature) {
+                const std::string strWhy = NameOf(*pSelector) + " can't be set to '" + itWanted->second.str() + "'";
+                if (bSelector) {
+                    m_mapWanted[&objFeature] = strValue;
+                }
+                Throw<RuntimeException>(strWhy + ", which it belongs to");
+            }
+        }
+    }
+
+    std::map<IValue*, gcstring> m_mapWanted;
+    std::size_t m_nSteps = 0;
+};
+
 void SkipComments(std::istream& stream) {
     while (stream.peek() == '#') {
         stream.ignore(kMaxCommentSkip, '\n');
@@ -112,9 +159,14 @@ bool CFeatureBag::LoadFromBag(INodeMap* pNodeMap, bool bVerify, gcstring_vector*
     const AutoLock objLock(pNodeMap->GetLock());
     CFeatureErrors objErrors(pErrorList);
     CCommandBracket objBracket(*pNodeMap, "DeviceRegistersStreamingStart", "DeviceRegistersStreamingEnd", objErrors);
+    CFailedSelectors objFailed;
     for (std::size_t i = 0; i < m_vecName.size(); ++i) {
-        objErrors.Try(m_vecName[i].view(),
-                      [&] { SettingOf(*pNodeMap, m_vecName[i]).FromString(m_vecValue[i], bVerify); });
+        objErrors.Try(m_vecName[i].view(), [&] {
+            IValue& objFeature = SettingOf(*pNodeMap, m_vecName[i]);
+            objFailed.Begin(objFeature, m_vecValue[i]);
+            objFeature.FromString(m_vecValue[i], bVerify);
+            objFailed.End(objFeature);
+        });
     }
     objBracket.End();
     return objErrors.IsEmpty();

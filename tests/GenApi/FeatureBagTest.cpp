@@ -327,6 +327,23 @@ TEST(FeatureBag, SelectorsInACircleOrInALongChainEndTheWalk) {
 
 // Comparing
 
+TEST(FeatureBag, NothingIsWrittenUnderAnotherValueOfASelectorThatFailed) {
+    CTestMap objMap(Enumeration("Outer", 0, {"X"}, Selects({"Selector"})) +
+                    Enumeration("Selector", 4, {"Red"}, Selects({"Gain"})) +
+                    SelectedReg("Gain", 16, {{"SelectorReg", 4}}) + Reg("Free", 40));
+    gcstring_vector vecError;
+    CFeatureBag objBag = BagOf(
+        "Selector\tRed\nGain\t5\nSelector\tGreen\nGain\t6\nFree\t7\nSelector\tRed\nGain\t8\n"
+        "Outer\tY\nSelector\tRed\nGain\t9\n");
+    EXPECT_FALSE(objBag.LoadFromBag(objMap.Map._Ptr, true, &vecError));
+    EXPECT_THAT(
+        TextsOf(vecError),
+        ElementsAre(HasSubstr("'Green'"), "Gain: Selector can't be set to 'Green', which it belongs to",
+                    HasSubstr("'Y'"), "Selector: Outer can't be set to 'Y', which it belongs to", HasSubstr("Gain: ")));
+    EXPECT_EQ(objMap.Port.NumberAt(16), 8U);
+    EXPECT_EQ(objMap.Port.NumberAt(40), 7U);
+}
+
 /// Each as "Name[Selector=Value,...]: in the bag, on the device".
 std::vector<std::string> Differences(const CFeatureBag& objBag, CTestMap& objMap, gcstring_vector* pErrorList) {
     std::vector<std::string> vecText;
