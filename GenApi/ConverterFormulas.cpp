@@ -106,7 +106,11 @@ Value CConverterFormulas<Value>::SourceMax() const {
 template <class Value>
 std::pair<Value, Value> CConverterFormulas<Value>::Limits() {
     constexpr std::pair kNone{std::numeric_limits<Value>::lowest(), std::numeric_limits<Value>::max()};
-    const bool bNoLimits = SourceMin() == kNone.first && SourceMax() == kNone.second;
+    // An end that no number lies beyond is none, and a formula would carry it round to the other side. Numbers of
+    // floating point have infinity for that.
+    const bool bNoMin = SourceMin() == kNone.first;
+    const bool bNoMax = SourceMax() == kNone.second;
+    const bool bNoLimits = std::is_same_v<Value, double> ? bNoMin && bNoMax : bNoMin || bNoMax;
     if (m_eSlope == Varying || bNoLimits) {
         return kNone;  // the ends of the one side say nothing about the ends of the other
     }

@@ -102,6 +102,7 @@ void CFeatureComparison::Move(POSITION& objPosition, const std::string& strOnDev
 /// lines under the next value begin anew.
 void CFeatureComparison::PutBackSelected(IValue& objSelector, const std::vector<IValue*>& vecItsSelector) {
     for (std::size_t i = m_vecPosition.size(); i-- > 0;) {
+        CountStep();
         POSITION& objPosition = m_vecPosition[i];
         // In a circle nothing is outside of anything.
         if (!Contains(vecItsSelector, objPosition.Selector) &&

@@ -205,11 +205,13 @@ void CRegisterBlock::ReadForChange(std::span<std::uint8_t> buffer) {
     const bool bTrustCell = m_vecTerm.empty() && !m_objOwner.IsUncached();
     const bool bReadable =
         IsReadable(Combine(m_objOwner.OwnAccessMode(), m_pPort != nullptr ? m_pPort->AccessMode() : NA));
-    if (bReadable && (!bTrustCell || !m_pCell->Valid)) {
-        ReadPort(buffer, false);
+    // What is cached is of another length when the register's has changed.
+    if (bTrustCell && CachedIn(buffer)) {
         return;
     }
-    if (!CachedIn(buffer)) {
+    if (bReadable) {
+        ReadPort(buffer, false);
+    } else if (!CachedIn(buffer)) {
         std::fill(buffer.begin(), buffer.end(), std::uint8_t{0});
     }
 }

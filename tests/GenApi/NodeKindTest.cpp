@@ -143,6 +143,16 @@ TEST(Floats, TakeIntegersBelowThemRounded) {
     EXPECT_EQ(objMap.Float("Inc").GetInc(), 0.5);
 }
 
+TEST(Formulas, ConverterOfARegisterWithoutEndHasNoLimitsThatWrap) {
+    for (const auto& [strTo, strFrom] : {std::pair{"FROM/8", "TO*8"}, {"FROM-10", "TO+10"}}) {
+        CTestMap objMap(std::string("<IntConverter Name='C'><FormulaTo>") + strTo + "</FormulaTo><FormulaFrom>" +
+                        strFrom + "</FormulaFrom><pValue>R</pValue></IntConverter>" +
+                        RegisterOfKind("IntReg", 8, "<Sign>Unsigned</Sign>"));
+        objMap.Integer("C").SetValue(800);
+        EXPECT_EQ(objMap.Integer("C").GetValue(), 800) << strFrom;
+    }
+}
+
 TEST(Formulas, ComputeFromVariablesLimitsAndEntries) {
     CTestMap objMap(
         "<Integer Name='W'><Value>100</Value><Min>4</Min><Max>640</Max><Inc>8</Inc></Integer>"

@@ -202,6 +202,20 @@ TEST(Registers, EntriesOfAStructureShareItsRegister) {
     EXPECT_EQ(objMap.Port.BytesAt(0x20, 4), (Bytes{0xAB, 0xCD, 0, 1}));
 }
 
+TEST(Registers, WritingSomeBitsOfARegisterThatGrewKeepsItsOtherBytes) {
+    CTestMap objMap(
+        "<IntReg Name='Long'><Address>64</Address><Length>4</Length><AccessMode>RW</AccessMode>"
+        "<Cachable>NoCache</Cachable><pPort>Device</pPort></IntReg>"
+        "<MaskedIntReg Name='Bits'><Address>16</Address><pLength>Long</pLength><AccessMode>RW</AccessMode>"
+        "<pPort>Device</pPort><LSB>0</LSB><MSB>7</MSB><Endianess>LittleEndian</Endianess></MaskedIntReg>");
+    objMap.Port.PutNumber(64, 4);
+    objMap.Port.Put(16, {1, 2, 3, 4, 5, 6, 7, 8});
+    EXPECT_EQ(objMap.Integer("Bits").GetValue(), 1);
+    objMap.Port.PutNumber(64, 8);
+    objMap.Integer("Bits").SetValue(9);
+    EXPECT_EQ(objMap.Port.BytesAt(16, 8), (std::vector<std::uint8_t>{9, 2, 3, 4, 5, 6, 7, 8}));
+}
+
 TEST(Registers, WritingSomeBitsKeepsWhatAnotherNodeWroteToTheOthers) {
     const auto Mask = [](const char* pName, int nBit, const char* pMore) {
         return std::string("<MaskedIntReg Name='") + pName +
