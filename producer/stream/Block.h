@@ -111,7 +111,7 @@ public:
     /// Whether most packets had another size than was expected.
     [[nodiscard]] bool HasOtherSizes() const { return m_nOtherSizes > m_nSettled; }
     [[nodiscard]] std::uint32_t GetNextID() const { return m_nNextID; }
-    /// ID behind the last packet before the end that was noticed as missing.
+    /// ID of the first packet of the end that was last noticed as missing.
     [[nodiscard]] std::uint32_t GetTailID() const { return m_nTailID; }
     /// Whether only the trailer can still be of use.
     [[nodiscard]] bool IsMemoryPassed() const { return HasMemory() && m_nNextID >= m_nBits; }

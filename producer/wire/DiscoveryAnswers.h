@@ -20,7 +20,8 @@ public:
     CDiscoveryAnswers(ADAPTER objAdapter, std::size_t nMostDevices);
 
     /// Takes a camera's record.
-    /// @return an address to ask for its privilege now, which is told once for each; 0 for none.
+    /// @return an address to ask for its privilege now, which is told once for each, and for few of one MAC; 0 for
+    /// none.
     std::uint32_t AddRecord(const gev::DISCOVERY_RECORD& objRecord);
 
     /// Takes an answer to the question for the privilege, whatever it says.
