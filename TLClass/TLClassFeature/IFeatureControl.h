@@ -56,7 +56,8 @@ public:
     class IFeatureCallback {
     public:
         virtual ~IFeatureCallback() = default;
-        /// Called on the thread that caused the change, with the node map's lock held.
+        /// Called on the thread that caused the change, with the node map's lock held. So it must wait for nobody who
+        /// may want this lock: it opens and closes nothing, and starts and stops no acquisition and no event.
         virtual void OnFeatureChanged(GenApi_3_0::INode* pNode) = 0;
         /// A new object that the caller of Clone owns.
         virtual IFeatureCallback* Clone() = 0;

@@ -112,11 +112,17 @@ void CDataStream::DoOpenDataStream() {
 
 GenApi_3_0::INodeMap* CDataStream::__GetRemoteNodeMap() const {
     const GenApi_3_0::CNodeMapRef* pNodeMapRef = m_pDevice->GetRemoteNodeMap();
-    if (pNodeMapRef == nullptr || pNodeMapRef->_Ptr == nullptr) {
+    // A device that was closed may be open again, with another handle and streams of its own.
+    if (!m_bMayOpen || pNodeMapRef == nullptr || pNodeMapRef->_Ptr == nullptr) {
         throw CUnexpectedError(-1, "The node map of remote device  is invalid", kFile, __LINE__,
                                "CDataStream::DoOpenDataStream");
     }
     return pNodeMapRef->_Ptr;
+}
+
+void CDataStream::ForbidOpening() {
+    const CScopedLock objLock(m_csDataStream);
+    m_bMayOpen = false;
 }
 
 void CDataStream::DoCloseDataStream() {

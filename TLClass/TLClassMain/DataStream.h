@@ -55,6 +55,8 @@ public:
 
     std::uint32_t DoGetOptimalPacketSize() override;
 
+    void ForbidOpening() override;
+
 private:
     class CAttachChunkNodeMapAgency;
     class CDevOpenDataStreamAgency;
@@ -83,6 +85,7 @@ private:
     std::atomic<DS_HANDLE> m_hDataStream = nullptr;
     const std::string m_strDataStreamID;
     std::atomic<bool> m_bOpened = false;
+    bool m_bMayOpen = true;                             // guarded by m_csDataStream
     std::vector<std::unique_ptr<CBuffer>> m_vecBuffer;  // guarded by m_csDataStream; kept from one start to the next
     std::atomic<std::uint64_t> m_nBufferNumber = 0;     // as the user asked; 0 for automatic
     CNewBufferEvent m_objNewBufferEvent;

@@ -167,7 +167,10 @@ CNativeDeviceOfflineEvent* CDevice::GetNativeDeviceOfflineEvent() {
 }
 
 void CDevice::StartRemoteDeviceEvent() {
-    CStartRemoteEventAgency objStart(m_objRemoteDeviceEvent, m_hDevice, GetRemoteNodeMap());
+    const CScopedLock objLock(m_csRemoteEvent);
+    // What a device still has while it closes is about to go: then it counts as closed.
+    CStartRemoteEventAgency objStart(m_objRemoteDeviceEvent, m_bMayStartRemoteEvent ? m_hDevice.load() : nullptr,
+                                     m_bMayStartRemoteEvent ? GetRemoteNodeMap() : nullptr);
     Dismiss(objStart);
 }
 

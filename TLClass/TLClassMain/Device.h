@@ -95,6 +95,8 @@ private:
     std::atomic<std::uint32_t> m_nAccessMode = DEVICE_ACCESS_NONE;  // of the last successful open
     CDeviceOfflineEvent m_objDeviceOfflineEvent;
     CRemoteDeviceEvent m_objRemoteDeviceEvent;
+    CCriticalSection m_csRemoteEvent;     // held for a start, and for the stop of a closing, behind m_csDevice
+    bool m_bMayStartRemoteEvent = false;  // guarded by m_csRemoteEvent; no more from the stop of a closing on
     CXMLAnalyzer m_objRemoteXMLAnalyzer;
     std::unique_ptr<IFeatureControl> m_pRemoteFeatureControl;  // guarded by m_csRecords
     CCriticalSection m_csDevice;  // held for a whole opening or closing; the parent's m_csDeviceList is taken behind it

@@ -128,6 +128,8 @@ void CDevice::DoOpenDevice(std::uint32_t nAccessMode) {
     m_hRemotePort = hRemotePort;
     m_nAccessMode = nAccessMode;
     m_bOpened = true;
+    const CScopedLock objRemoteEventLock(m_csRemoteEvent);
+    m_bMayStartRemoteEvent = true;
 }
 
 std::string CDevice::__GetOpenID() const {
@@ -169,8 +171,11 @@ void CDevice::DoCloseDevice() {
     GetRemoteFeatureControl()->UnregisterAllFeatureCallbacks();
     GetFeatureControl()->UnregisterAllFeatureCallbacks();
     m_objDeviceOfflineEvent.UnregisterAllCallback();
-    // All streams are stopped before the first is closed.
+    // All streams are stopped before the first is closed. Their owners may have kept them, and would open them anew.
     const std::vector<boost::shared_ptr<IDataStream>> vecStream = GetDataStreamList();
+    for (const boost::shared_ptr<IDataStream>& pStream : vecStream) {
+        pStream->ForbidOpening();
+    }
     for (const boost::shared_ptr<IDataStream>& pStream : vecStream) {
         pStream->StopGetNewBuffer();
         pStream->StopTLAcquisition();
@@ -180,7 +185,11 @@ void CDevice::DoCloseDevice() {
     }
     ClearGcObjectList();
     // The events' threads call into the node maps, so they end before these go.
-    m_objRemoteDeviceEvent.StopGetRemoteDeviceEventThread();
+    {
+        const CScopedLock objRemoteEventLock(m_csRemoteEvent);
+        m_bMayStartRemoteEvent = false;
+        m_objRemoteDeviceEvent.StopGetRemoteDeviceEventThread();
+    }
     m_hRemotePort = nullptr;  // from here on nobody registers the event on it
     m_objDeviceOfflineEvent.StopGetDeviceOfflineEventThread();
     m_objDeviceOfflineEvent.UnRegisterEvent();

@@ -21,10 +21,14 @@ class IBufferInitInfo;
 /// A data stream of an open device: its buffers, the acquisition, and the event of a filled buffer.
 ///
 /// Owned by its device, which lists it closed and closes it with itself.
+///
+/// Who opens, closes, starts or stops a stream must not hold the lock of the camera's node map, so a feature callback
+/// of the camera must not do it: the thread that takes frames brings their chunk data into that node map, and a stop
+/// waits for the thread. Such a callback leaves word for another thread.
 class IDataStream : public CGcObject {
 public:
     /// Opens the stream and loads its node map. Does nothing if it is open.
-    /// @throws CUnexpectedError  the device is closed
+    /// @throws CUnexpectedError  the device is closed, or was since it listed this stream
     /// @throws CZrException      anything else that failed; the stream stays closed
     virtual void DoOpenDataStream() = 0;
     /// Stops what runs and frees the buffers. Does nothing if it is closed. Never throws.
@@ -75,6 +79,9 @@ public:
     /// @throws CInvalidCallError  an acquisition runs
     /// @throws CZrException       by the result of the producer
     virtual std::uint32_t DoGetOptimalPacketSize() = 0;
+
+    /// For the device, which closes: from now on an opening is refused. What is open stays open.
+    virtual void ForbidOpening() = 0;
 
 protected:
     using CGcObject::CGcObject;
