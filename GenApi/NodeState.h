@@ -7,8 +7,8 @@
 
 namespace GenApi_3_0 {
 
-/// The bytes of one register as last read or written, shared by all nodes that stand on it, so that each is read once
-/// and a node that changes some bits keeps what others wrote to the rest.
+/// The bytes of one register as last read or written, shared by all nodes that stand on it, so that each is read once,
+/// and so that a node that changes some bits of a register that can't be read keeps what others wrote to the rest.
 struct REGISTER_CELL {
     std::vector<std::uint8_t> Bytes;
     bool Valid = false;

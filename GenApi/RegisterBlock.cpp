@@ -201,15 +201,10 @@ void CRegisterBlock::Keep(std::span<const std::uint8_t> buffer) {
 }
 
 void CRegisterBlock::ReadForChange(std::span<std::uint8_t> buffer) {
-    // With a computed address another node may have changed the same register through an address of its own.
-    const bool bTrustCell = m_vecTerm.empty() && !m_objOwner.IsUncached();
-    const bool bReadable =
-        IsReadable(Combine(m_objOwner.OwnAccessMode(), m_pPort != nullptr ? m_pPort->AccessMode() : NA));
-    // What is cached is of another length when the register's has changed.
-    if (bTrustCell && CachedIn(buffer)) {
-        return;
-    }
-    if (bReadable) {
+    // The cache may be behind: the device changes bits of its own, and other nodes reach the same bytes through
+    // computed addresses. Half a register written from the cache would put the old bits back, so the device is asked
+    // each time.
+    if (IsReadable(Combine(m_objOwner.OwnAccessMode(), m_pPort != nullptr ? m_pPort->AccessMode() : NA))) {
         ReadPort(buffer, false);
     } else if (!CachedIn(buffer)) {
         std::fill(buffer.begin(), buffer.end(), std::uint8_t{0});
