@@ -22,6 +22,8 @@ public:
     virtual int64_autovector_t GetListOfValidValues(bool bounded = true) = 0;
     virtual ERepresentation GetRepresentation() = 0;
     virtual gcstring GetUnit() = 0;
+    /// Narrows the limits further, for this node map. The increments still count from the description's minimum, so
+    /// GetMin may give more than what is imposed here.
     virtual void ImposeMin(std::int64_t Value) = 0;
     virtual void ImposeMax(std::int64_t Value) = 0;
 

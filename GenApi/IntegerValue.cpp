@@ -63,10 +63,27 @@ std::int64_t CIntegerValue::GetValue(bool Verify, bool IgnoreCache) {
 CIntegerValue::LIMITS CIntegerValue::Limits() {
     LIMITS objLimits{MinInt(), MaxInt()};
     if (m_pImposed != nullptr) {
-        objLimits.Min = std::max(objLimits.Min, m_pImposed->Min);
+        if (m_pImposed->Min > objLimits.Min) {
+            objLimits.Min = AtOrAbove(m_pImposed->Min, objLimits.Min);
+        }
         objLimits.Max = std::min(objLimits.Max, m_pImposed->Max);
     }
     return objLimits;
+}
+
+/// The increments go on from the minimum that the description gives, whatever is imposed.
+/// @return the least value that is a whole number of increments above nMin, and nImposed or more
+std::int64_t CIntegerValue::AtOrAbove(std::int64_t nImposed, std::int64_t nMin) {
+    if (ValidValues() != nullptr) {
+        return nImposed;
+    }
+    const auto nInc = static_cast<std::uint64_t>(std::max<std::int64_t>(IncInt(), 1));
+    const std::uint64_t nBeyond = (static_cast<std::uint64_t>(nImposed) - static_cast<std::uint64_t>(nMin)) % nInc;
+    std::int64_t nValue = nImposed;
+    if (nBeyond != 0 && __builtin_add_overflow(nImposed, nInc - nBeyond, &nValue)) {
+        return std::numeric_limits<std::int64_t>::max();
+    }
+    return nValue;
 }
 
 void CIntegerValue::CheckRange(std::int64_t nValue) {

@@ -61,6 +61,7 @@ private:
     void CheckRange(std::int64_t nValue);
     [[noreturn]] void ThrowOutOfRange(std::int64_t nValue, const std::string& strWhy) const;
     LIMITS Limits();
+    std::int64_t AtOrAbove(std::int64_t nImposed, std::int64_t nMin);
     LIMITS& Imposed();
 
     std::int64_t m_nValue = 0;

@@ -86,9 +86,23 @@ void CValueSource<Value>::Hand(CNodeImpl& objNode, Value value, bool bVerify) {
 }
 
 template <class Value>
+void CValueSource<Value>::RequireWritable(CNodeImpl& objCopy) const {
+    if (!IsWritable(objCopy.AccessMode())) {
+        Throw<AccessException>(m_objOwner.Subject() + " writes to " + std::string(objCopy.Name()) +
+                               " too, which can't be written now");
+    }
+}
+
+template <class Value>
 void CValueSource<Value>::Write(Value value, bool bVerify) {
     const CEvaluation objStep(m_objOwner.Context(), m_objOwner.Name());
     CChange objChange(m_objOwner.Context());
+    if (bVerify && m_pCopies != nullptr) {
+        // Before the first write, so that a refusal leaves no place with the new value. A write may still lock a copy.
+        for (CNodeImpl* pCopy : *m_pCopies) {
+            RequireWritable(*pCopy);
+        }
+    }
     auto& objTarget = const_cast<CNumberRef<Value>&>(Current(false));
     if (objTarget.Node() != nullptr) {
         Hand(*objTarget.Node(), value, bVerify);
@@ -98,9 +112,8 @@ void CValueSource<Value>::Write(Value value, bool bVerify) {
     }
     if (m_pCopies != nullptr) {
         for (CNodeImpl* pCopy : *m_pCopies) {
-            if (bVerify && !IsWritable(pCopy->AccessMode())) {
-                Throw<AccessException>(m_objOwner.Subject() + " writes to " + std::string(pCopy->Name()) +
-                                       " too, which can't be written now");
+            if (bVerify) {
+                RequireWritable(*pCopy);
             }
             Hand(*pCopy, value, bVerify);
         }

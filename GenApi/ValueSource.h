@@ -44,6 +44,7 @@ private:
         return *m_pIndexed;
     }
     const CNumberRef<Value>& Current(bool bIgnoreCache) const;
+    void RequireWritable(CNodeImpl& objCopy) const;
     static void Hand(CNodeImpl& objNode, Value value, bool bVerify);
 
     CNodeImpl& m_objOwner;

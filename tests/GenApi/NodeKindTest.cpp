@@ -1,5 +1,7 @@
 #include <cstdint>
+#include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -54,6 +56,28 @@ TEST(Integers, WriteToAllCopies) {
     objMap.Integer("I").SetValue(9);
     EXPECT_EQ(objMap.Port.NumberAt(0) + objMap.Port.NumberAt(4) + objMap.Port.NumberAt(8), 27u);
     EXPECT_EQ(objMap.Integer("B").GetValue(), 9);
+}
+
+TEST(Integers, AreWrittenNowhereIfACopyRefuses) {
+    CTestMap objMap(Reg("A", 0) + Reg("B", 4, "<pIsLocked>Lock</pIsLocked>") + Reg("Lock", 8) +
+                    "<Integer Name='I'><pValue>A</pValue><pValueCopy>B</pValueCopy></Integer>");
+    objMap.Integer("Lock").SetValue(1);
+    EXPECT_THROW(objMap.Integer("I").SetValue(9), AccessException);
+    EXPECT_EQ(objMap.Port.NumberAt(0), 0U);
+}
+
+TEST(Integers, CountIncrementsFromTheMinimumOfTheDescription) {
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
+    CTestMap objMap("<Integer Name='I'><Value>2</Value><Min>2</Min><Inc>4</Inc></Integer>");
+    IInteger& objInteger = objMap.Integer("I");
+    const std::pair<std::int64_t, std::int64_t> tblMin[] = {{0, 2}, {2, 2}, {3, 6}, {6, 6}, {kLargest, kLargest}};
+    for (const auto& [nImposed, nMin] : tblMin) {
+        objInteger.ImposeMin(nImposed);
+        EXPECT_EQ(objInteger.GetMin(), nMin);
+    }
+    objInteger.ImposeMin(5);
+    EXPECT_THROW(objInteger.SetValue(9), OutOfRangeException);
+    EXPECT_NO_THROW(objInteger.SetValue(10));
 }
 
 TEST(Integers, TakeTheValueThatTheIndexNames) {
