@@ -99,7 +99,13 @@ void CFeatureFile::Save(std::ostream& stream, std::vector<std::string>* pError) 
         AppendTexts(vecBagError, pError);
         std::ostringstream streamBag;
         streamBag << objBag;
-        Write(stream, streamBag.view());
+        std::vector<std::string> vecLeftOut;
+        Write(stream, WithoutFrames(streamBag.view(), vecLeftOut));
+        for (const std::string& strName : vecLeftOut) {
+            if (pError != nullptr) {
+                pError->push_back(strName + ": Its value has a \"</\", which begins a section in a feature file");
+            }
+        }
     }
 }
 

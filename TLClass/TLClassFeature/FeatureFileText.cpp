@@ -24,6 +24,22 @@ std::string MakeFeatureFrameLine(std::string_view strTitle) {
     return strLine += '\n';
 }
 
+std::string WithoutFrames(std::string_view strSection, std::vector<std::string>& vecLeftOut) {
+    std::string strKept;
+    strKept.reserve(strSection.size());
+    while (!strSection.empty()) {
+        const std::string_view strLine =
+            strSection.substr(0, std::min(strSection.find('\n'), strSection.size() - 1) + 1);
+        if (strLine.find(kFrameBegin) == std::string_view::npos) {
+            strKept.append(strLine);
+        } else {
+            vecLeftOut.emplace_back(strLine.substr(0, strLine.find('\t')));
+        }
+        strSection.remove_prefix(strLine.size());
+    }
+    return strKept;
+}
+
 std::vector<std::string_view> SplitFeatureSections(std::string_view strText) {
     std::vector<std::string_view> vecPiece;
     for (std::size_t nPosition = 0;;) {

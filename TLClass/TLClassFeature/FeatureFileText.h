@@ -10,6 +10,10 @@
 /// The frame line before a section, with the empty line before it.
 std::string MakeFeatureFrameLine(std::string_view strTitle);
 
+/// A section's lines without those that hold what begins a frame: a reader would end the section there.
+/// @param vecLeftOut  gets what stands before the tab in each such line
+std::string WithoutFrames(std::string_view strSection, std::vector<std::string>& vecLeftOut);
+
 /// Cuts a text at its frames: the header, then what each frame is followed by. Blanks and line ends before a piece are
 /// dropped, and a piece that would be empty with them. The pieces are views of the text.
 /// @throws std::runtime_error  "Failed to parse the %dth line": a frame has no end; the line is that of its start

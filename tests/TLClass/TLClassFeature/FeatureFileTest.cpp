@@ -91,6 +91,21 @@ TEST_F(FeatureFile, IsReadBackAsItWasWritten) {
     EXPECT_EQ(objStream.Port.NumberAt(4), 31U);
 }
 
+TEST_F(FeatureFile, LeavesAndTellsAValueThatWouldEndItsSection) {
+    CTestMap objRemote(
+        "<String Name='DeviceModelName'><Value>Camera 1</Value></String>"
+        "<String Name='DeviceUserID'><Streamable>Yes</Streamable><Value>a&lt;/b&gt;</Value></String>"
+        "<Integer Name='Width'><Streamable>Yes</Streamable><Value>5</Value></Integer>");
+    std::stringstream stream;
+    std::vector<std::string> vecError;
+    CFeatureFile objFile(&objRemote.Map, &Local.Map, &Stream.Map);
+    objFile.Save(stream, &vecError);
+    EXPECT_THAT(vecError, ElementsAre(HasSubstr("DeviceUserID")));
+    objRemote.Integer("Width").SetValue(6);
+    EXPECT_THAT(objFile.Load(stream, true), IsEmpty());
+    EXPECT_EQ(objRemote.Integer("Width").GetValue(), 5);
+}
+
 TEST_F(FeatureFile, RefusesATextBeforeAnythingIsApplied) {
     const std::string strGood = Saved();
     const auto With = [&](const char* pFrom, const char* pTo) { return Replaced(strGood, pFrom, pTo); };
