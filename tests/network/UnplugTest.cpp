@@ -36,7 +36,7 @@ constexpr int kMoments = 4;  // in each state
 constexpr int kUsers = kUnplugs * kMoments;
 
 constexpr auto kHeartbeatTimeout = 3s;  // of a camera that nobody told another
-constexpr auto kSlack = 1s;             // for a busy machine
+constexpr auto kSlack = 2s;             // for a busy machine
 constexpr std::uint32_t kLongEnoughMs = 10'000;
 
 /// How often somebody was told that the camera has gone.
