@@ -25,6 +25,7 @@ namespace {
 using namespace GenApi_3_0;
 
 constexpr std::size_t kDeepest = 32;        // categories in categories
+constexpr std::size_t kMostLines = 50'000;  // categories that share categories are more ways than anybody can walk
 constexpr std::size_t kLongestValue = 256;  // bytes; registers may hold megabytes
 
 bool IsReadable(const IBase& objNode) {
@@ -139,9 +140,10 @@ public:
 private:
     void Append(std::vector<FEATURE>& vecFeature, INode& objNode) {
         const EAccessMode eAccess = objNode.GetAccessMode();
-        if (eAccess == NI || objNode.GetVisibility() > m_eMost) {
+        if (eAccess == NI || objNode.GetVisibility() > m_eMost || m_nLines == kMostLines) {
             return;
         }
+        ++m_nLines;
         if (auto* pCategory = node_cast<ICategory>(&objNode)) {
             FEATURE objCategory = ReadCategory(objNode, *pCategory);
             if (!objCategory.vecFeature.empty()) {
@@ -153,6 +155,7 @@ private:
     }
 
     EVisibility m_eMost;
+    std::size_t m_nLines = 0;
     std::set<const INode*> m_setInside;
 };
 

@@ -30,7 +30,8 @@ std::string DescribeLimits(GenApi_3_0::INode& objNode);
 FEATURE ReadFeature(GenApi_3_0::INode& objNode);
 
 /// Reads the categories from `Root` down with the values of their features. What isn't implemented is left out, as are
-/// categories with nothing in them. A category that contains itself, or lies deeper than any sane one, ends there.
+/// categories with nothing in them. A category that contains itself, or lies deeper than any sane one, ends there, and
+/// so does a tree of more lines than any camera has features.
 /// @param bAll  also what is meant for gurus and for nobody
 /// @throws CTimeoutError, CDeviceOfflineError  the camera has gone; one that refuses a feature leaves it without value
 /// @return the category Root; empty if there is none

@@ -10,8 +10,7 @@ std::string Count(std::uint64_t nCount, const char* pOf) {
 std::string WhatToCheck(const STREAM_LOSSES& objLosses) {
     if (objLosses.nDropped > 0) {
         return "The receive buffer was full: \"norvikctl doctor\" tells how to enlarge it. Or give this program more "
-               "of "
-               "the processor";
+               "of the processor";
     }
     if (objLosses.nMissing > 0 && objLosses.nRequests > 0 && objLosses.nResent == 0) {
         return "The camera sends no packet again, so each that is lost costs a frame. Look at cable, switch and "
