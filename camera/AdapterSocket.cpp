@@ -224,6 +224,14 @@ CAdapterSocket::~CAdapterSocket() {
     close(m_nSocket);
 }
 
+void CAdapterSocket::RequirePresence() const {
+    ifreq objRequest{};
+    objRequest.ifr_ifindex = m_nIndex;
+    if (ioctl(m_nSocket, SIOCGIFNAME, &objRequest) != 0) {
+        ThrowErrno(errno, "adapter '" + m_strName + "' has gone");
+    }
+}
+
 void CAdapterSocket::RemoveAddresses() {
     const std::string strWhat = "remove the addresses of '" + m_strName + "'";
     std::vector<ADDRESS> vecAddress;

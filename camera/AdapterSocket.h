@@ -26,6 +26,9 @@ public:
     /// Bits per second in millions; 1000 where the adapter doesn't say, as virtual ones don't.
     [[nodiscard]] std::uint32_t GetLinkSpeed() const { return m_nLinkSpeed; }
 
+    /// @throws std::system_error  with the adapter's name and no_such_device: it has gone from the namespace
+    void RequirePresence() const;
+
     /// Takes every IPv4 address off the adapter. The kernel drops the routes that hang on them.
     /// @throws std::system_error
     void RemoveAddresses();

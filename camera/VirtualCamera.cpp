@@ -1,5 +1,6 @@
 #include "camera/VirtualCamera.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -32,6 +33,7 @@ namespace boot = gev::bootstrap;
 // The largest datagram that an adapter takes: what is too long is to be seen as such, not cut to what is right.
 constexpr std::size_t kReceiveBuffer = 65536;
 constexpr int kMostInARow = 64;  // datagrams before the loop looks at the time and at wishes
+constexpr std::chrono::seconds kLookInterval{1};
 
 /// @throws std::invalid_argument
 void CheckText(const std::string& strText, boot::REGISTER objRegister, const char* pName) {
@@ -178,7 +180,8 @@ public:
             TakeFaults();
             m_objNews.GiveTo(m_objEngine, std::chrono::steady_clock::now());
             m_objEngine.Advance(std::chrono::steady_clock::now());
-            m_objLoop.Wait(m_objSocket.GetDescriptor(), m_objEngine.NextTime());
+            const TIME tLook = LookAtAdapter();
+            m_objLoop.Wait(m_objSocket.GetDescriptor(), std::min(m_objEngine.NextTime().value_or(tLook), tLook));
             for (int i = 0; i < kMostInARow && !m_bStop; ++i) {
                 const auto objDatagram = m_objSocket.Receive(m_arrBuffer);
                 if (!objDatagram) {
@@ -210,6 +213,16 @@ public:
     [[nodiscard]] std::uint32_t GetAddress() const { return m_objAdapter.GetAddress(); }
 
 private:
+    /// A socket is told that its adapter goes down, which one that goes for good does first, and nothing after that.
+    /// @return when to look again
+    TIME LookAtAdapter() {
+        if (const TIME tNow = std::chrono::steady_clock::now(); tNow >= m_tNextLook) {
+            m_objAdapterSocket.RequirePresence();
+            m_tNextLook = tNow + kLookInterval;
+        }
+        return m_tNextLook;
+    }
+
     void TakeFaults() {
         if (!m_bNewFaults) {
             return;
@@ -230,6 +243,7 @@ private:
     gev::CMACAddress m_objMAC;
     CProtocolEngine m_objEngine;  // of the thread in Run
     std::array<std::byte, kReceiveBuffer> m_arrBuffer{};
+    TIME m_tNextLook{};  // at the adapter
 
     std::atomic<bool> m_bStop = false;
     std::atomic<bool> m_bNewFaults = false;

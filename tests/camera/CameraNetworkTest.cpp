@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <future>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -313,8 +314,17 @@ TEST_F(CameraOnNetwork, SaysWhatIsWrongWithItsAdapter) {
     EXPECT_EQ(codeOf("nothing"), ENODEV);
     EXPECT_EQ(codeOf("a-name-that-is-far-too-long"), ENODEV);
     EXPECT_EQ(codeOf("lo"), EPROTONOSUPPORT);
-    CRunningCamera objCamera(Machines->Far, Configuration("10.0.0.2/24"));
+    std::optional<CRunningCamera> objRunning(std::in_place, Machines->Far, Configuration("10.0.0.2/24"));
     EXPECT_EQ(codeOf("camera0"), EADDRINUSE);
+
+    objRunning.reset();
+    std::optional<camera::CVirtualCamera> objCamera;
+    Machines->Far.Do([&] { objCamera.emplace(Configuration("10.0.0.2/24")); });
+    std::future<void> objRun = std::async(std::launch::async, [&] { objCamera->Run(); });
+    Machines->Far.Run("ip link del camera0");
+    EXPECT_EQ(objRun.wait_for(20s), std::future_status::ready);
+    objCamera->Stop();
+    EXPECT_THROW(objRun.get(), std::system_error);
 }
 
 }  // namespace
