@@ -127,6 +127,7 @@ void CImageStream::TakeOrders() {
     std::optional<STREAM_SETTINGS> objTestPacket;
     std::size_t nResends = 0;
     bool bElsewhere = false;
+    bool bNowhere = false;
     {
         const std::scoped_lock lock(m_mtxOrders);
         ORDERS& objOrders = m_objOrders;
@@ -138,6 +139,7 @@ void CImageStream::TakeOrders() {
             m_objNext.reset();
             m_objBlocks.Clear();
             m_objFaulty.Drop();
+            bNowhere = true;
         }
         if (objOrders.Stop) {
             m_bStopped = true;
@@ -171,7 +173,10 @@ void CImageStream::TakeOrders() {
     if (objFaults) {
         m_objFaulty.SetFaults(*objFaults);
     }
-    if (bElsewhere) {
+    if (bNowhere) {
+        // Or what is asked for again before the next start would go where the last images went.
+        m_objOutlet.SetDestination({}, false);
+    } else if (bElsewhere) {
         m_objOutlet.SetDestination(m_objSettings.Channel, m_objSettings.DoNotFragment);
     }
     if (objTestPacket) {

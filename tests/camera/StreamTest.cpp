@@ -31,8 +31,14 @@ struct PACKET {
 class CCatcher : public camera::IPacketOutlet, public camera::IStreamNews {
 public:
     [[nodiscard]] std::uint16_t GetPort() const override { return 1; }
-    void SetDestination(const camera::CHANNEL& /*objChannel*/, bool /*bDoNotFragment*/) override {}
+    void SetDestination(const camera::CHANNEL& objChannel, bool /*bDoNotFragment*/) override {
+        m_bLeadsAnywhere = objChannel.LeadsAnywhere();
+    }
     void Send(std::span<const camera::STREAM_PACKET> arrPacket) override {
+        if (!m_bLeadsAnywhere) {
+            Note("nowhere");
+            return;
+        }
         const std::scoped_lock lock(m_mtx);
         for (const camera::STREAM_PACKET& objPacket : arrPacket) {
             std::vector<std::byte> vecPacket(objPacket.Header.begin(), objPacket.Header.end());
@@ -83,7 +89,8 @@ private:
         m_cv.notify_all();
     }
 
-    std::mutex m_mtx;  // guards what follows
+    bool m_bLeadsAnywhere = false;  // of the stream's thread
+    std::mutex m_mtx;               // guards what follows
     std::vector<PACKET> m_vecPacket;
     std::string m_strNotes;
     std::condition_variable m_cv;
@@ -205,6 +212,9 @@ TEST_F(Stream, PacketsAreSentAgainWhileTheyAreThereAndRefusedByStatusElse) {
         Catcher.AwaitNote("event1/1203 ");
         EXPECT_EQ(Ask(1203, 0, 4, 1), "4:32784 ") << "still exposed";
         Settings.Frame = objFrame;
+        Sender->Close();
+        Sender->Resend({0, 1, 0, 0, bExtendedIDs});
+        Catcher.AwaitNote("nowhere ");
     }
 }
 
