@@ -136,20 +136,34 @@ void TakeState(const std::string& strPath, camera::CAMERA_CONFIGURATION& objConf
     };
 }
 
+/// Lets a signal stop the camera, for the length of its life: what ends the program ends it in order, so that the
+/// adapter doesn't keep the camera's address.
+class CStopBySignal {
+public:
+    explicit CStopBySignal(camera::CVirtualCamera& objCamera) {
+        g_pCamera = &objCamera;
+        // A terminal that closes, and a reader of the output that goes, mean the end as well.
+        for (const int nSignal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+            // What nohup ignores stays so. A script's "&" ignores Ctrl-C, which is to end its camera nevertheless.
+            if (std::signal(nSignal, OnSignal) == SIG_IGN && nSignal == SIGHUP) {
+                std::signal(nSignal, SIG_IGN);
+            }
+        }
+    }
+    ~CStopBySignal() { g_pCamera = nullptr; }
+    CStopBySignal(const CStopBySignal&) = delete;
+    CStopBySignal& operator=(const CStopBySignal&) = delete;
+};
+
 void RunCamera(const camera::CAMERA_CONFIGURATION& objConfiguration) {
     camera::CVirtualCamera objCamera(objConfiguration);
-    g_pCamera = &objCamera;
-    std::signal(SIGINT, OnSignal);
-    std::signal(SIGTERM, OnSignal);
+    const CStopBySignal objStop(objCamera);
     const std::string strMAC(gev::FormatMAC(objCamera.GetMAC()).GetText());
     const std::string strAddress(gev::FormatIPv4(objCamera.GetAddress()).GetText());
     std::printf("ready: %s on %s, address %s\n", strMAC.c_str(), objConfiguration.Interface.c_str(),
                 strAddress.c_str());
     std::fflush(stdout);
     objCamera.Run();
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
-    g_pCamera = nullptr;
 }
 
 std::string Advise(const std::system_error& objError) {
