@@ -133,8 +133,10 @@ EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, const RECOVER_OPTI
                      << std::chrono::ceil<std::chrono::seconds>(objOptions.nWait).count() << " s.\n";
     CCameraTree objTree;
     do {
-        const auto nEndOfLook = std::min(std::chrono::steady_clock::now() + kLookTime, nEnd);
-        objTree.Update(std::chrono::ceil<std::chrono::milliseconds>(nEndOfLook - std::chrono::steady_clock::now()));
+        const auto nNow = std::chrono::steady_clock::now();
+        // Bringing the producers up may have taken longer than there was.
+        const auto nEndOfLook = std::clamp(nEnd, nNow, nNow + kLookTime);
+        objTree.Update(std::chrono::ceil<std::chrono::milliseconds>(nEndOfLook - nNow));
         const std::optional<CAMERA> objFound = Find(objTree.GetCameras(), nMAC, nAddress);
         objLast = objFound ? objFound : objLast;
         if (objFound && objFound->nAddress == nAddress) {
