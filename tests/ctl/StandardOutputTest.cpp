@@ -1,3 +1,5 @@
+#include <array>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -44,6 +46,32 @@ TEST(StandardOutput, KeepsApartWhatTheLibraryPrints) {
     EXPECT_EQ(nStatus, 0);
     EXPECT_EQ(ContentOf(strOut), "{}\nas before\n");
     EXPECT_EQ(ContentOf(strErr), "Unable to uncompress ZIP file\n");
+}
+
+/// A process whose output nobody reads, and which was given no standard error.
+TEST(StandardOutput, EndsTheProgramOnlyBehindItselfWhenItsReaderHasGone) {
+    const CTemporaryDirectory objDirectory;
+    const std::string strBehind = objDirectory.Path("behind");
+    std::array<int, 2> arrPipe{};
+    ASSERT_EQ(pipe(arrPipe.data()), 0);
+    const pid_t nChild = fork();
+    if (nChild == 0) {
+        dup2(arrPipe[1], STDOUT_FILENO);
+        close(arrPipe[0]);
+        close(STDERR_FILENO);
+        {
+            CStandardOutput objOutput;
+            objOutput.GetStream() << "lost" << std::flush;
+            std::ofstream(strBehind) << (objOutput.GetStream() ? "good" : "bad");
+        }
+        std::_Exit(0);
+    }
+    close(arrPipe[0]);
+    close(arrPipe[1]);
+    int nStatus = -1;
+    ASSERT_EQ(waitpid(nChild, &nStatus, 0), nChild);
+    EXPECT_TRUE(WIFSIGNALED(nStatus) && WTERMSIG(nStatus) == SIGPIPE) << nStatus;
+    EXPECT_EQ(ContentOf(strBehind), "good");
 }
 
 TEST(StandardOutput, TellsOfAFullDisk) {
