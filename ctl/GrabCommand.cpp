@@ -1,6 +1,7 @@
 #include "ctl/GrabCommand.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <ostream>
 
@@ -10,7 +11,6 @@
 #include "ctl/ErrorText.h"
 #include "ctl/FrameStatistics.h"
 #include "ctl/FrameStream.h"
-#include "ctl/Interrupt.h"
 #include "ctl/Json.h"
 #include "ctl/OpenCamera.h"
 #include "ctl/ProgressLine.h"
@@ -31,11 +31,10 @@ struct GRAB_RESULT {
 };
 
 /// Takes frames until there are enough, none comes any more, or the user has had enough.
-GRAB_RESULT TakeFrames(CFrameStream& objStream, CFrameWriter& objWriter, const GRAB_OPTIONS& objOptions,
-                       const COMMAND_OUTPUT& objOutput) {
+GRAB_RESULT TakeFrames(CFrameStream& objStream, CFrameWriter& objWriter, CInterrupt& objInterrupt,
+                       const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
     GRAB_RESULT objResult;
     CFrameStatistics& objStatistics = objResult.objStatistics;
-    const CInterrupt objInterrupt;
     CProgressLine objProgress(objOutput.objErr, objOutput.bErrIsTerminal);
     auto nLastComplete = std::chrono::steady_clock::now();
     while (objStatistics.GetComplete() < objOptions.nFrames) {
@@ -51,6 +50,7 @@ GRAB_RESULT TakeFrames(CFrameStream& objStream, CFrameWriter& objWriter, const G
         });
         objProgress.Show(objStatistics.GetComplete(), objOptions.nFrames, objStatistics.GetText());
         if (objInterrupt.IsAsked()) {
+            objInterrupt.Answer();
             objResult.strEnd = "Interrupted";
             break;
         }
@@ -124,17 +124,19 @@ void Report(const GRAB_RESULT& objResult, const GRAB_OPTIONS& objOptions, const 
 }  // namespace
 
 EXIT_CODE RunGrab(const GRAB_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
-    std::optional<CFrameWriter> objWriter;  // goes on writing when the camera is closed
+    std::shared_ptr<CInterrupt> pInterrupt;  // or the end would come in the middle of a file
+    std::optional<CFrameWriter> objWriter;   // goes on writing when the camera is closed
     GRAB_RESULT objResult;
     {
         const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
         if (objOptions.eFile == FRAME_FILE::Png) {
             CheckPixelFormat(*objCamera.GetDevice()->GetRemoteFeatureControl());
         }
+        pInterrupt = objCamera.GetInterrupt();
         objOutput.objErr << "Grabbing from " << Printable(objCamera.GetCamera().strID) << ".\n";
         objWriter.emplace(objOptions.strFolder, objOptions.eFile);
         CFrameStream objStream(objCamera);
-        objResult = TakeFrames(objStream, *objWriter, objOptions, objOutput);
+        objResult = TakeFrames(objStream, *objWriter, *pInterrupt, objOptions, objOutput);
         objResult.objLosses = objStream.ReadLosses();
         if (objResult.bTimedOut && objResult.objStatistics.GetIncomplete() == 0) {
             objResult.strEnd += WhyNoFrames(*objCamera.GetDevice()->GetRemoteFeatureControl());

@@ -1,13 +1,13 @@
 #include "ctl/Interrupt.h"
 
-#include <csignal>
+#include <cstddef>
 
 namespace {
 
-volatile std::sig_atomic_t g_bAsked = 0;
+volatile std::sig_atomic_t g_nAsked = 0;  // the signal, 0 for none
 
 extern "C" void OnInterrupt(int nSignal) {
-    g_bAsked = 1;
+    g_nAsked = nSignal;
     std::signal(nSignal, SIG_DFL);
 }
 
@@ -23,16 +23,25 @@ auto Catch(int nSignal) {
 }  // namespace
 
 CInterrupt::CInterrupt() {
-    g_bAsked = 0;
-    m_fnInterrupt = Catch(SIGINT);
-    m_fnTerminate = Catch(SIGTERM);
+    g_nAsked = 0;
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        m_arrBefore[i] = Catch(kSignals[i]);
+    }
 }
 
 CInterrupt::~CInterrupt() {
-    std::signal(SIGINT, m_fnInterrupt);
-    std::signal(SIGTERM, m_fnTerminate);
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        std::signal(kSignals[i], m_arrBefore[i]);
+    }
+    if (IsAsked()) {
+        std::raise(g_nAsked);
+    }
 }
 
 bool CInterrupt::IsAsked() const {
-    return g_bAsked != 0;
+    return g_nAsked != 0;
+}
+
+void CInterrupt::Answer() {
+    g_nAsked = 0;
 }

@@ -37,6 +37,9 @@ std::string WhatToTry(const CAMERA& objCamera, const std::exception& objExceptio
 COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccessMode) {
     Search(objOptions);
     m_objCamera = SelectCamera(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter);
+    if (nAccessMode != DEVICE_ACCESS_READONLY) {
+        m_pInterrupt = std::make_shared<CInterrupt>();
+    }
     try {
         GetDevice()->DoOpenDevice(nAccessMode);
     } catch (const std::exception& objException) {
@@ -44,6 +47,9 @@ COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccess
             ExitCodeOf(objException),
             Printable(m_objCamera.strID + " on " + m_objCamera.objAdapter.strName +
                       ": it can't be opened: " + ErrorText(objException) + WhatToTry(m_objCamera, objException)));
+    }
+    if (m_pInterrupt && m_pInterrupt->IsAsked()) {
+        throw CCommandError(EXIT_CODE::Failure, "interrupted");
     }
 }
 

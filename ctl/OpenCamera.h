@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include <boost/shared_ptr.hpp>
 
 #include "ctl/CameraOptions.h"
 #include "ctl/CameraTree.h"
+#include "ctl/Interrupt.h"
 
 class IDataStream;
 
@@ -15,7 +17,8 @@ class INode;
 class INodeMap;
 }  // namespace GenApi_3_0
 
-/// The one camera of a command: found, opened, and closed again with the end of the object.
+/// The one camera of a command: found, opened, and closed again with the end of the object. While a camera is
+/// controlled Ctrl-C is held back, or other programs would find it in use until it misses its heartbeat.
 class COpenCamera {
 public:
     /// @param nAccessMode  one of DEVICE_ACCESS_FLAGS_LIST
@@ -24,6 +27,8 @@ public:
 
     const CAMERA& GetCamera() const { return m_objCamera; }
     const boost::shared_ptr<IDevice>& GetDevice() const { return m_objCamera.pDevice; }
+    /// What holds back Ctrl-C; it may be kept longer than the camera. Empty if the camera isn't controlled.
+    const std::shared_ptr<CInterrupt>& GetInterrupt() const { return m_pInterrupt; }
 
     /// The camera's own node map.
     GenApi_3_0::INodeMap& GetNodeMap() const;
@@ -36,6 +41,7 @@ public:
 private:
     void Search(const CAMERA_OPTIONS& objOptions);
 
-    CCameraTree m_objTree;  // closes the camera
+    std::shared_ptr<CInterrupt> m_pInterrupt;  // goes behind the tree
+    CCameraTree m_objTree;                     // closes the camera
     CAMERA m_objCamera;
 };

@@ -1,9 +1,11 @@
 // Whole commands, from the command line to what they print and leave in files, on the producer double.
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -137,6 +139,39 @@ TEST_F(Program, ReadsAndWritesFeatures) {
     EXPECT_EQ(Run({"features", "left"}), EXIT_CODE::Failure);
     EXPECT_THAT(m_strErr, HasSubstr("a description of its features that is damaged"));
     EXPECT_THAT(m_objTree.Double().OpenModules(), IsEmpty());
+}
+
+ProducerDouble::IProducerControl* g_pProducer = nullptr;
+std::string g_strSeen;
+
+extern "C" void OnCtrlC(int /*nSignal*/) {
+    g_strSeen += g_pProducer->OpenModules().empty() ? "free " : "held ";
+}
+
+/// A terminal whose user presses Ctrl-C as soon as something comes out.
+class CPressingTerminal : public std::streambuf {
+    int_type overflow(int_type nCharacter) override {
+        if (g_strSeen.empty()) {
+            std::raise(SIGINT);
+            g_strSeen += "printed ";
+        }
+        return traits_type::not_eof(nCharacter);
+    }
+    std::streamsize xsputn(const char* /*pText*/, std::streamsize nCount) override {
+        overflow(0);
+        return nCount;
+    }
+};
+
+TEST_F(Program, LetsGoOfTheCameraBeforeItEndsByCtrlC) {
+    g_pProducer = &m_objTree.Double();
+    CPressingTerminal objTerminal;
+    std::ostream objOut(&objTerminal);
+    std::ostringstream objErr;
+    const auto fnBefore = std::signal(SIGINT, OnCtrlC);
+    EXPECT_EQ(RunProgram({"features", "left", "set", "Width", "32"}, {objOut, objErr}), EXIT_CODE::Success);
+    std::signal(SIGINT, fnBefore);
+    EXPECT_EQ(g_strSeen, "printed free ");
 }
 
 TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
