@@ -1,8 +1,10 @@
 #include "ctl/CameraTree.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <thread>
 
 #include <boost/pointer_cast.hpp>
 
@@ -25,6 +27,8 @@ namespace {
 
 // Between the starts of two adapters.
 constexpr std::uint64_t kUpdateDelayMs = 1;
+
+constexpr std::chrono::milliseconds kLongestLook{1000};
 
 std::optional<std::uint32_t> AddressOf(std::int64_t nValue, std::uint8_t nValid) {
     return nValid != 0 ? std::optional(static_cast<std::uint32_t>(nValue)) : std::nullopt;
@@ -112,6 +116,25 @@ CCameraTree::~CCameraTree() {
     } catch (const std::exception& objException) {
         CLog::GetInstance()->Write(ErrorText(objException));
     }
+}
+
+void CCameraTree::Look(std::chrono::milliseconds nTime, const std::function<bool()>& fnIsEnough) {
+    // All are of one length: a short last one would lose cameras that take their time to answer.
+    const std::chrono::milliseconds nLook = std::min(nTime, kLongestLook);
+    auto tNext = std::chrono::steady_clock::now();
+    const auto tEnd = tNext + nTime;
+    for (auto nLeft = nTime;; nLeft -= nLook) {
+        Update(nLook);
+        if (fnIsEnough() || nLeft <= nLook || std::chrono::steady_clock::now() >= tEnd) {
+            return;
+        }
+        tNext += nLook;
+        std::this_thread::sleep_until(tNext);  // a producer without an adapter doesn't wait
+    }
+}
+
+void CCameraTree::Look(std::chrono::milliseconds nTime) {
+    Look(nTime, [] { return false; });
 }
 
 void CCameraTree::Update(std::chrono::milliseconds nTimeout) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <vector>
 
 #include "ctl/Camera.h"
@@ -18,10 +19,17 @@ public:
     CCameraTree(const CCameraTree&) = delete;
     CCameraTree& operator=(const CCameraTree&) = delete;
 
-    /// Lets every adapter look for cameras, by the limited broadcast.
-    void Update(std::chrono::milliseconds nTimeout);
+    /// Lets every adapter look for cameras, by the limited broadcast, until the function is content with what there is
+    /// or the time is over. It is called after each look; these last a second at most, as a producer may listen no
+    /// longer however long it is told to.
+    void Look(std::chrono::milliseconds nTime, const std::function<bool()>& fnIsEnough);
+    /// Looks for the whole time.
+    void Look(std::chrono::milliseconds nTime);
 
-    /// As of the last update.
+    /// As of the last look.
     std::vector<ADAPTER> GetAdapters() const;
     std::vector<CAMERA> GetCameras() const;
+
+private:
+    static void Update(std::chrono::milliseconds nTimeout);
 };

@@ -27,7 +27,7 @@ void TellThatNoneAnswered(std::ostream& objErr, const std::vector<ADAPTER>& vecA
 
 EXIT_CODE RunList(const LIST_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
     CCameraTree objTree;
-    objTree.Update(objOptions.nSearchTime);
+    objTree.Look(objOptions.nSearchTime);
     std::vector<CAMERA> vecCamera = objTree.GetCameras();
     std::vector<ADAPTER> vecAdapter = objTree.GetAdapters();
     const std::string strAll = NamesOf(vecAdapter);

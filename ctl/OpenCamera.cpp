@@ -56,10 +56,13 @@ COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccess
 /// Most cameras answer within milliseconds. One that is named beyond doubt is taken as soon as that, the others wait
 /// until every camera has had its time.
 void COpenCamera::Search(const CAMERA_OPTIONS& objOptions) {
+    const auto isFound = [&] {
+        return IsSurelyFound(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter);
+    };
     const std::chrono::milliseconds nFirst = objOptions.nSearchTime / 10;
-    m_objTree.Update(nFirst);
-    if (!IsSurelyFound(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter)) {
-        m_objTree.Update(objOptions.nSearchTime - nFirst);
+    m_objTree.Look(nFirst, isFound);
+    if (!isFound()) {
+        m_objTree.Look(objOptions.nSearchTime - nFirst, isFound);
     }
 }
 

@@ -1,12 +1,12 @@
 #include "ctl/RecoverCommand.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <iterator>
 #include <optional>
 #include <ostream>
 #include <span>
-#include <thread>
 #include <vector>
 
 #include <QByteArray>
@@ -24,9 +24,6 @@
 #include "support/Address.h"
 
 namespace {
-
-// One look for the camera; looks follow each other until the time is over.
-constexpr std::chrono::milliseconds kLookTime{1000};
 
 std::uint64_t MACOf(const RECOVER_OPTIONS& objOptions) {
     const std::optional<std::uint64_t> nMAC = ParseMAC(objOptions.strMAC);
@@ -125,34 +122,36 @@ std::optional<CAMERA> Find(const std::vector<CAMERA>& vecCamera, std::uint64_t n
     return objFound;
 }
 
+/// Why a camera may have kept its address. Who controls it shows only where it can be reached.
+const char* WhyElsewhere(const CAMERA& objCamera) {
+    const std::string strState = GetStateText(objCamera);
+    const bool bHeld = strState == "read only" || strState == "no access" || strState == "in use";
+    return bHeld ? ": another program controls it. Close that one and try again"
+                 : ": its firmware may not know the recovery command";
+}
+
 /// @param objLast  becomes where the camera was when it last answered
 EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, const RECOVER_OPTIONS& objOptions,
                   std::optional<CAMERA>& objLast, const COMMAND_OUTPUT& objOutput) {
-    const auto nEnd = std::chrono::steady_clock::now() + objOptions.nWait;
     objOutput.objErr << "Looking for the camera, for up to "
                      << std::chrono::ceil<std::chrono::seconds>(objOptions.nWait).count() << " s.\n";
     CCameraTree objTree;
-    do {
-        const auto nNow = std::chrono::steady_clock::now();
-        // Bringing the producers up may have taken longer than there was.
-        const auto nEndOfLook = std::clamp(nEnd, nNow, nNow + kLookTime);
-        objTree.Update(std::chrono::ceil<std::chrono::milliseconds>(nEndOfLook - nNow));
+    const auto isThere = [&] { return objLast && objLast->nAddress == nAddress; };
+    objTree.Look(objOptions.nWait, [&] {
         const std::optional<CAMERA> objFound = Find(objTree.GetCameras(), nMAC, nAddress);
         objLast = objFound ? objFound : objLast;
-        if (objFound && objFound->nAddress == nAddress) {
-            if (!objOptions.bJson) {
-                objOutput.objOut << Printable(objFound->strID) << " is at " << IPToString(nAddress) << " on "
-                                 << Printable(objFound->objAdapter.strName) << " (" << GetStateText(*objFound) << ")\n";
-            }
-            return EXIT_CODE::Success;
+        return isThere();
+    });
+    if (isThere()) {
+        if (!objOptions.bJson) {
+            objOutput.objOut << Printable(objLast->strID) << " is at " << IPToString(nAddress) << " on "
+                             << Printable(objLast->objAdapter.strName) << " (" << GetStateText(*objLast) << ")\n";
         }
-        std::this_thread::sleep_until(nEndOfLook);  // a producer without an adapter doesn't wait
-    } while (std::chrono::steady_clock::now() < nEnd);
-
+        return EXIT_CODE::Success;
+    }
     if (objLast && objLast->nAddress) {
         objOutput.objErr << "The camera answers, but at " << IPToString(*objLast->nAddress) << " on "
-                         << Printable(objLast->objAdapter.strName)
-                         << ": its firmware may not know the recovery command.\n";
+                         << Printable(objLast->objAdapter.strName) << WhyElsewhere(*objLast) << ".\n";
     } else {
         objOutput.objErr << "No camera with the MAC " << MACToString(nMAC)
                          << " answered. Is the MAC right, the camera on? \"norvikctl doctor\" looks for what may "

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <streambuf>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <sys/stat.h>
@@ -108,6 +109,16 @@ TEST_F(Program, ListsCamerasForPeopleAndForScripts) {
     EXPECT_THAT(m_strOut, IsEmpty());
     EXPECT_THAT(m_strErr, HasSubstr("No camera answered"));
     EXPECT_THAT(m_objTree.Double().OpenModules(), IsEmpty());
+}
+
+TEST_F(Program, LooksAsLongAsItIsToldThoughAProducerLooksShorter) {
+    m_objTree.Double().Unplug("cam-1");
+    std::thread objUser([this] {
+        EXPECT_TRUE(m_objTree.Double().WaitForCalls("IFUpdateDeviceList", 2));
+        m_objTree.Double().Plug("cam-1");
+    });
+    EXPECT_EQ(Run({"features", kSerial, "get", "Width", "--search", "1200"}), EXIT_CODE::Success) << m_strErr;
+    objUser.join();
 }
 
 TEST_F(Program, ReadsAndWritesFeatures) {
