@@ -27,6 +27,7 @@ using namespace GenApi_3_0;
 constexpr std::size_t kDeepest = 32;        // categories in categories
 constexpr std::size_t kMostLines = 50'000;  // categories that share categories are more ways than anybody can walk
 constexpr std::size_t kLongestValue = 256;  // bytes; registers may hold megabytes
+constexpr std::size_t kLongestLimits = 4096;
 
 bool IsReadable(const IBase& objNode) {
     return objNode.GetAccessMode() == RO || objNode.GetAccessMode() == RW;
@@ -96,6 +97,9 @@ std::string LimitsOf(IEnumeration& objEnumeration) {
     objEnumeration.GetSymbolics(vecSymbolic);
     std::string strLimits;
     for (const gcstring& strSymbolic : vecSymbolic) {
+        if (strLimits.size() > kLongestLimits) {
+            return strLimits + ", ...";
+        }
         strLimits += (strLimits.empty() ? "" : ", ") + strSymbolic.str();
     }
     return strLimits;
