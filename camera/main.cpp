@@ -22,7 +22,9 @@ namespace {
 
 std::atomic<camera::CVirtualCamera*> g_pCamera = nullptr;  // for the signal handler
 
-void OnSignal(int /*nSignal*/) {
+void OnSignal(int nSignal) {
+    // A second one ends the program at once: it may be waiting for somebody who doesn't read its output any further.
+    std::signal(nSignal, nSignal == SIGPIPE ? SIG_IGN : SIG_DFL);
     if (camera::CVirtualCamera* const pCamera = g_pCamera; pCamera != nullptr) {
         pCamera->Stop();
     }
