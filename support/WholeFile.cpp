@@ -1,6 +1,7 @@
 #include "support/WholeFile.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -40,25 +41,32 @@ private:
     int m_nDescriptor;
 };
 
-std::string PartOf(const std::string& strPath) {
-    return strPath + ".part";
+/// A name beside a file's that no other writer has.
+std::string MakePartName(const std::string& strPath) {
+    static std::atomic<unsigned> s_nPart{0};
+    return strPath + ".part-" + std::to_string(getpid()) + '-' + std::to_string(++s_nPart);
 }
 
-/// Whatever lies under the other name, be it a link to somewhere else, is left from a writer that ended before its
-/// time.
-int OpenPart(const std::string& strPath) {
+/// @param strPart  becomes its name
+int OpenPart(const std::string& strPath, std::string& strPart) {
     struct stat objStatus {};
     if (stat(strPath.c_str(), &objStatus) == 0 && !S_ISREG(objStatus.st_mode)) {
         throw std::runtime_error("it is no regular file, so it isn't replaced");
     }
-    unlink(PartOf(strPath).c_str());
-    constexpr mode_t kForAllThatTheUserLets = 0666;
-    const int nDescriptor =
-        open(PartOf(strPath).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForAllThatTheUserLets);
-    if (nDescriptor < 0) {
-        Fail(kUnwritable, errno);
+    // What has the name already is left from a process of this number that ended before its time.
+    constexpr int kMostTries = 100;
+    for (int i = 0; i < kMostTries; ++i) {
+        constexpr mode_t kForAllThatTheUserLets = 0666;
+        strPart = MakePartName(strPath);
+        const int nDescriptor = open(strPart.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kForAllThatTheUserLets);
+        if (nDescriptor >= 0) {
+            return nDescriptor;
+        }
+        if (errno != EEXIST) {
+            break;
+        }
     }
-    return nDescriptor;
+    Fail(kUnwritable, errno);
 }
 
 /// @return 0 or the error
@@ -118,13 +126,14 @@ std::string ReadWholeFile(const std::string& strPath, std::size_t nMost) {
 }
 
 void WriteWholeFile(const std::string& strPath, std::string_view strContent, EWholeFile eHow) {
-    CDescriptor objPart(OpenPart(strPath));
+    std::string strPart;
+    CDescriptor objPart(OpenPart(strPath, strPart));
     int nError = WritePart(objPart, strContent, eHow);
-    if (nError == 0 && rename(PartOf(strPath).c_str(), strPath.c_str()) != 0) {
+    if (nError == 0 && rename(strPart.c_str(), strPath.c_str()) != 0) {
         nError = errno;
     }
     if (nError != 0) {
-        unlink(PartOf(strPath).c_str());
+        unlink(strPart.c_str());
         Fail(kUnwritable, nError);
     }
     if (eHow == EWholeFile::Durable) {
@@ -133,6 +142,7 @@ void WriteWholeFile(const std::string& strPath, std::string_view strContent, EWh
 }
 
 void TryWholeFile(const std::string& strPath) {
-    const CDescriptor objPart(OpenPart(strPath));
-    unlink(PartOf(strPath).c_str());
+    std::string strPart;
+    const CDescriptor objPart(OpenPart(strPath, strPart));
+    unlink(strPart.c_str());
 }

@@ -18,8 +18,9 @@ enum class EWholeFile {
     Durable  ///< until the disk has it
 };
 
-/// Writes a file that appears whole or not at all: under its name with ".part" behind it first, then under its own, in
-/// place of a regular file of that name. After an error what was there is there still.
+/// Writes a file that appears whole or not at all: under its name with ".part" and numbers behind it first, then under
+/// its own, in place of a regular file of that name. After an error what was there is there still. Of several writers
+/// at once, in one process or several, the last one wins.
 /// @throws std::system_error   it can't be written
 /// @throws std::runtime_error  what has that name is no regular file
 void WriteWholeFile(const std::string& strPath, std::string_view strContent, EWholeFile eHow);
