@@ -89,8 +89,8 @@ private:
         m_cv.notify_all();
     }
 
-    bool m_bLeadsAnywhere = false;  // of the stream's thread
-    std::mutex m_mtx;               // guards what follows
+    bool m_bLeadsAnywhere = true;  // of the stream's thread
+    std::mutex m_mtx;              // guards what follows
     std::vector<PACKET> m_vecPacket;
     std::string m_strNotes;
     std::condition_variable m_cv;
