@@ -276,7 +276,7 @@ OUTCOME CControlDialogue::WriteRegister(std::uint32_t nAddress, std::uint32_t nV
     return objOutcome;
 }
 
-void CControlDialogue::End(GC_ERROR nCode, const std::string& strText) noexcept {
+void CControlDialogue::End(GC_ERROR nCode, std::string_view strText) noexcept {
     const std::lock_guard objLock(m_mtxEnd);
     if (!m_bEnded.load(std::memory_order_relaxed)) {
         m_nEndCode = nCode;

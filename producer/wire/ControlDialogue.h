@@ -7,6 +7,7 @@
 #include <mutex>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "gev/GvcpHeader.h"
 #include "producer/ProducerError.h"
@@ -77,7 +78,7 @@ public:
 
     /// Every question under way and every later one ends with this failure, those under way within some 10 ms. The
     /// first call decides.
-    void End(GC_ERROR nCode, const std::string& strText) noexcept;
+    void End(GC_ERROR nCode, std::string_view strText) noexcept;
 
     /// @return until when nothing speaks against the camera's being there: its last answer, or the end of the patience
     ///         that it asked for.

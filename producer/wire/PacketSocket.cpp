@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cerrno>
-#include <system_error>
+#include <exception>
 #include <thread>
 #include <utility>
 
@@ -87,8 +87,8 @@ CPacketSocket::~CPacketSocket() {
     // milliseconds. An update that waited for it would be that much longer, and so would every other adapter's.
     try {
         std::thread([objDescriptor = std::move(m_objDescriptor)] {}).detach();
-    } catch (const std::system_error&) {
-        // No thread is to be had: it has been closed with what the thread was to run.
+    } catch (const std::exception&) {
+        // No thread is to be had, or no memory for one: it has been closed with what the thread was to run.
     }
 }
 
