@@ -4,8 +4,8 @@
 
 namespace producer {
 
-/// @return the path of the file that this code was loaded from, as the loader was given it; empty when it can't be
-/// told.
-std::string GetLibraryPath();
+/// @return the whole path of the file that this code was loaded from, as it was when it was loaded; empty when it can't
+/// be told.
+const std::string& GetLibraryPath();
 
 }  // namespace producer

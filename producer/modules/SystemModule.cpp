@@ -19,7 +19,7 @@ constexpr const char* kModel = "ZrGVTL";
 constexpr const char* kDisplayName = "Norvik GigE Vision";
 
 std::string FileName() {
-    const std::string strPath = GetLibraryPath();
+    const std::string& strPath = GetLibraryPath();
     return strPath.substr(strPath.rfind('/') + 1);
 }
 

@@ -134,7 +134,10 @@ TEST_F(Entries, HandOutEveryInfoByTheSizeProtocol) {
             EXPECT_EQ(funAsk(nCommand, &nType, vecBuffer.data(), nullptr), GC_ERR_INVALID_PARAMETER);
         }
     }
-    size_t nSize = 0;
+    std::array<char, 4096> arrPath{};
+    size_t nSize = arrPath.size();
+    ASSERT_EQ(Lib().TLGetInfo(hTL, TL_INFO_PATHNAME, nullptr, arrPath.data(), &nSize), GC_ERR_SUCCESS);
+    EXPECT_EQ(arrPath[0], '/') << arrPath.data() << " is whole, also of a library loaded by a relative path";
     EXPECT_EQ(Lib().TLGetInfo(hTL, 999, nullptr, nullptr, &nSize), GC_ERR_NOT_AVAILABLE);
 }
 

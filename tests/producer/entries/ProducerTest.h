@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -22,7 +23,7 @@ protected:
         m_objMachine->Enter();
         Connect(*m_objMachine, "eth0", "10.1.0.1/24", *m_objFar, "far0", "");
         Connect(*m_objMachine, "eth1", "", *m_objFar, "far1", "");
-        m_objLib.emplace(PRODUCER_CTI);
+        m_objLib.emplace("./" + std::filesystem::relative(PRODUCER_CTI).string());
         ASSERT_EQ(Lib().GCInitLib(), GC_ERR_SUCCESS);
     }
 
