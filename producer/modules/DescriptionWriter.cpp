@@ -97,7 +97,7 @@ void CDescriptionWriter::Feature(const CFeature& objFeature) {
     }
     Element("pValue", objFeature.m_strName + "Reg");
     if (objFeature.m_eKind == FEATURE_KIND::Command) {
-        Element("CommandValue", "1");
+        Element("CommandValue", std::to_string(kCommandValue));
     }
     if (objFeature.m_bHasMin) {
         Element("Min", std::to_string(objFeature.m_nMin));

@@ -15,11 +15,14 @@ inline constexpr std::size_t kTextRegisterLength = 512;
 /// Bytes of every other register; its number is signed and little-endian.
 inline constexpr std::size_t kNumberRegisterLength = 8;
 
+/// What executes a command when it is written.
+inline constexpr std::int64_t kCommandValue = 1;
+
 enum class FEATURE_KIND {
     Integer,
     Text,
     Enumeration,
-    Command,   ///< executed by the write of a 1; reads 0
+    Command,   ///< executed by the write of kCommandValue; reads 0
     Duration,  ///< a float in the description, whole microseconds in its register
 };
 

@@ -78,7 +78,14 @@ CFeature& CRegisterMap::Enumeration(std::string strName, std::string strToolTip,
 CFeature& CRegisterMap::Command(std::string strName, std::string strToolTip, std::function<void()> funExecute) {
     CFeature& objFeature = Add(FEATURE_KIND::Command, std::move(strName), std::move(strToolTip));
     objFeature.m_funGet = [] { return 0; };
-    objFeature.m_funSet = [funExecute = std::move(funExecute)](CFeature::Number) { funExecute(); };
+    objFeature.m_funSet = [strName = objFeature.m_strName,
+                           funExecute = std::move(funExecute)](CFeature::Number nValue) {
+        if (nValue != kCommandValue) {
+            throw CProducerError(GC_ERR_INVALID_VALUE, strName + " is executed by a " + std::to_string(kCommandValue) +
+                                                           ", not by " + std::to_string(nValue));
+        }
+        funExecute();
+    };
     return objFeature;
 }
 

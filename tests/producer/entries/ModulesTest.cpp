@@ -70,7 +70,9 @@ TEST(RegisterMap, ReadsAnyPieceAndWritesWholeRegistersOnly) {
     CFeature::Number nValue = 0x0102030405060708;
     objMap.Integer("Number", "", [&] { return nValue; }).Set([&](CFeature::Number n) { nValue = n; });
     // 511 bytes and a zero fit; the last character takes two bytes and doesn't.
+    int nRun = 0;
     objMap.Text("Text", "", [] { return std::string(510, 'x') + "\xC3\xA4"; });
+    objMap.Command("Command", "", [&] { ++nRun; });
     objMap.Finish();
     const auto funRead = [&](std::uint64_t nAddress, std::size_t nLength) {
         std::string strBytes(nLength, '#');
@@ -84,7 +86,7 @@ TEST(RegisterMap, ReadsAnyPieceAndWritesWholeRegistersOnly) {
     EXPECT_EQ(funRead(nXml, objMap.GetDescription().size()), objMap.GetDescription());
     EXPECT_EQ(CodeOf([&] { funRead(nXml, objMap.GetDescription().size() + 1); }), GC_ERR_INVALID_ADDRESS);
     EXPECT_EQ(objMap.GetDescription().size() % 4, 0u) << "so that whole registers end with it";
-    EXPECT_EQ(CodeOf([&] { funRead(0x1008 + 512, 1); }), GC_ERR_INVALID_ADDRESS);
+    EXPECT_EQ(CodeOf([&] { funRead(0x1008 + 512 + 8, 1); }), GC_ERR_INVALID_ADDRESS);
     EXPECT_EQ(CodeOf([&] { funRead(~std::uint64_t{0}, 2); }), GC_ERR_INVALID_ADDRESS);
 
     const std::array<std::byte, 8> arrOne{std::byte{1}};
@@ -94,6 +96,9 @@ TEST(RegisterMap, ReadsAnyPieceAndWritesWholeRegistersOnly) {
     EXPECT_EQ(CodeOf([&] { objMap.Write(0x1004, std::span(arrOne).first(4)); }), GC_ERR_INVALID_PARAMETER);
     EXPECT_EQ(CodeOf([&] { objMap.Write(0x1008, arrOne); }), GC_ERR_ACCESS_DENIED);
     EXPECT_EQ(CodeOf([&] { objMap.Write(nXml, arrOne); }), GC_ERR_INVALID_ADDRESS);
+    EXPECT_EQ(CodeOf([&] { objMap.Write(0x1008 + 512, std::array<std::byte, 8>{}); }), GC_ERR_INVALID_VALUE);
+    objMap.Write(0x1008 + 512, arrOne);
+    EXPECT_EQ(nRun, 1) << "by the one, and not by the zero";
 }
 
 TEST(EventQueue, KeepsTheNewestAndAnEventThatDidntFit) {
