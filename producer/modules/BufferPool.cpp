@@ -52,6 +52,15 @@ void CBufferPool::PutIn(CStreamBuffer& objBuffer) {
     m_vecInput.push_back(&objBuffer);
 }
 
+/// What is being filled isn't taken away from the receiver's thread, but goes there instead of being put out.
+void CBufferPool::Redirect(BUFFER_PLACE eNext) {
+    for (const auto& pBuffer : m_vecBuffer) {
+        if (pBuffer->m_ePlace == BUFFER_PLACE::Filling) {
+            pBuffer->m_eNext = eNext;
+        }
+    }
+}
+
 void CBufferPool::DiscardOutput() {
     m_objEvents.Flush(EVENT_NEW_BUFFER);
     FollowOutput();
@@ -96,6 +105,10 @@ void CBufferPool::Queue(void* hBuffer) {
     const std::lock_guard objLock(m_mtxPool);
     FollowOutput();
     CStreamBuffer& objBuffer = Require(hBuffer);
+    if (objBuffer.m_ePlace == BUFFER_PLACE::Filling && objBuffer.m_eNext == BUFFER_PLACE::Unqueued) {
+        objBuffer.m_eNext = BUFFER_PLACE::Input;
+        return;
+    }
     if (objBuffer.m_ePlace != BUFFER_PLACE::Unqueued) {
         throw CProducerError(GC_ERR_RESOURCE_IN_USE, "the buffer is queued already");
     }
@@ -127,6 +140,7 @@ void CBufferPool::Flush(ACQ_QUEUE_TYPE nOperation) {
         case ACQ_QUEUE_ALL_TO_INPUT:
             DiscardOutput();
             funUnqueuedToInput();
+            Redirect(BUFFER_PLACE::Input);
             break;
         case ACQ_QUEUE_UNQUEUED_TO_INPUT:
             funUnqueuedToInput();
@@ -137,6 +151,7 @@ void CBufferPool::Flush(ACQ_QUEUE_TYPE nOperation) {
                 pBuffer->m_ePlace = BUFFER_PLACE::Unqueued;
             }
             m_vecInput.clear();
+            Redirect(BUFFER_PLACE::Unqueued);
             break;
         default:
             throw CProducerError(GC_ERR_INVALID_PARAMETER, "there is no queue operation " + std::to_string(nOperation));
@@ -202,6 +217,7 @@ BLOCK_MEMORY CBufferPool::TakeMemory() {
     CStreamBuffer* const pBuffer = m_vecInput.front();
     m_vecInput.erase(m_vecInput.begin());
     pBuffer->m_ePlace = BUFFER_PLACE::Filling;
+    pBuffer->m_eNext = BUFFER_PLACE::Output;
     m_nFramesLeft -= m_nFramesLeft == GENTL_INFINITE ? 0 : 1;
     return {pBuffer->GetMemory(), pBuffer};
 }
@@ -209,9 +225,12 @@ BLOCK_MEMORY CBufferPool::TakeMemory() {
 void CBufferPool::ReturnMemory(const BLOCK_MEMORY& objMemory) {
     const std::lock_guard objLock(m_mtxPool);
     auto* const pBuffer = static_cast<CStreamBuffer*>(objMemory.Owner);
-    pBuffer->m_ePlace = BUFFER_PLACE::Input;
-    m_vecInput.insert(m_vecInput.begin(), pBuffer);
-    --m_objCounts.Started;
+    if (pBuffer->m_eNext == BUFFER_PLACE::Unqueued) {
+        pBuffer->m_ePlace = BUFFER_PLACE::Unqueued;
+    } else {
+        pBuffer->m_ePlace = BUFFER_PLACE::Input;
+        m_vecInput.insert(m_vecInput.begin(), pBuffer);
+    }
     m_nFramesLeft += m_nFramesLeft == GENTL_INFINITE ? 0 : 1;
 }
 
@@ -220,10 +239,16 @@ void CBufferPool::DeliverBlock(const FINISHED_BLOCK& objBlock) {
     {
         const std::lock_guard objLock(m_mtxPool);
         auto* const pBuffer = static_cast<CStreamBuffer*>(objBlock.Memory.Owner);
-        pBuffer->Fill(objBlock, m_nTickFrequency);
         ++m_objCounts.Delivered;
         m_nUndelivered -= m_nUndelivered == GENTL_INFINITE ? 0 : 1;
-        pQueue = PutOut(*pBuffer);
+        if (pBuffer->m_eNext == BUFFER_PLACE::Output) {
+            pBuffer->Fill(objBlock, m_nTickFrequency);
+            pQueue = PutOut(*pBuffer);
+        } else if (pBuffer->m_eNext == BUFFER_PLACE::Input) {
+            PutIn(*pBuffer);
+        } else {
+            pBuffer->m_ePlace = BUFFER_PLACE::Unqueued;
+        }
     }
     // The waiter asks about the buffer at once: woken under the lock, it would only wait again.
     if (pQueue) {

@@ -47,6 +47,8 @@ public:
     void RevokeAll() noexcept;
     /// @throws CProducerError  GC_ERR_RESOURCE_IN_USE when it is in a queue already; as Require
     void Queue(void* hBuffer);
+    /// An operation on all buffers holds also for those that are being filled, as soon as they aren't any more: the
+    /// image under way counts as delivered, and is given up.
     void Flush(ACQ_QUEUE_TYPE nOperation);
 
     /// @throws CProducerError  GC_ERR_INVALID_HANDLE, also for a buffer of another stream
@@ -76,6 +78,7 @@ private:
     void FollowOutput();
     [[nodiscard]] std::shared_ptr<CEventQueue> PutOut(CStreamBuffer& objBuffer);
     void PutIn(CStreamBuffer& objBuffer);
+    void Redirect(BUFFER_PLACE eNext);
     void DiscardOutput();
 
     CEventSource& m_objEvents;

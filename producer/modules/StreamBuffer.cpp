@@ -61,11 +61,7 @@ CStreamBuffer::CStreamBuffer(std::size_t nSize, void* pUser)
 void CStreamBuffer::Fill(const FINISHED_BLOCK& objBlock, std::uint64_t nTickFrequency) {
     m_objBlock = objBlock;
     m_nTickFrequency = nTickFrequency;
-    m_bFilled = m_bNewData = true;
-}
-
-void CStreamBuffer::Clear() {
-    m_bNewData = false;
+    m_bFilled = true;
 }
 
 CInfoValue CStreamBuffer::GetInfo(BUFFER_INFO_CMD nCommand) const {
@@ -79,11 +75,15 @@ CInfoValue CStreamBuffer::GetInfo(BUFFER_INFO_CMD nCommand) const {
         case BUFFER_INFO_TLTYPE:
             return CInfoValue::Text("GEV");
         case BUFFER_INFO_NEW_DATA:
-            return CInfoValue::Bool(m_bNewData);
+            return CInfoValue::Bool(m_bFilled);
         case BUFFER_INFO_IS_QUEUED:
             return CInfoValue::Bool(m_ePlace != BUFFER_PLACE::Unqueued);
         case BUFFER_INFO_IS_ACQUIRING:
             return CInfoValue::Bool(m_ePlace == BUFFER_PLACE::Filling);
+        case BUFFER_INFO_IS_INCOMPLETE:
+            return CInfoValue::Bool(m_bFilled && m_objBlock.IsIncomplete);
+        case BUFFER_INFO_SIZE_FILLED:
+            return CInfoValue::Size(m_bFilled ? static_cast<std::size_t>(m_objBlock.Filled) : 0);
         default:
             break;
     }
@@ -91,10 +91,6 @@ CInfoValue CStreamBuffer::GetInfo(BUFFER_INFO_CMD nCommand) const {
         ThrowUnknown(nCommand);
     }
     switch (nCommand) {
-        case BUFFER_INFO_IS_INCOMPLETE:
-            return CInfoValue::Bool(m_objBlock.IsIncomplete);
-        case BUFFER_INFO_SIZE_FILLED:
-            return CInfoValue::Size(static_cast<std::size_t>(m_objBlock.Filled));
         case BUFFER_INFO_DATA_SIZE:
             return CInfoValue::Size(
                 static_cast<std::size_t>(std::min<std::uint64_t>(m_objBlock.DataSize, m_arrMemory.size())));

@@ -38,8 +38,8 @@ public:
 
     /// What it holds from now on.
     void Fill(const FINISHED_BLOCK& objBlock, std::uint64_t nTickFrequency);
-    /// It holds nothing that is new.
-    void Clear();
+    /// It holds nothing any more: what it held is given up for the next image.
+    void Clear() { m_bFilled = false; }
 
     /// @throws CProducerError  GC_ERR_NOT_AVAILABLE for what isn't known of this buffer
     [[nodiscard]] CInfoValue GetInfo(BUFFER_INFO_CMD nCommand) const;
@@ -51,6 +51,8 @@ public:
     // What the pool notes of it.
     void* m_hBuffer = nullptr;
     BUFFER_PLACE m_ePlace = BUFFER_PLACE::Unqueued;
+    BUFFER_PLACE m_eNext = BUFFER_PLACE::Output;  // while it is being filled: where it goes then; Input and Unqueued
+                                                  // give up what it was filled with
 
 private:
     [[nodiscard]] CInfoValue GetImageInfo(BUFFER_INFO_CMD nCommand) const;
@@ -59,9 +61,8 @@ private:
     std::unique_ptr<std::byte[]> m_pOwned;
     std::span<std::byte> m_arrMemory;
     void* m_pUser;
-    bool m_bNewData = false;
-    FINISHED_BLOCK m_objBlock;  // meaningful once it was filled
-    bool m_bFilled = false;
+    bool m_bFilled = false;              // since it was last put into the input pool
+    FINISHED_BLOCK m_objBlock;           // meaningful while it is filled
     std::uint64_t m_nTickFrequency = 0;  // of the camera, Hz; 0 when it isn't known
 };
 

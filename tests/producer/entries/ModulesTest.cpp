@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 #include <future>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "producer/ProducerError.h"
+#include "producer/modules/BufferPool.h"
 #include "producer/modules/DeviceEntry.h"
 #include "producer/modules/EventSource.h"
 #include "producer/modules/RegisterMap.h"
@@ -138,6 +140,39 @@ TEST(EventQueue, RemembersOneKillAndEndsOneWaitForEach) {
     objQueue.Close();
     EXPECT_EQ(objSecond.get(), GC_ERR_ABORT);
     EXPECT_EQ(CodeOf([&] { objQueue.GetData(nullptr, &nSize, GENTL_INFINITE); }), GC_ERR_ABORT);
+}
+
+TEST(BufferPool, OperationsOnAllBuffersHoldForTheOneThatIsBeingFilled) {
+    const struct {
+        ACQ_QUEUE_TYPE Operation;
+        bool Deliver;  // what is being filled then, or give it back
+        std::size_t Queued;
+        std::size_t Output;
+    } arrCase[] = {{ACQ_QUEUE_OUTPUT_DISCARD, true, 0, 1}, {ACQ_QUEUE_OUTPUT_DISCARD, false, 1, 0},
+                   {ACQ_QUEUE_ALL_TO_INPUT, true, 1, 0},   {ACQ_QUEUE_ALL_TO_INPUT, false, 1, 0},
+                   {ACQ_QUEUE_ALL_DISCARD, true, 0, 0},    {ACQ_QUEUE_ALL_DISCARD, false, 0, 0}};
+    CEventSource objEvents;
+    objEvents.Offer(EVENT_NEW_BUFFER, sizeof(EVENT_NEW_BUFFER_DATA), 4);
+    objEvents.Register(EVENT_NEW_BUFFER);
+    for (const auto& objCase : arrCase) {
+        SCOPED_TRACE(std::to_string(objCase.Operation) + (objCase.Deliver ? " delivered" : " given back"));
+        CBufferPool objPool(objEvents);
+        void* const hBuffer = objPool.Announce(std::make_shared<CStreamBuffer>(8, nullptr));
+        objPool.Queue(hBuffer);
+        objPool.Start(GENTL_INFINITE, 0);
+        FINISHED_BLOCK objBlock;
+        objBlock.Memory = objPool.TakeMemory();
+        objBlock.Filled = 8;
+        objPool.Flush(objCase.Operation);
+        objCase.Deliver ? objPool.DeliverBlock(objBlock) : objPool.ReturnMemory(objBlock.Memory);
+        EXPECT_EQ(objPool.GetCounts().Queued, objCase.Queued);
+        EXPECT_EQ(objPool.GetCounts().AwaitDelivery, objCase.Output);
+        EXPECT_EQ(objPool.GetCounts().Started, 1u) << "whatever became of it";
+        const auto funFilled = [&] { return objPool.GetInfo(hBuffer, BUFFER_INFO_SIZE_FILLED).GetBytes()[0]; };
+        EXPECT_EQ(funFilled(), std::byte(objCase.Output != 0 ? 8 : 0));
+        objPool.Flush(ACQ_QUEUE_ALL_TO_INPUT);
+        EXPECT_EQ(funFilled(), std::byte{0}) << "given up with its place in the input pool";
+    }
 }
 
 TEST(EventSource, DeliversWhatComesOnceOnceHoweverLateItIsRegistered) {
