@@ -264,11 +264,14 @@ void CStreamModule::StartAcquisition(std::uint64_t nFrames) {
     }
     const std::lock_guard objStart(m_mtxStart);
     RequireOpen();
-    if (m_pAcquisition) {  // changes under m_mtxStart alone
+    if (m_pAcquisition && !m_objPool.IsThrough()) {  // changes under m_mtxStart alone
         throw CProducerError(GC_ERR_RESOURCE_IN_USE, "the acquisition runs already");
     }
     if (m_objPool.GetCounts().Announced < kLeastBuffers) {
         throw CProducerError(GC_ERR_INVALID_BUFFER, "no buffer is announced");
+    }
+    if (m_pAcquisition) {
+        EndAcquisition(true);  // with its last image it was over for the consumer
     }
     ACQUISITION_SETTINGS objSettings;
     objSettings.ProbePacketSize = m_bProbe && !m_pRemotePort->HasWrittenPacketSize();

@@ -397,6 +397,23 @@ INSTANTIATE_TEST_SUITE_P(Faults, ProducerStreamLosses,
                                          FAULTY_CASE{"no resend, leaders lost", {.LostLeaders = 5}, false},
                                          FAULTY_CASE{"no resend, trailers lost", {.LostTrailers = 5}, false}));
 
+TEST_F(ProducerStream, OfANumberOfImagesIsOverWithTheLastAndCanBeStartedAgain) {
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    BUFFER_HANDLE hBuffer = nullptr;
+    ASSERT_EQ(Lib().DSAllocAndAnnounceBuffer(m_hStream, Read(camera::address::kPayloadSize), nullptr, &hBuffer), 0);
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(Lib().DSQueueBuffer(m_hStream, hBuffer), GC_ERR_SUCCESS);
+        ASSERT_EQ(Lib().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1), GC_ERR_SUCCESS) << LastError();
+        EXPECT_EQ(Lib().DSStartAcquisition(m_hStream, ACQ_START_FLAGS_DEFAULT, 1), GC_ERR_RESOURCE_IN_USE);
+        Write(camera::address::kAcquisitionStart, 1);
+        EVENT_NEW_BUFFER_DATA objData{};
+        size_t nSize = sizeof objData;
+        ASSERT_EQ(Lib().EventGetData(m_hEvent, &objData, &nSize, kLongEnough), GC_ERR_SUCCESS) << LastError();
+        EXPECT_EQ(StreamInfo<bool8_t>(STREAM_INFO_IS_GRABBING), 0);
+        Write(camera::address::kAcquisitionStop, 1);
+    }
+}
+
 TEST_F(ProducerStream, BuffersAreWhereTheQueueOperationsPutThem) {
     ASSERT_NO_FATAL_FAILURE(Plug({}));
     std::byte arrMemory[64];
