@@ -14,7 +14,7 @@ namespace {
 
 /// What a user must know before trying to open it, the gravest first; empty when there is nothing. A window's list cuts
 /// off what is long.
-std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHere) {
+std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice) {
     if (objDevice.IsOutsideSubnet) {
         return " wrong subnet";
     }
@@ -24,8 +24,8 @@ std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHe
     if (objDevice.SharesMac) {
         return " shared MAC";
     }
-    if (!bControlledHere && (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
-                             objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS)) {
+    if (objDevice.AccessStatus == DEVICE_ACCESS_STATUS_READONLY ||
+        objDevice.AccessStatus == DEVICE_ACCESS_STATUS_NOACCESS) {
         return " in use";
     }
     return {};
@@ -34,11 +34,14 @@ std::string_view RemarkOn(const DISCOVERED_DEVICE& objDevice, bool bControlledHe
 }  // namespace
 
 DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bControlledHere) {
+    if (bControlledHere) {
+        objDevice.AccessStatus = DEVICE_ACCESS_STATUS_READWRITE;  // as it is from the moment on that it is closed here
+    }
     const std::string strMac = MACToString(objDevice.Mac);
     DEVICE_ENTRY objEntry;
     objEntry.Id = objDevice.Model + '(' + strMac + ')';
     objEntry.DisplayName = objDevice.Model + '(' + IPToString(objDevice.Address) + '[' + strMac + "])";
-    objEntry.DisplayName += RemarkOn(objDevice, bControlledHere);
+    objEntry.DisplayName += RemarkOn(objDevice);
     objEntry.Device = std::move(objDevice);
     return objEntry;
 }

@@ -17,7 +17,7 @@ struct DEVICE_ENTRY {
     DISCOVERED_DEVICE Device;
 };
 
-/// @param bControlledHere  whether this process controls the camera, which then isn't told as another's
+/// @param bControlledHere  whether this process controls the camera: what refused us was our own control
 DEVICE_ENTRY MakeDeviceEntry(DISCOVERED_DEVICE objDevice, bool bControlledHere);
 
 /// @param nAccessStatus  as it is now, which the entry doesn't know of a camera that is open here

@@ -204,6 +204,7 @@ TEST(DeviceEntry, IsNamedWithWhatItsUserMustKnow) {
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName);
     objDevice.AccessStatus = DEVICE_ACCESS_STATUS_READONLY;
     EXPECT_EQ(MakeDeviceEntry(objDevice, true).DisplayName, strName);
+    EXPECT_EQ(MakeDeviceEntry(objDevice, true).Device.AccessStatus, DEVICE_ACCESS_STATUS_READWRITE);
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " in use");
     objDevice.SharesAddress = true;
     EXPECT_EQ(MakeDeviceEntry(objDevice, false).DisplayName, strName + " shared address");
