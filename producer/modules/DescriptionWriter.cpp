@@ -124,6 +124,9 @@ void CDescriptionWriter::CommonElements(const CFeature& objFeature) {
     Element("ToolTip", objFeature.m_strToolTip);
     Element("Visibility", objFeature.m_strVisibility);
     Availability(objFeature);
+    if (!objFeature.m_strLock.empty()) {
+        Element("pIsLocked", objFeature.m_strLock);
+    }
 }
 
 void CDescriptionWriter::Availability(const CFeature& objFeature) {

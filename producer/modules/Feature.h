@@ -51,6 +51,8 @@ public:
     CFeature& Unit(std::string strUnit) { return m_strUnit = std::move(strUnit), *this; }
     /// The value belongs to what the integer feature of that name selects, and isn't available while nothing is listed.
     CFeature& SelectedBy(std::string strSelector) { return m_strSelector = std::move(strSelector), *this; }
+    /// Can't be written while the integer feature of that name isn't 0, which Set is to check as well.
+    CFeature& LockedBy(std::string strLock) { return m_strLock = std::move(strLock), *this; }
     /// Makes the value writable.
     CFeature& Set(std::function<void(Number)> funSet) { return m_funSet = std::move(funSet), *this; }
     CFeature& Least(Number nMin) { return m_nMin = nMin, m_bHasMin = true, *this; }
@@ -73,6 +75,7 @@ private:
     std::string m_strRepresentation;
     std::string m_strUnit;
     std::string m_strSelector;
+    std::string m_strLock;
     std::vector<std::pair<std::string, Number>> m_vecEntry;  // of an enumeration
     std::function<Number()> m_funGet;
     std::function<std::string()> m_funGetText;

@@ -92,6 +92,7 @@ void CStreamModule::AddAcquisitionFeatures() {
         objMap.Duration(pszName, pszToolTip, [&nTime] { return nTime.load(); })
             .Custom()
             .Visibility("Expert")
+            .LockedBy("TLParamsLocked")
             .Set([this, &nTime](CFeature::Number nValue) {
                 RequireUnlocked();
                 nTime = RequireWithin(nValue, 1'000, kLongestTimeout);
@@ -122,6 +123,7 @@ void CStreamModule::AddLinkFeatures() {
                      "packet size was written; Camera takes the camera's as it is",
                      {{"Camera", 0}, {"Auto", 1}}, [this] { return CFeature::Number{m_bProbe}; })
         .Custom()
+        .LockedBy("TLParamsLocked")
         .Set([this](CFeature::Number nValue) {
             RequireUnlocked();
             m_bProbe = RequireWithin(nValue, 0, 1) != 0;
@@ -135,6 +137,7 @@ void CStreamModule::AddLinkFeatures() {
         .Custom()
         .Visibility("Expert")
         .Unit("B")
+        .LockedBy("TLParamsLocked")
         .Set([this](CFeature::Number nValue) {
             RequireUnlocked();
             m_nReceiveBuffer = RequireWithin(nValue, 4096, std::int64_t{1} << 30);

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "GenApi/AccessMode.h"
 #include "GenApi/Node.h"
 #include "GenApi/NodeMapRef.h"
 #include "GenApi/Value.h"
@@ -443,6 +444,16 @@ TEST_F(ProducerStream, BuffersAreWhereTheQueueOperationsPutThem) {
     EXPECT_EQ(pMemory, nullptr) << "the producer's own memory";
     EXPECT_EQ(pUser, arrMemory);
     EXPECT_EQ(Lib().DSQueueBuffer(m_hStream, arrBuffer[1]), GC_ERR_INVALID_HANDLE);
+}
+
+TEST_F(ProducerStream, SettingsSayThatTheyAreLocked) {
+    ASSERT_NO_FATAL_FAILURE(Plug({}));
+    for (const char* pszName : {"StreamPacketSizeMode", "StreamReceiveBufferRequest", "StreamBlockTimeout"}) {
+        for (const char* pszLocked : {"1", "0"}) {
+            StreamFeature("TLParamsLocked").FromString(pszLocked);
+            EXPECT_EQ(GenApi_3_0::IsWritable(StreamFeature(pszName).GetAccessMode()), *pszLocked == '0') << pszName;
+        }
+    }
 }
 
 }  // namespace
