@@ -35,9 +35,8 @@ public:
 
     /// Takes images from now on.
     /// @param nFrames  how many; GENTL_INFINITE for all
-    /// @throws CProducerError  GC_ERR_RESOURCE_IN_USE while images are to come, GC_ERR_INVALID_BUFFER without a buffer;
-    /// as
-    ///                         CAcquisition
+    /// @throws CProducerError  GC_ERR_RESOURCE_IN_USE while images are to come, GC_ERR_INVALID_BUFFER without a buffer,
+    ///                         as CAcquisition
     void StartAcquisition(std::uint64_t nFrames);
     /// @param bKill  the buffers being filled go back to be filled; else they are put out as they are
     /// @throws CProducerError  GC_ERR_RESOURCE_IN_USE, when it doesn't run
