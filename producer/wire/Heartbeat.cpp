@@ -1,6 +1,7 @@
 #include "producer/wire/Heartbeat.h"
 
 #include <algorithm>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -154,7 +155,7 @@ bool CHeartbeat::IsApplicationAnother() {
            isAnswered(gev::bootstrap::kPrimaryApplicationIP.Address, objNow.Address) && objNow != *m_objApplication;
 }
 
-void CHeartbeat::Tell(CONTROL_LOSS eLoss) {
+std::string CHeartbeat::Describe(CONTROL_LOSS eLoss) const {
     std::string strText = "camera " + IPToString(m_objDialogue.GetCamera()) + " on " + m_objDialogue.GetAdapterName();
     const auto nSilenceMs =
         std::chrono::duration_cast<milliseconds>(Clock::now() - m_objDialogue.GetLastSign()).count();
@@ -170,6 +171,16 @@ void CHeartbeat::Tell(CONTROL_LOSS eLoss) {
             strText += " is controlled by another application now";
             break;
     }
+    return strText;
+}
+
+void CHeartbeat::Tell(CONTROL_LOSS eLoss) noexcept {
+    std::string strText;
+    try {
+        strText = Describe(eLoss);
+    } catch (const std::bad_alloc&) {
+        // The loss counts without words as well.
+    }
     m_eLoss = eLoss;
     m_bLost.store(true, std::memory_order_release);
     m_objDialogue.End(GC_ERR_ZR_DEVICE_OFFLINE, strText);
@@ -177,6 +188,8 @@ void CHeartbeat::Tell(CONTROL_LOSS eLoss) {
         if (m_funLoss) {
             m_funLoss(eLoss, strText);
         }
+    } catch (const std::bad_alloc&) {
+        // Nor is there memory for a line in the log. What is asked of the camera from now on says that it is lost.
     } catch (const std::exception& objError) {
         CLog::GetInstance()->Write(std::string("telling the loss of a camera failed: ") + objError.what());
     }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <thread>
 
 #include "producer/wire/ControlDialogue.h"
@@ -52,7 +53,8 @@ private:
     bool IsApplicationAnother();
     [[nodiscard]] ASKING MakeAsking(Clock::time_point objStart) const;
     [[nodiscard]] Clock::time_point GetLossTime() const;
-    void Tell(CONTROL_LOSS eLoss);
+    [[nodiscard]] std::string Describe(CONTROL_LOSS eLoss) const;
+    void Tell(CONTROL_LOSS eLoss) noexcept;
 
     CControlDialogue& m_objDialogue;
     const CONTROL_ACCESS m_eAccess;
