@@ -3,6 +3,7 @@
 #include <optional>
 #include <ostream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include "ctl/OpenCamera.h"
 #include "ctl/Table.h"
 #include "ctl/UserFile.h"
+#include "support/ZrException.h"
 
 namespace {
 
@@ -42,6 +44,18 @@ void Set(GenApi_3_0::INode& objNode, const std::string& strValue) {
 
 std::istringstream ReadFeatureFile(const std::string& strPath) {
     return std::istringstream(ReadUserFile(strPath, CFeatureFile::kMaxFeatureFileSize));
+}
+
+/// Does what may find the file at fault, and then says which file.
+template <class TStep>
+auto UseFeatureFile(const std::string& strPath, const TStep& fnStep) {
+    try {
+        return fnStep();
+    } catch (const CZrException&) {
+        throw;  // of the camera
+    } catch (const std::runtime_error& objError) {
+        throw CCommandError(EXIT_CODE::Failure, strPath + ": " + objError.what());
+    }
 }
 
 /// @param strText  its value; none of a command that can't be read
@@ -125,7 +139,8 @@ EXIT_CODE RunFeatureDiff(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     std::istringstream objFile = ReadFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);  // without it no selector moves
     objCamera.OpenStream();
-    const FEATURE_FILE_COMPARISON objComparison = CompareDeviceFeatures(objCamera.GetDevice(), objFile);
+    const FEATURE_FILE_COMPARISON objComparison =
+        UseFeatureFile(objOptions.strFile, [&] { return CompareDeviceFeatures(objCamera.GetDevice(), objFile); });
     if (objOptions.bJson) {
         WriteDifferencesJson(objOutput.objOut, objComparison);
     } else {
@@ -144,7 +159,8 @@ EXIT_CODE RunFeatureLoad(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPU
     std::istringstream objFile = ReadFeatureFile(objOptions.strFile);
     const COpenCamera objCamera(objOptions.objCamera, DEVICE_ACCESS_CONTROL);
     objCamera.OpenStream();
-    const std::vector<std::string> vecError = LoadDeviceFeatures(objCamera.GetDevice(), objFile, true);
+    const std::vector<std::string> vecError =
+        UseFeatureFile(objOptions.strFile, [&] { return LoadDeviceFeatures(objCamera.GetDevice(), objFile, true); });
     PrintErrors(vecError, objOutput);
     if (objOptions.bJson) {
         WriteJson(objOutput.objOut, {{"refused", vecError}});

@@ -216,10 +216,11 @@ TEST_F(Program, BringsSettingsBackFromAFeatureFile) {
     EXPECT_THAT(m_strErr, HasSubstr("Gone: There is no such feature"));
 }
 
-TEST_F(Program, WaitsForNoFileThatHasNoEnd) {
+TEST_F(Program, SaysWhatIsWrongWithWhichFile) {
     ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
     std::ofstream(Path("huge")) << "x";
     std::filesystem::resize_file(Path("huge"), std::uintmax_t{1} << 40);
+    std::ofstream(Path("picture")) << "no feature file";
     const struct {
         std::string strFile;
         const char* pError;
@@ -227,7 +228,8 @@ TEST_F(Program, WaitsForNoFileThatHasNoEnd) {
                    {Path(""), "it is no regular file"},
                    {Path("pipe"), "pipe: it is no regular file"},
                    {"/dev/zero", "/dev/zero: it is no regular file"},
-                   {Path("huge"), "huge: it is longer than 8388608 bytes"}};
+                   {Path("huge"), "huge: it is longer than 8388608 bytes"},
+                   {Path("picture"), "picture: Invalid feature file format"}};
     for (const auto& objCase : arrCase) {
         for (const char* pCommand : {"load", "diff"}) {
             EXPECT_EQ(Run({"features", "left", pCommand, objCase.strFile}), EXIT_CODE::Failure);
