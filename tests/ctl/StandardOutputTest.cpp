@@ -54,10 +54,10 @@ TEST(StandardOutput, EndsTheProgramOnlyBehindItselfWhenItsReaderHasGone) {
     const std::string strBehind = objDirectory.Path("behind");
     std::array<int, 2> arrPipe{};
     ASSERT_EQ(pipe(arrPipe.data()), 0);
+    close(arrPipe[0]);
     const pid_t nChild = fork();
     if (nChild == 0) {
         dup2(arrPipe[1], STDOUT_FILENO);
-        close(arrPipe[0]);
         close(STDERR_FILENO);
         {
             CStandardOutput objOutput;
@@ -66,7 +66,6 @@ TEST(StandardOutput, EndsTheProgramOnlyBehindItselfWhenItsReaderHasGone) {
         }
         std::_Exit(0);
     }
-    close(arrPipe[0]);
     close(arrPipe[1]);
     int nStatus = -1;
     ASSERT_EQ(waitpid(nChild, &nStatus, 0), nChild);
