@@ -127,6 +127,9 @@ void CDescriptionWriter::CommonElements(const CFeature& objFeature) {
     if (!objFeature.m_strLock.empty()) {
         Element("pIsLocked", objFeature.m_strLock);
     }
+    if (objFeature.m_bStreamable) {
+        Element("Streamable", "Yes");
+    }
 }
 
 void CDescriptionWriter::Availability(const CFeature& objFeature) {

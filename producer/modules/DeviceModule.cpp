@@ -232,12 +232,14 @@ void CDeviceModule::AddLinkFeatures() {
         .Duration("DeviceLinkHeartbeatTimeout",
                   "The camera drops control, and counts as lost, after this long without a word",
                   [this] { return Microseconds(GetChannel().GetHeartbeatTimeout()); })
+        .Streamable()
         .Set([this](CFeature::Number nValue) {
             GetChannel().DoSetHeartbeatTimeout(RequireMilliseconds(nValue, std::chrono::hours(1)));
         });
     objMap
         .Duration("DeviceLinkCommandTimeout", "How long an answer is waited for before the question is repeated",
                   [this] { return Microseconds(GetChannel().GetSettings().AnswerTimeout); })
+        .Streamable()
         .Set([this](CFeature::Number nValue) {
             GetChannel().SetAnswerTimeout(RequireMilliseconds(nValue, std::chrono::minutes(1)));
         });
@@ -245,6 +247,7 @@ void CDeviceModule::AddLinkFeatures() {
         .Integer("DeviceLinkCommandRetryCount", "How often a question is repeated",
                  [this] { return CFeature::Number{GetChannel().GetSettings().Repeats}; })
         .Custom()
+        .Streamable()
         .Set([this](CFeature::Number nValue) {
             constexpr CFeature::Number kMostRepeats = 100;
             if (nValue < 0 || nValue > kMostRepeats) {

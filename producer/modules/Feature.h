@@ -53,6 +53,8 @@ public:
     CFeature& SelectedBy(std::string strSelector) { return m_strSelector = std::move(strSelector), *this; }
     /// Can't be written while the integer feature of that name isn't 0, which Set is to check as well.
     CFeature& LockedBy(std::string strLock) { return m_strLock = std::move(strLock), *this; }
+    /// A setting: feature files hold it.
+    CFeature& Streamable() { return m_bStreamable = true, *this; }
     /// Makes the value writable.
     CFeature& Set(std::function<void(Number)> funSet) { return m_funSet = std::move(funSet), *this; }
     CFeature& Least(Number nMin) { return m_nMin = nMin, m_bHasMin = true, *this; }
@@ -76,6 +78,7 @@ private:
     std::string m_strUnit;
     std::string m_strSelector;
     std::string m_strLock;
+    bool m_bStreamable = false;
     std::vector<std::pair<std::string, Number>> m_vecEntry;  // of an enumeration
     std::function<Number()> m_funGet;
     std::function<std::string()> m_funGetText;

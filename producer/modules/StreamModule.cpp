@@ -81,6 +81,7 @@ void CStreamModule::AddAcquisitionFeatures() {
         .Enumeration("StreamPacketResendEnable", "Whether missing packets are asked for again", {{"Off", 0}, {"On", 1}},
                      [this] { return CFeature::Number{m_bResend}; })
         .Custom()
+        .Streamable()
         .Set([this](CFeature::Number nValue) {
             m_bResend = RequireWithin(nValue, 0, 1) != 0;
             const std::lock_guard objLock(m_mtxRunning);
@@ -93,6 +94,7 @@ void CStreamModule::AddAcquisitionFeatures() {
             .Custom()
             .Visibility("Expert")
             .LockedBy("TLParamsLocked")
+            .Streamable()
             .Set([this, &nTime](CFeature::Number nValue) {
                 RequireUnlocked();
                 nTime = RequireWithin(nValue, 1'000, kLongestTimeout);
@@ -124,6 +126,7 @@ void CStreamModule::AddLinkFeatures() {
                      {{"Camera", 0}, {"Auto", 1}}, [this] { return CFeature::Number{m_bProbe}; })
         .Custom()
         .LockedBy("TLParamsLocked")
+        .Streamable()
         .Set([this](CFeature::Number nValue) {
             RequireUnlocked();
             m_bProbe = RequireWithin(nValue, 0, 1) != 0;
@@ -138,13 +141,14 @@ void CStreamModule::AddLinkFeatures() {
         .Visibility("Expert")
         .Unit("B")
         .LockedBy("TLParamsLocked")
+        .Streamable()
         .Set([this](CFeature::Number nValue) {
             RequireUnlocked();
             m_nReceiveBuffer = RequireWithin(nValue, 4096, std::int64_t{1} << 30);
         });
     funFact("StreamReceiveBufferGranted",
             "Receive buffer that the system granted to the last acquisition; net.core.rmem_max limits it for users "
-            "without the right to more",
+            "without the right to more, and Linux tells twice what it grants, for its bookkeeping",
             &ACQUISITION_FACTS::GrantedBuffer)
         .Unit("B");
     funFact("StreamPacketsJoined", "1 when the system joins packets of the last acquisition (UDP GRO)",

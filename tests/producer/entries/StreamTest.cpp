@@ -446,9 +446,11 @@ TEST_F(ProducerStream, BuffersAreWhereTheQueueOperationsPutThem) {
     EXPECT_EQ(Lib().DSQueueBuffer(m_hStream, arrBuffer[1]), GC_ERR_INVALID_HANDLE);
 }
 
-TEST_F(ProducerStream, SettingsSayThatTheyAreLocked) {
+TEST_F(ProducerStream, SettingsSayThatTheyAreSettingsAndLocked) {
     ASSERT_NO_FATAL_FAILURE(Plug({}));
+    EXPECT_FALSE(StreamFeature("TLParamsLocked").GetNode()->IsStreamable());
     for (const char* pszName : {"StreamPacketSizeMode", "StreamReceiveBufferRequest", "StreamBlockTimeout"}) {
+        EXPECT_TRUE(StreamFeature(pszName).GetNode()->IsStreamable()) << pszName;
         for (const char* pszLocked : {"1", "0"}) {
             StreamFeature("TLParamsLocked").FromString(pszLocked);
             EXPECT_EQ(GenApi_3_0::IsWritable(StreamFeature(pszName).GetAccessMode()), *pszLocked == '0') << pszName;
