@@ -47,8 +47,9 @@ public:
         }
         m_nLastID = objFrame.FrameID;
         m_nIncomplete += objFrame.IsIncomplete ? 1 : 0;
-        // The image is objFrame.SizeFilled bytes at objFrame.Base, but only here: who needs it later copies it. What
-        // takes long belongs on another thread, or the stream runs out of buffers and frames are lost.
+        // The frame is objFrame.SizeFilled bytes at objFrame.Base, chunks behind the image included, but only here: who
+        // needs it later copies it. What takes long belongs on another thread, or the stream runs out of buffers and
+        // frames are lost.
         std::cout << "frame " << objFrame.FrameID << ": " << objFrame.Width << " x " << objFrame.Height << ", "
                   << objFrame.SizeFilled << " bytes" << (objFrame.IsIncomplete ? ", incomplete" : "") << '\n';
         ++m_nFrames;

@@ -39,6 +39,7 @@ struct FEATURE_ENUM_ENTRY {
 /// - CNotImplementedError  there is no such feature, or it isn't implemented
 /// - CUnexpectedError      "Dynamic_cast failed": the feature is of another type; or anything else that went wrong
 /// - CInvalidAccessError   it can't be read or written now
+/// - CDeviceOfflineError, CTimeoutError  the camera has gone, or doesn't answer
 /// and each that sets a value also
 /// - CInvalidParameterError, COutOfRangeError  the value
 ///

@@ -49,6 +49,8 @@ public:
     /// @param pInformation  gets what the producer says of it
     /// @param bThrow        whether a failure is thrown; else it gives null
     /// @return owned by the stream
+    /// @throws CTimeoutError  no frame came in time, also from a camera that has gone
+    /// @throws CZrException   by the result of the producer
     virtual CBuffer* GetBuffer(BUFFER_MODULE_INFO* pInformation, std::uint32_t nTimeoutMs, bool bThrow) = 0;
 
     /// Allocates and announces the buffers and starts. Does nothing while an acquisition runs. With a callback
@@ -70,8 +72,10 @@ public:
     virtual DS_HANDLE GetHandle() const = 0;
     virtual CGenTLLib* GetLib() const = 0;
 
-    /// How many buffers the next acquisition has; 0 lets the stream decide. The producer's bounds still apply.
-    /// @throws COutOfRangeError  fewer than the producer needs
+    /// How many buffers the next acquisition has; 0, as at first, lets the stream decide. The producer's bounds still
+    /// apply. On an open stream 0 is refused like any other number below the producer's least, so it is set while
+    /// closed.
+    /// @throws COutOfRangeError  fewer than the producer needs, which only an open stream knows
     virtual void SetAcqusitionBufferNumber(std::uint64_t nNumber) = 0;
     virtual std::uint64_t GetAcqusitionBufferNumber() const = 0;
 

@@ -57,6 +57,8 @@ public:
     /// @return the registration, owned by the device until the close; null for a callback of another kind
     virtual IDeviceOfflineCallback* RegisterDeviceOfflineCallback(IEventCallback* pCallback) = 0;
     virtual void UnregisterDeviceOfflineCallback(IDeviceOfflineCallback* pRegistration) = 0;
+    /// Whether the camera has gone. Only told while a callback is registered on the open device; false again after the
+    /// close. Until that the device counts as open, and an opening does nothing.
     virtual bool IsDeviceOffline() const = 0;
 
     /// The events of the camera that wait to be delivered.
@@ -71,10 +73,12 @@ public:
 
     virtual std::uint32_t GetRemoteDeviceEventThreadId() const = 0;
     virtual std::uint32_t GetDeviceOfflineEventThreadId() const = 0;
+    /// Lets the camera's own events reach its features, until the close. A producer without them is a line in the log.
     virtual void StartRemoteDeviceEvent() = 0;
 
     // Entries of this family of producers alone, for a closed device as well: the producer reaches the camera through
-    // the interface. What the value and the texts mean is the producer's.
+    // the interface. What the value and the texts mean is the producer's: docs/producer.md tells of the bundled one,
+    // whose DoForceIp takes address, mask and gateway, the last of them empty for none.
     virtual void DoIpConfiguration(std::uint32_t nValue, std::string strText1, std::string strText2,
                                    std::string strText3, std::string strText4) = 0;
     virtual void DoForceIp(std::string strText1, std::string strText2, std::string strText3) = 0;
