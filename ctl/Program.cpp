@@ -169,7 +169,8 @@ private:
 
         CLI::App* const pGet = pApp->add_subcommand("get", "get NAME: print the value of one feature");
         pGet->add_option("name", objOptions.strName, "Of the feature")->required()->type_name("NAME");
-        CLI::App* const pSet = pApp->add_subcommand("set", "set NAME VALUE: set a feature and print what it is then");
+        CLI::App* const pSet = pApp->add_subcommand(
+            "set", "set NAME VALUE: set a feature and print what it is then; execute a command, whatever VALUE");
         pSet->add_option("name", objOptions.strName, "Of the feature")->required()->type_name("NAME");
         pSet->add_option("value", objOptions.strValue, "That it gets; any for a command, which is executed")
             ->required()
@@ -196,7 +197,9 @@ private:
         pApp->footer(
             "Without a subcommand it shows all features by category. The options may stand behind a subcommand. With\n"
             "--json get and set write the feature as one of those objects, save the list \"not_saved\", load the list\n"
-            "\"refused\", and diff the lists \"differences\" and \"not_compared\".");
+            "\"refused\", and diff the lists \"differences\" and \"not_compared\". A feature has \"kind\", \"value\" "
+            "(a text,\n"
+            "or null if it can't be read), \"unit\", \"access\" and \"limits\", the last two for people.");
     }
 
     void AddGrab() {
@@ -207,7 +210,8 @@ private:
             ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}).description(""))
             ->type_name("N")
             ->capture_default_str();
-        pApp->add_option("-o,--output", objOptions.strFolder, "The folder for the files; made if it isn't there")
+        pApp->add_option("-o,--output", objOptions.strFolder,
+                         "The folder for the files; made if it isn't there. Frames of an earlier run are overwritten")
             ->type_name("DIR")
             ->capture_default_str();
         pApp->add_flag(

@@ -11,6 +11,7 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
+#include <QHostAddress>
 #include <QNetworkInterface>
 #include <QString>
 #include <QUdpSocket>
@@ -45,6 +46,13 @@ std::uint32_t AddressOf(const RECOVER_OPTIONS& objOptions) {
                                                   ": not an address that a camera can have, such as 192.168.1.20");
     }
     return *nAddress;
+}
+
+bool IsOwnAddress(std::uint32_t nAddress) {
+    const QList<QHostAddress> listAddress = QNetworkInterface::allAddresses();
+    return std::any_of(listAddress.begin(), listAddress.end(), [nAddress](const QHostAddress& objAddress) {
+        return objAddress.protocol() == QAbstractSocket::IPv4Protocol && objAddress.toIPv4Address() == nAddress;
+    });
 }
 
 void WritePacket(std::ostream& objOut, const char* pTitle, std::span<const std::uint8_t> vecBytes) {
@@ -127,7 +135,7 @@ const char* WhyElsewhere(const CAMERA& objCamera) {
     const std::string strState = GetStateText(objCamera);
     const bool bHeld = strState == "read only" || strState == "no access" || strState == "in use";
     return bHeld ? ": another program controls it. Close that one and try again"
-                 : ": its firmware may not know the recovery command";
+                 : ": its firmware may not know the recovery command. The example set-address forces an address on it";
 }
 
 /// @param objLast  becomes where the camera was when it last answered
@@ -169,6 +177,10 @@ EXIT_CODE RunRecover(const RECOVER_OPTIONS& objOptions, const COMMAND_OUTPUT& ob
         FillRecoveryPackets(QString::fromStdString(MACToString(nMAC)), QString::fromStdString(IPToString(nAddress)));
     if (!objPackets) {
         throw CCommandError(EXIT_CODE::Usage, objOptions.strAddress + ": not an address to recover a camera to");
+    }
+    if (IsOwnAddress(nAddress)) {
+        throw CCommandError(EXIT_CODE::Usage,
+                            IPToString(nAddress) + " is this computer's own address: give the camera another");
     }
     if (objOptions.bDryRun) {
         WritePacket(objOutput.objOut, "Recovery command 0x9000", objPackets->ForceIPEx);

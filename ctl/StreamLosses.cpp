@@ -13,8 +13,9 @@ std::string WhatToCheck(const STREAM_LOSSES& objLosses) {
                "of the processor";
     }
     if (objLosses.nMissing > 0 && objLosses.nRequests > 0 && objLosses.nResent == 0) {
-        return "The camera sends no packet again, so each that is lost costs a frame. Look at cable, switch and "
-               "adapter, and let the camera send slower: AcquisitionFrameRate, GevSCPD";
+        return "No packet that was asked for came again: the camera can't send any again, or its stream has stopped. "
+               "Then each that is lost costs a frame. Look at cable, switch and adapter, and let the camera send "
+               "slower: AcquisitionFrameRate, GevSCPD";
     }
     if (objLosses.nMissing > 0) {
         return "They are lost on the way from the camera. Look at cable, switch and adapter, and let the camera send "

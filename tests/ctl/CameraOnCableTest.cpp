@@ -194,7 +194,7 @@ TEST_F(GrabOnCable, SaysWhatToCheckAfterFramesCameIncomplete) {
     m_objCamera->Get().SetFaults(objFaults);
     const RUN objRun = Run("grab left --raw --timeout 2000 -o " + Path("") + " 2>&1");
     EXPECT_EQ(objRun.nExitCode, 6);
-    EXPECT_THAT(objRun.strOut, HasSubstr("The camera sends no packet again"));
+    EXPECT_THAT(objRun.strOut, HasSubstr("No packet that was asked for came again"));
 }
 
 TEST_F(GrabOnCable, EndsInOrderByCtrlCAndWhenTheCameraIsUnplugged) {
