@@ -137,6 +137,18 @@ void CCameraTree::Look(std::chrono::milliseconds nTime) {
     Look(nTime, [] { return false; });
 }
 
+/// Most cameras answer within milliseconds. One that is named beyond doubt is taken as soon as that, the others wait
+/// until every camera has had its time.
+CAMERA CCameraTree::FindCamera(const CAMERA_OPTIONS& objOptions) {
+    const auto isFound = [&] { return IsSurelyFound(GetCameras(), objOptions.strCamera, objOptions.strAdapter); };
+    const std::chrono::milliseconds nFirst = objOptions.nSearchTime / 10;
+    Look(nFirst, isFound);
+    if (!isFound()) {
+        Look(objOptions.nSearchTime - nFirst, isFound);
+    }
+    return SelectCamera(GetCameras(), objOptions.strCamera, objOptions.strAdapter);
+}
+
 void CCameraTree::Update(std::chrono::milliseconds nTimeout) {
     std::vector<boost::shared_ptr<CGevTL>> vecGevTL;
     for (const boost::shared_ptr<ITL>& pTL : GetTLManager()->GetTLList()) {

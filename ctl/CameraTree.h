@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ctl/Camera.h"
+#include "ctl/CameraOptions.h"
 
 /// The producers' tree of adapters and cameras, up for the length of a command.
 ///
@@ -25,6 +26,11 @@ public:
     void Look(std::chrono::milliseconds nTime, const std::function<bool()>& fnIsEnough);
     /// Looks for the whole time.
     void Look(std::chrono::milliseconds nTime);
+
+    /// Looks for one camera.
+    /// @return its record
+    /// @throws CCommandError  none or several are called so
+    CAMERA FindCamera(const CAMERA_OPTIONS& objOptions);
 
     /// As of the last look.
     std::vector<ADAPTER> GetAdapters() const;

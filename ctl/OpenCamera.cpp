@@ -35,8 +35,7 @@ std::string WhatToTry(const CAMERA& objCamera, const std::exception& objExceptio
 }  // namespace
 
 COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccessMode) {
-    Search(objOptions);
-    m_objCamera = SelectCamera(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter);
+    m_objCamera = m_objTree.FindCamera(objOptions);
     if (nAccessMode != DEVICE_ACCESS_READONLY) {
         m_pInterrupt = std::make_shared<CInterrupt>();
     }
@@ -50,19 +49,6 @@ COpenCamera::COpenCamera(const CAMERA_OPTIONS& objOptions, std::uint32_t nAccess
     }
     if (m_pInterrupt && m_pInterrupt->IsAsked()) {
         throw CCommandError(EXIT_CODE::Failure, "interrupted");
-    }
-}
-
-/// Most cameras answer within milliseconds. One that is named beyond doubt is taken as soon as that, the others wait
-/// until every camera has had its time.
-void COpenCamera::Search(const CAMERA_OPTIONS& objOptions) {
-    const auto isFound = [&] {
-        return IsSurelyFound(m_objTree.GetCameras(), objOptions.strCamera, objOptions.strAdapter);
-    };
-    const std::chrono::milliseconds nFirst = objOptions.nSearchTime / 10;
-    m_objTree.Look(nFirst, isFound);
-    if (!isFound()) {
-        m_objTree.Look(objOptions.nSearchTime - nFirst, isFound);
     }
 }
 

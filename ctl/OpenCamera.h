@@ -39,8 +39,6 @@ public:
     boost::shared_ptr<IDataStream> OpenStream() const;
 
 private:
-    void Search(const CAMERA_OPTIONS& objOptions);
-
     std::shared_ptr<CInterrupt> m_pInterrupt;  // goes behind the tree
     CCameraTree m_objTree;                     // closes the camera
     CAMERA m_objCamera;

@@ -11,6 +11,7 @@
 #include "ctl/DoctorCommand.h"
 #include "ctl/ErrorText.h"
 #include "ctl/FeaturesCommand.h"
+#include "ctl/ForceCommand.h"
 #include "ctl/GrabCommand.h"
 #include "ctl/ListCommand.h"
 #include "ctl/RecoverCommand.h"
@@ -72,6 +73,7 @@ public:
         m_objApp.add_flag("-v,--verbose", m_bVerbose, "Tell on standard error what the library logs");
         AddList();
         AddRecover();
+        AddForce();
         AddFeatures();
         AddGrab();
         AddDoctor();
@@ -158,6 +160,21 @@ private:
         Chooses(pApp, m_objRecover, RunRecover);
     }
 
+    void AddForce() {
+        CLI::App* const pApp = m_objApp.add_subcommand(
+            "force", "Force an address on a camera that answers, in whatever subnet it is; every camera takes one so");
+        FORCE_OPTIONS& objOptions = m_objForce;
+        AddCamera(pApp, objOptions.objCamera);
+        pApp->add_option("address", objOptions.strAddress, "That it is to get, such as 192.168.1.20")
+            ->required()
+            ->type_name("ADDRESS");
+        pApp->add_option("--mask", objOptions.strMask, "Its subnet mask")->type_name("MASK")->capture_default_str();
+        pApp->add_option("--gateway", objOptions.strGateway, "Its gateway; none if not given")->type_name("ADDRESS");
+        pApp->add_flag("--keep", objOptions.bKeep, "Store it in the camera as well; else it is lost at its next start");
+        pApp->add_flag("--json", objOptions.bJson, "Write JSON: the \"camera\" as list does");
+        Chooses(pApp, objOptions, RunForce);
+    }
+
     void AddFeatures() {
         CLI::App* const pApp =
             m_objApp.add_subcommand("features", "Show, get, set, save, load and compare a camera's features");
@@ -236,6 +253,7 @@ private:
     bool m_bVerbose = false;
     LIST_OPTIONS m_objList;
     RECOVER_OPTIONS m_objRecover;
+    FORCE_OPTIONS m_objForce;
     FEATURES_OPTIONS m_objFeatures;
     GRAB_OPTIONS m_objGrab;
     DOCTOR_OPTIONS m_objDoctor;

@@ -11,7 +11,6 @@
 
 #include <QByteArray>
 #include <QCoreApplication>
-#include <QHostAddress>
 #include <QNetworkInterface>
 #include <QString>
 #include <QUdpSocket>
@@ -19,6 +18,7 @@
 #include "app/RecoveryBroadcast.h"
 #include "app/RecoveryPackets.h"
 #include "ctl/AddressText.h"
+#include "ctl/CameraAddress.h"
 #include "ctl/CameraReport.h"
 #include "ctl/CameraTree.h"
 #include "ctl/Table.h"
@@ -33,26 +33,6 @@ std::uint64_t MACOf(const RECOVER_OPTIONS& objOptions) {
                                                   ": not a MAC. It has six pairs of digits, as in 02-5E-17-00-AD-EA");
     }
     return *nMAC;
-}
-
-/// An address that a camera can have: no network 0, no loopback, no multicast or broadcast.
-std::uint32_t AddressOf(const RECOVER_OPTIONS& objOptions) {
-    constexpr std::uint32_t kLoopback = 127;
-    constexpr std::uint32_t kFirstMulticast = 224;
-    const std::optional<std::uint32_t> nAddress = ParseAddress(objOptions.strAddress);
-    const std::uint32_t nFirst = nAddress.value_or(0) >> 24;
-    if (nFirst == 0 || nFirst == kLoopback || nFirst >= kFirstMulticast) {
-        throw CCommandError(EXIT_CODE::Usage, Printable(objOptions.strAddress) +
-                                                  ": not an address that a camera can have, such as 192.168.1.20");
-    }
-    return *nAddress;
-}
-
-bool IsOwnAddress(std::uint32_t nAddress) {
-    const QList<QHostAddress> listAddress = QNetworkInterface::allAddresses();
-    return std::any_of(listAddress.begin(), listAddress.end(), [nAddress](const QHostAddress& objAddress) {
-        return objAddress.protocol() == QAbstractSocket::IPv4Protocol && objAddress.toIPv4Address() == nAddress;
-    });
 }
 
 void WritePacket(std::ostream& objOut, const char* pTitle, std::span<const std::uint8_t> vecBytes) {
@@ -135,7 +115,7 @@ const char* WhyElsewhere(const CAMERA& objCamera) {
     const std::string strState = GetStateText(objCamera);
     const bool bHeld = strState == "read only" || strState == "no access" || strState == "in use";
     return bHeld ? ": another program controls it. Close that one and try again"
-                 : ": its firmware may not know the recovery command. The example set-address forces an address on it";
+                 : ": its firmware may not know the recovery command. Try norvikctl force";
 }
 
 /// @param objLast  becomes where the camera was when it last answered
@@ -172,15 +152,11 @@ EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, const RECOVER_OPTI
 
 EXIT_CODE RunRecover(const RECOVER_OPTIONS& objOptions, const COMMAND_OUTPUT& objOutput) {
     const std::uint64_t nMAC = MACOf(objOptions);
-    const std::uint32_t nAddress = AddressOf(objOptions);
+    const std::uint32_t nAddress = RequireCameraAddress(objOptions.strAddress);
     const std::optional<RECOVERY_PACKETS> objPackets =
         FillRecoveryPackets(QString::fromStdString(MACToString(nMAC)), QString::fromStdString(IPToString(nAddress)));
     if (!objPackets) {
         throw CCommandError(EXIT_CODE::Usage, objOptions.strAddress + ": not an address to recover a camera to");
-    }
-    if (IsOwnAddress(nAddress)) {
-        throw CCommandError(EXIT_CODE::Usage,
-                            IPToString(nAddress) + " is this computer's own address: give the camera another");
     }
     if (objOptions.bDryRun) {
         WritePacket(objOutput.objOut, "Recovery command 0x9000", objPackets->ForceIPEx);

@@ -139,6 +139,17 @@ TEST_F(CameraOnCable, IsRecoveredAndThenReached) {
     EXPECT_THAT(objRun.strOut, HasSubstr("No camera with the MAC 02-00-00-00-00-01"));
 }
 
+TEST_F(CameraOnCable, IsForcedToAnAddressAndKeepsIt) {
+    const RUN objRun = Run("force left 192.168.1.20 --keep --json");
+    EXPECT_EQ(objRun.nExitCode, 0);
+    const json objCamera = json::parse(objRun.strOut)["camera"];
+    EXPECT_EQ(objCamera["address"], "192.168.1.20");
+    EXPECT_EQ(objCamera["state"], "ready");
+    EXPECT_EQ(Run("features left get GevPersistentIPAddress").strOut, "192.168.1.20\n");
+    EXPECT_EQ(Run("force left 192.168.1.5").nExitCode, 2) << "this computer's own";
+    EXPECT_EQ(Run("force left 192.168.1.21 --mask 255.0.255.0").nExitCode, 1);
+}
+
 /// At its own address, streaming. Its frames go to a folder of the test's own.
 class GrabOnCable : public CameraOnCable {
 protected:
