@@ -22,6 +22,8 @@ fi
 # Nothing of this environment may be what makes them work.
 empty=(env -i "PATH=$PATH")
 [[ $("${empty[@]}" "$prefix/bin/norvikctl" --version) == *"$version"* ]]
+[ "$("${empty[@]}" "$prefix/bin/norvik" --version)" = "norvik $version" ]
+gzip -dc "$prefix"/share/man/man1/norvikctl.1.gz | grep -q '^\.B \\-\\-keep$'
 
 "${empty[@]}" cmake -S tests/packaging/outside -B "$work/outside" -DCMAKE_PREFIX_PATH="$prefix" -DVERSION="$version"
 "${empty[@]}" cmake --build "$work/outside"
