@@ -13,18 +13,6 @@
 
 namespace {
 
-bool IsInOtherSubnet(const CAMERA& objCamera) {
-    const ADAPTER& objAdapter = objCamera.objAdapter;
-    if (!objCamera.nAddress || !objAdapter.nAddress || !objAdapter.nMask) {
-        return false;
-    }
-    const auto isOutside = [nCamera = *objCamera.nAddress](const HOST_ADDRESS& objAddress) {
-        return ((nCamera ^ objAddress.nAddress) & objAddress.nMask) != 0;
-    };
-    return isOutside({*objAdapter.nAddress, *objAdapter.nMask}) &&
-           std::ranges::all_of(objAdapter.vecAddress, isOutside);
-}
-
 std::string Describe(const std::vector<const CAMERA*>& vecCamera) {
     std::vector<std::vector<std::string>> vecRow;
     vecRow.reserve(vecCamera.size());
@@ -61,10 +49,22 @@ std::vector<MATCH> MatchesOf(std::string_view strName) {
 
 }  // namespace
 
+bool IsInOtherSubnet(const CAMERA& objCamera) {
+    const ADAPTER& objAdapter = objCamera.objAdapter;
+    if (!objCamera.nAddress || !objAdapter.nAddress || !objAdapter.nMask) {
+        return false;
+    }
+    const auto isOutside = [nCamera = *objCamera.nAddress](const HOST_ADDRESS& objAddress) {
+        return ((nCamera ^ objAddress.nAddress) & objAddress.nMask) != 0;
+    };
+    return isOutside({*objAdapter.nAddress, *objAdapter.nMask}) &&
+           std::ranges::all_of(objAdapter.objInterface.vecAddress, isOutside);
+}
+
 bool IsCalled(const ADAPTER& objAdapter, std::string_view strName) {
     // Producers put an address or a description behind the name that the system has for an adapter.
     return strName.empty() || objAdapter.strID == strName || objAdapter.strName == strName ||
-           objAdapter.strName.starts_with(std::string(strName) + ' ');
+           objAdapter.objInterface.strName == strName || objAdapter.strName.starts_with(std::string(strName) + ' ');
 }
 
 std::string GetStateText(const CAMERA& objCamera) {

@@ -19,7 +19,7 @@ struct ADAPTER {
     std::optional<std::uint64_t> nMAC;
     std::optional<std::uint32_t> nAddress;  ///< the first
     std::optional<std::uint32_t> nMask;
-    std::vector<HOST_ADDRESS> vecAddress = {};  ///< all of them, as this machine knows them; empty if it doesn't
+    HOST_INTERFACE objInterface = {};  ///< as this machine knows it, with all its addresses; empty if it doesn't
 };
 
 /// A camera as an adapter sees it, one record for each adapter. What the producer doesn't tell is empty.
@@ -39,8 +39,13 @@ struct CAMERA {
     boost::shared_ptr<IDevice> pDevice;  ///< the camera in the tree of modules
 };
 
-/// @return whether a user means the adapter by its ID, its name or the first word of its name; by the empty name any
+/// @return whether a user means the adapter by its ID, its name, the first word of its name or that of the interface;
+/// by
+///         the empty name any
 bool IsCalled(const ADAPTER& objAdapter, std::string_view strName);
+
+/// @return whether nothing but a broadcast reaches the camera, its address being in no subnet of its adapter
+bool IsInOtherSubnet(const CAMERA& objCamera);
 
 /// One word or two for what can be done with a camera now: "ready", "in use", "other subnet", ...
 std::string GetStateText(const CAMERA& objCamera);

@@ -32,15 +32,17 @@ nlohmann::ordered_json ToJson(const HOST_ADDRESS& objAddress) {
 nlohmann::ordered_json ToJson(const ADAPTER& objAdapter) {
     return {{"id", objAdapter.strID},
             {"name", objAdapter.strName},
+            {"interface", TextOrNull(objAdapter.objInterface.strName)},
             {"mac", TextOrNull(MACText(objAdapter.nMAC))},
             {"address", TextOrNull(AddressText(objAdapter.nAddress))},
             {"mask", TextOrNull(AddressText(objAdapter.nMask))},
-            {"addresses", ListOf(objAdapter.vecAddress)}};
+            {"addresses", ListOf(objAdapter.objInterface.vecAddress)}};
 }
 
 nlohmann::ordered_json ToJson(const CAMERA& objCamera) {
     return {{"id", objCamera.strID},
             {"adapter", objCamera.objAdapter.strName},
+            {"interface", TextOrNull(objCamera.objAdapter.objInterface.strName)},
             {"vendor", TextOrNull(objCamera.strVendor)},
             {"model", TextOrNull(objCamera.strModel)},
             {"serial", TextOrNull(objCamera.strSerialNumber)},
@@ -81,4 +83,19 @@ void WriteCameraJson(std::ostream& objOut, const std::vector<ADAPTER>& vecAdapte
 
 void WriteFoundCameraJson(std::ostream& objOut, const std::optional<CAMERA>& objCamera) {
     WriteJson(objOut, {{"camera", objCamera ? ToJson(*objCamera) : nlohmann::ordered_json()}});
+}
+
+void WriteCameraAt(std::ostream& objOut, const CAMERA& objCamera, std::string_view strMore) {
+    objOut << Printable(objCamera.strID) << " is at " << AddressText(objCamera.nAddress) << " on "
+           << Printable(objCamera.objAdapter.strName) << " (" << GetStateText(objCamera) << ')' << strMore << '\n';
+}
+
+void TellOfOtherSubnet(std::ostream& objErr, const CAMERA& objCamera) {
+    if (IsInOtherSubnet(objCamera)) {
+        const std::string& strInterface = objCamera.objAdapter.objInterface.strName;
+        objErr
+            << "That is in no subnet of this adapter: nothing opens the camera there until the adapter has an address "
+               "in the camera's: sudo ip address add ADDRESS/24 broadcast + dev "
+            << (strInterface.empty() ? "ADAPTER" : strInterface) << '\n';
+    }
 }

@@ -50,8 +50,9 @@ ADAPTER AdapterOf(const IInterface& objInterface) {
         objAdapter.nAddress =
             AddressOf(objGev.IPAddress, objGev.IPAddress == 0 ? std::uint8_t{0} : objGev.IPAddressValid);
         objAdapter.nMask = AddressOf(objGev.SubnetMask, objGev.SubnetMaskValid);
-        if (objAdapter.nAddress) {
-            objAdapter.vecAddress = ReadAddresses(objAdapter.nMAC, *objAdapter.nAddress);
+        if (objAdapter.nMAC || objAdapter.nAddress) {
+            objAdapter.objInterface =
+                FindHostInterface(objAdapter.nMAC, objAdapter.nAddress).value_or(HOST_INTERFACE());
         }
     }
     return objAdapter;

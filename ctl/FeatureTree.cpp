@@ -1,22 +1,16 @@
 #include "ctl/FeatureTree.h"
 
 #include <algorithm>
-#include <limits>
 #include <set>
 
-#include "GenApi/Boolean.h"
 #include "GenApi/Category.h"
-#include "GenApi/Enumeration.h"
 #include "GenApi/Float.h"
 #include "GenApi/GCException.h"
 #include "GenApi/Integer.h"
-#include "GenApi/IntegerText.h"
 #include "GenApi/Node.h"
 #include "GenApi/NodeCast.h"
 #include "GenApi/NodeMap.h"
 #include "GenApi/Register.h"
-#include "GenApi/String.h"
-#include "ctl/NumberText.h"
 #include "support/Text.h"
 #include "support/ZrException.h"
 
@@ -27,7 +21,6 @@ using namespace GenApi_3_0;
 constexpr std::size_t kDeepest = 32;        // categories in categories
 constexpr std::size_t kMostLines = 50'000;  // categories that share categories are more ways than anybody can walk
 constexpr std::size_t kLongestValue = 256;  // bytes; registers may hold megabytes
-constexpr std::size_t kLongestLimits = 4096;
 
 bool IsReadable(const IBase& objNode) {
     return objNode.GetAccessMode() == RO || objNode.GetAccessMode() == RW;
@@ -58,51 +51,6 @@ const char* KindOf(const INode& objNode) {
         default:
             return "other";
     }
-}
-
-/// What every address lies within is no limit to tell of.
-bool IsAnyAddress(IInteger& objInteger) {
-    constexpr std::int64_t kLastIPv4 = 0xFFFF'FFFF;
-    constexpr std::int64_t kLastMAC = 0xFFFF'FFFF'FFFF;
-    const ERepresentation eRepresentation = objInteger.GetRepresentation();
-    return objInteger.GetMin() <= 0 && ((eRepresentation == IPV4Address && objInteger.GetMax() >= kLastIPv4) ||
-                                        (eRepresentation == MACAddress && objInteger.GetMax() >= kLastMAC));
-}
-
-std::string LimitsOf(IInteger& objInteger) {
-    using LIMITS = std::numeric_limits<std::int64_t>;
-    if ((objInteger.GetMin() == LIMITS::min() && objInteger.GetMax() == LIMITS::max()) || IsAnyAddress(objInteger)) {
-        return {};
-    }
-    // As the value itself is shown.
-    const ERepresentation eRepresentation = objInteger.GetRepresentation();
-    std::string strLimits =
-        FormatAs(objInteger.GetMin(), eRepresentation) + " to " + FormatAs(objInteger.GetMax(), eRepresentation);
-    if (objInteger.GetIncMode() == fixedIncrement && objInteger.GetInc() != 1) {
-        strLimits += " in steps of " + std::to_string(objInteger.GetInc());
-    }
-    return strLimits;
-}
-
-std::string LimitsOf(IFloat& objFloat) {
-    std::string strLimits = NumberText(objFloat.GetMin()) + " to " + NumberText(objFloat.GetMax());
-    if (objFloat.HasInc()) {
-        strLimits += " in steps of " + NumberText(objFloat.GetInc());
-    }
-    return strLimits;
-}
-
-std::string LimitsOf(IEnumeration& objEnumeration) {
-    StringList_t vecSymbolic;
-    objEnumeration.GetSymbolics(vecSymbolic);
-    std::string strLimits;
-    for (const gcstring& strSymbolic : vecSymbolic) {
-        if (strLimits.size() > kLongestLimits) {
-            return strLimits + ", ...";
-        }
-        strLimits += (strLimits.empty() ? "" : ", ") + strSymbolic.str();
-    }
-    return strLimits;
 }
 
 std::string Shortened(const std::string& strText) {
@@ -165,29 +113,6 @@ private:
 
 }  // namespace
 
-std::string DescribeLimits(INode& objNode) {
-    try {
-        if (auto* pEnumeration = node_cast<IEnumeration>(&objNode)) {
-            return LimitsOf(*pEnumeration);
-        }
-        if (auto* pInteger = node_cast<IInteger>(&objNode)) {
-            return LimitsOf(*pInteger);
-        }
-        if (auto* pFloat = node_cast<IFloat>(&objNode)) {
-            return LimitsOf(*pFloat);
-        }
-        if (node_cast<IBoolean>(&objNode) != nullptr) {
-            return "0, 1";
-        }
-        if (auto* pString = node_cast<IString>(&objNode)) {
-            return "up to " + std::to_string(pString->GetMaxLength()) + " bytes";
-        }
-    } catch (const std::exception&) {
-        // They stand in features of their own, which may not be readable.
-    }
-    return {};
-}
-
 FEATURE ReadFeature(INode& objNode) {
     FEATURE objFeature;
     objFeature.strName = objNode.GetName().str();
@@ -210,7 +135,7 @@ FEATURE ReadFeature(INode& objNode) {
     } catch (const std::exception&) {
         // A camera that refuses one of its features still has the others.
     }
-    objFeature.strLimits = objFeature.bWritable ? DescribeLimits(objNode) : "";
+    objFeature.objLimits = objFeature.bWritable ? ReadLimits(objNode) : FEATURE_LIMITS();
     return objFeature;
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "ctl/FeatureLimits.h"
+
 namespace GenApi_3_0 {
 class INode;
 class INodeMap;
@@ -17,13 +19,9 @@ struct FEATURE {
     bool bWritable = false;
     std::optional<std::string> strValue;  ///< empty if it can't be read now
     std::string strUnit;
-    std::string strLimits;            ///< what it may be set to, in words
+    FEATURE_LIMITS objLimits;         ///< none if it can't be written now
     std::vector<FEATURE> vecFeature;  ///< of a category
 };
-
-/// What a feature may be set to now: "16 to 640 in steps of 4", "Mono8, Mono12"; empty where nothing limits it, or the
-/// limits can't be read.
-std::string DescribeLimits(GenApi_3_0::INode& objNode);
 
 /// One feature. A value that the camera refuses to tell is empty.
 /// @throws CTimeoutError, CDeviceOfflineError  the camera has gone

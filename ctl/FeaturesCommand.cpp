@@ -102,7 +102,7 @@ EXIT_CODE RunFeatureSet(const FEATURES_OPTIONS& objOptions, const COMMAND_OUTPUT
     try {
         Set(objNode, objOptions.strValue);
     } catch (const std::exception& objException) {
-        const std::string strLimits = DescribeLimits(objNode);
+        const std::string strLimits = DescribeLimits(ReadLimits(objNode));
         std::string strError = ErrorText(objException);
         if (strError.find(objOptions.strName) == std::string::npos) {
             strError.insert(0, objOptions.strName + ": ");

@@ -17,7 +17,7 @@
 namespace {
 
 // It has been heard with the address; this is for the list.
-constexpr std::chrono::milliseconds kLookTime{1000};
+constexpr std::chrono::milliseconds kLookTime{5000};
 
 /// The record of a camera as the list has it now.
 std::optional<CAMERA> FindAgain(const CCameraTree& objTree, const CAMERA& objCamera) {
@@ -45,20 +45,25 @@ EXIT_CODE RunForce(const FORCE_OPTIONS& objOptions, const COMMAND_OUTPUT& objOut
     const CAMERA objCamera = objTree.FindCamera(objOptions.objCamera);
     objCamera.pDevice->DoForceIp(objOptions.strAddress, objOptions.strMask, objOptions.strGateway);
     std::optional<CAMERA> objNow;
+    const auto isThere = [&] { return objNow && objNow->nAddress == nAddress; };
     objTree.Look(kLookTime, [&] {
         objNow = FindAgain(objTree, objCamera);
-        return objNow && objNow->nAddress == nAddress;
+        return isThere();
     });
     if (objOptions.bKeep) {
         Keep(*(objNow ? *objNow : objCamera).pDevice, objOptions);
     }
     if (objOptions.bJson) {
         WriteFoundCameraJson(objOutput.objOut, objNow);
-    } else {
-        objOutput.objOut << Printable(objCamera.strID) << " is at " << IPToString(nAddress) << " on "
-                         << Printable(objCamera.objAdapter.strName)
-                         << (objNow ? " (" + GetStateText(*objNow) + ')' : std::string())
-                         << (objOptions.bKeep ? ", and keeps the address" : ", until its next start") << '\n';
+    } else if (isThere()) {
+        WriteCameraAt(objOutput.objOut, *objNow,
+                      objOptions.bKeep ? ", and keeps the address" : ", until its next start");
     }
+    if (!isThere()) {
+        objOutput.objErr << Printable(objCamera.strID) << " took the address " << IPToString(nAddress)
+                         << ", but doesn't answer there. \"norvikctl list\" looks again.\n";
+        return EXIT_CODE::Incomplete;
+    }
+    TellOfOtherSubnet(objOutput.objErr, *objNow);
     return EXIT_CODE::Success;
 }

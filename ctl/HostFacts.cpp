@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
+#include <utility>
 
 #include <QHostAddress>
 #include <QNetworkInterface>
@@ -79,16 +80,23 @@ std::vector<PRODUCER_FOLDER> ReadProducerFolders() {
 
 }  // namespace
 
-std::vector<HOST_ADDRESS> ReadAddresses(std::optional<std::uint64_t> nMAC, std::uint32_t nAddress) {
+std::optional<HOST_INTERFACE> FindHostInterface(std::optional<std::uint64_t> nMAC,
+                                                std::optional<std::uint32_t> nAddress) {
+    std::optional<HOST_INTERFACE> objFound;
     for (const QNetworkInterface& objInterface : QNetworkInterface::allInterfaces()) {
-        const std::vector<HOST_ADDRESS> vecAddress = AddressesOf(objInterface);
-        // Two adapters may have been given the same address.
-        const bool bOther = nMAC && ParseMAC(objInterface.hardwareAddress().toStdString()) != nMAC;
-        if (!bOther && std::ranges::find(vecAddress, nAddress, &HOST_ADDRESS::nAddress) != vecAddress.end()) {
-            return vecAddress;
+        HOST_INTERFACE objThis = {objInterface.name().toStdString(), AddressesOf(objInterface)};
+        // Two adapters may have been given the same address, and a VLAN has the MAC of what it runs on.
+        const bool bMAC = !nMAC || ParseMAC(objInterface.hardwareAddress().toStdString()) == nMAC;
+        const bool bAddress = !nAddress || std::ranges::find(objThis.vecAddress, *nAddress, &HOST_ADDRESS::nAddress) !=
+                                               objThis.vecAddress.end();
+        if (bMAC && bAddress) {
+            if (objFound) {
+                return std::nullopt;
+            }
+            objFound = std::move(objThis);
         }
     }
-    return {};
+    return objFound;
 }
 
 HOST_FACTS ReadHostFacts() {

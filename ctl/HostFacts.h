@@ -12,6 +12,12 @@ struct HOST_ADDRESS {
     bool bBroadcast = false;  ///< whether it has a broadcast address
 };
 
+/// A network interface of this machine.
+struct HOST_INTERFACE {
+    std::string strName;
+    std::vector<HOST_ADDRESS> vecAddress;
+};
+
 struct HOST_ADAPTER {
     std::string strName;
     bool bUp = false;                       ///< switched on
@@ -44,9 +50,10 @@ struct HOST_FACTS {
 };
 
 /// @param nMAC  of one of this machine's adapters, if it is known
-/// @param nAddress  of the same
-/// @return all IPv4 addresses of that adapter; none if there is no such adapter
-std::vector<HOST_ADDRESS> ReadAddresses(std::optional<std::uint64_t> nMAC, std::uint32_t nAddress);
+/// @param nAddress  one of its addresses, if it has any
+/// @return the only interface with both; none if there is no such one, or several
+std::optional<HOST_INTERFACE> FindHostInterface(std::optional<std::uint64_t> nMAC,
+                                                std::optional<std::uint32_t> nAddress);
 
 /// Looks at this machine. Changes nothing, sends nothing; may start `nft` to see the packet filters.
 HOST_FACTS ReadHostFacts();

@@ -212,11 +212,11 @@ private:
         Chooses(pLoad, objOptions, RunFeatureLoad);
         Chooses(pDiff, objOptions, RunFeatureDiff);
         pApp->footer(
-            "Without a subcommand it shows all features by category. The options may stand behind a subcommand. With\n"
-            "--json get and set write the feature as one of those objects, save the list \"not_saved\", load the list\n"
-            "\"refused\", and diff the lists \"differences\" and \"not_compared\". A feature has \"kind\", \"value\" "
-            "(a text,\n"
-            "or null if it can't be read), \"unit\", \"access\" and \"limits\", the last two for people.");
+            R"(Without a subcommand it shows all features by category. The options may stand behind a subcommand. With
+--json get and set write the feature as one of those objects, save the list "not_saved", load the list
+"refused", and diff the lists "differences" and "not_compared". A feature has "kind", "value" (null if it
+can't be read), "unit", "readable", "writable" and "limits": "min", "max" and "increment", or "entries", or
+"max_length". Numbers are numbers, but for those that are shown in hexadecimal or as an address.)");
     }
 
     void AddGrab() {

@@ -132,9 +132,9 @@ EXIT_CODE LookFor(std::uint64_t nMAC, std::uint32_t nAddress, const RECOVER_OPTI
     });
     if (isThere()) {
         if (!objOptions.bJson) {
-            objOutput.objOut << Printable(objLast->strID) << " is at " << IPToString(nAddress) << " on "
-                             << Printable(objLast->objAdapter.strName) << " (" << GetStateText(*objLast) << ")\n";
+            WriteCameraAt(objOutput.objOut, *objLast);
         }
+        TellOfOtherSubnet(objOutput.objErr, *objLast);
         return EXIT_CODE::Success;
     }
     if (objLast && objLast->nAddress) {

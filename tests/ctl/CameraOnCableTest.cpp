@@ -121,6 +121,7 @@ TEST_F(CameraOnCable, IsRecoveredAndThenReached) {
     const json objFound = json::parse(objRun.strOut)["cameras"].at(0);
     EXPECT_EQ(objFound["mac"], m_strMAC);
     EXPECT_EQ(objFound["state"], "other subnet");
+    EXPECT_EQ(objFound["interface"], "eth1");
     m_objMachine->Run("ip address add 10.9.9.1/24 broadcast + dev eth1");
     EXPECT_EQ(json::parse(Run("list --json").strOut)["cameras"].at(0)["state"], "ready") << "in the second subnet";
     m_objMachine->Run("ip address del 10.9.9.1/24 dev eth1");
@@ -147,6 +148,7 @@ TEST_F(CameraOnCable, IsForcedToAnAddressAndKeepsIt) {
     EXPECT_EQ(objCamera["state"], "ready");
     EXPECT_EQ(Run("features left get GevPersistentIPAddress").strOut, "192.168.1.20\n");
     EXPECT_EQ(Run("force left 192.168.1.5").nExitCode, 2) << "this computer's own";
+    EXPECT_THAT(Run("force left 10.8.8.8 2>&1").strOut, HasSubstr("ADDRESS/24 broadcast + dev eth1\n"));
     EXPECT_EQ(Run("force left 192.168.1.21 --mask 255.0.255.0").nExitCode, 1);
 }
 
