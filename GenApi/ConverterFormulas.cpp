@@ -75,6 +75,9 @@ void CConverterFormulas<Value>::Write(Value value, bool bVerify) {
 // The node's own maximum, sent back through the formula, may miss the maximum below by a rounding error.
 template <class Value>
 Value CConverterFormulas<Value>::PulledInside(Value raw) const {
+    if (!std::isfinite(static_cast<double>(raw))) {
+        return raw;  // its error would be as large as itself, so that any limit would be near
+    }
     constexpr double kTolerance = 1e-9;
     const double fTolerance = kTolerance * std::abs(static_cast<double>(raw));
     for (const Value limit : {SourceMin(), SourceMax()}) {
@@ -103,6 +106,24 @@ Value CConverterFormulas<Value>::SourceMax() const {
     }
 }
 
+/// The source's maximum; where increments hold, the last value that they lead to, since in a falling formula the others
+/// count from that.
+template <class Value>
+Value CConverterFormulas<Value>::LastStep() const {
+    if constexpr (std::is_same_v<Value, std::int64_t>) {
+        const std::int64_t nMin = SourceMin();
+        const std::int64_t nMax = SourceMax();
+        const std::int64_t nInc = m_pValue->IncInt();
+        if (m_bLinear && nInc > 1 && nMin < nMax) {
+            // Without sign the difference fits, whatever the ends.
+            const std::uint64_t nBeyond = (static_cast<std::uint64_t>(nMax) - static_cast<std::uint64_t>(nMin)) %
+                                          static_cast<std::uint64_t>(nInc);
+            return static_cast<std::int64_t>(static_cast<std::uint64_t>(nMax) - nBeyond);
+        }
+    }
+    return SourceMax();
+}
+
 template <class Value>
 std::pair<Value, Value> CConverterFormulas<Value>::Limits() {
     constexpr std::pair kNone{std::numeric_limits<Value>::lowest(), std::numeric_limits<Value>::max()};
@@ -118,7 +139,7 @@ std::pair<Value, Value> CConverterFormulas<Value>::Limits() {
     Value last{};
     try {
         first = m_objFrom.Evaluate(false, SourceMin());
-        last = m_objFrom.Evaluate(false, SourceMax());
+        last = m_objFrom.Evaluate(false, LastStep());
     } catch (const GenICam_3_0::RuntimeException&) {
         return kNone;  // a formula like 1/TO has no value at one of the ends
     }
@@ -145,6 +166,9 @@ Value CConverterFormulas<Value>::Increment() {
     if constexpr (std::is_same_v<Value, double>) {
         step = m_pValue->IncFloat();
         if (!(step > 0)) {
+            if (m_pValue->GetPrincipalInterfaceType() == intfIFloat) {
+                return 0;
+            }
             step = static_cast<double>(m_pValue->IncInt());
         }
         return std::abs(m_objFrom.Evaluate(false, SourceMin() + step) - m_objFrom.Evaluate(false, SourceMin()));

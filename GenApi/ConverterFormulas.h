@@ -37,6 +37,7 @@ private:
     Value PulledInside(Value raw) const;
     Value SourceMin() const;
     Value SourceMax() const;
+    Value LastStep() const;
 
     CNodeImpl& m_objOwner;
     CFormulaInputs m_objInputs;

@@ -237,6 +237,27 @@ TEST(Converters, LeadBothWays) {
     EXPECT_THROW(objMap.Integer("Times").SetValue(41), OutOfRangeException);
 }
 
+TEST(Converters, KeepToWhatTheSourceTakes) {
+    const auto Over = [](const char* pKind, const char* pSource, const char* pTo, const char* pFrom) {
+        return std::string("<") + pKind + " Name='" + pSource + "Seen'><FormulaTo>" + pTo +
+               "</FormulaTo><FormulaFrom>" + pFrom + "</FormulaFrom><pValue>" + pSource +
+               "</pValue><IsLinear>Yes</IsLinear></" + pKind + ">";
+    };
+    CTestMap objMap(Over("Converter", "Gain", "10 ** (FROM / 20)", "20 * LG(TO)") +
+                    Over("Converter", "Time", "FROM / 1000", "TO * 1000") +
+                    Over("IntConverter", "Step", "100 - FROM", "100 - TO") +
+                    "<Integer Name='Gain'><Value>7</Value><Min>0</Min><Max>1000</Max></Integer>"
+                    "<Float Name='Time'><Value>1</Value><Min>0</Min><Max>10</Max></Float>"
+                    "<Integer Name='Step'><Value>0</Value><Min>0</Min><Max>10</Max><Inc>4</Inc></Integer>");
+    EXPECT_THROW(objMap.Float("GainSeen").SetValue(1e5), OutOfRangeException) << "infinity is beyond the maximum";
+    EXPECT_EQ(objMap.Integer("Gain").GetValue(), 7);
+    EXPECT_FALSE(objMap.Float("TimeSeen").HasInc());
+    EXPECT_EQ(objMap.Integer("StepSeen").GetMin(), 92);
+    objMap.Integer("StepSeen").SetValue(96);
+    EXPECT_EQ(objMap.Integer("Step").GetValue(), 4);
+    EXPECT_THROW(objMap.Integer("StepSeen").SetValue(94), OutOfRangeException);
+}
+
 TEST(Booleans, StandForTheirTwoNumbers) {
     CTestMap objMap(
         Reg("Raw", 0) + "<Boolean Name='B'><pValue>Raw</pValue><OnValue>5</OnValue><OffValue>6</OffValue></Boolean>" +
