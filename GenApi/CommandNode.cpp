@@ -1,5 +1,7 @@
 #include "GenApi/CommandNode.h"
 
+#include <utility>
+
 #include "GenApi/AccessMode.h"
 #include "GenApi/GCException.h"
 #include "GenApi/NumberText.h"
@@ -25,17 +27,24 @@ void CCommandNode::Execute(bool Verify) {
     }
     // A command's number is a pattern of bits that the description gives: the register's limits don't apply to it.
     m_objSource.Write(m_objCommand.Read(false), false);
+    m_bRunning = true;
     objChange.Written(Number());
     objChange.Finish();
 }
 
 bool CCommandNode::IsDone(bool Verify) {
-    const AutoLock objLock(Context().Lock());
+    CChange objChange(Context());
     const EAccessMode eMode = AccessMode();
     if (Verify && !IsAvailable(eMode)) {
         RequireWritable();
     }
-    return IsDoneNow();
+    const bool bDone = IsDoneNow();
+    if (bDone && std::exchange(m_bRunning, false)) {
+        // What was read while it ran may have been halfway.
+        objChange.Written(Number());
+    }
+    objChange.Finish();
+    return bDone;
 }
 
 bool CCommandNode::IsDoneNow() {

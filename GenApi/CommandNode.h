@@ -45,6 +45,7 @@ private:
 
     CValueSource<std::int64_t> m_objSource;
     CNumberRef<std::int64_t> m_objCommand{std::int64_t{1}};
+    bool m_bRunning = false;  // executed, and not yet seen done
 };
 
 }  // namespace GenApi_3_0

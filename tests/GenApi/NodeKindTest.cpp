@@ -290,6 +290,23 @@ TEST(Commands, WriteTheirNumberAndWaitUntilTheDeviceTakesItBack) {
     EXPECT_TRUE(objMap.Command("Fire").IsDone()) << "nobody can tell otherwise";
 }
 
+TEST(Commands, LetWhatTheyChangedBeReadAnewOnceTheyAreDone) {
+    CTestMap objMap(Reg("Raw", 0, "<Cachable>NoCache</Cachable>") +
+                    "<Command Name='Load'><pValue>Raw</pValue><CommandValue>1</CommandValue></Command>" +
+                    Reg("Gain", 4, "<pInvalidator>Load</pInvalidator>"));
+    objMap.Command("Load").Execute();
+    EXPECT_FALSE(objMap.Command("Load").IsDone());
+    EXPECT_EQ(objMap.Integer("Gain").GetValue(), 0);
+    objMap.Port.PutNumber(4, 7);
+    objMap.Port.PutNumber(0, 0);
+    EXPECT_TRUE(objMap.Command("Load").IsDone());
+    EXPECT_EQ(objMap.Integer("Gain").GetValue(), 7);
+    objMap.Port.TakeReads();
+    EXPECT_TRUE(objMap.Command("Load").IsDone());
+    EXPECT_EQ(objMap.Integer("Gain").GetValue(), 7);
+    EXPECT_EQ(objMap.Port.TakeReads(), 1) << "of the command alone";
+}
+
 TEST(Enumerations, AreChosenByNameOrNumber) {
     CTestMap objMap(
         Reg("Raw", 0) +
