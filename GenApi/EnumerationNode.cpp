@@ -20,16 +20,27 @@ bool CEnumerationNode::Apply(const PROPERTY& objProperty, CPropertyReader& objRe
 }
 
 void CEnumerationNode::Complete(CPropertyReader& objReader) {
-    for (const CEnumEntryNode* pEntry : m_vecEntry) {
+    for (CEnumEntryNode* pEntry : m_vecEntry) {
         objReader.NoteLink(pEntry->Number(), ELink::Entry);
+        m_bSelfClearing = m_bSelfClearing || pEntry->IsSelfClearing();
     }
     CNodeImpl::Complete(objReader);
 }
 
+// One description for several models may give a value more than one name, of which a device has one.
 CEnumEntryNode* CEnumerationNode::EntryOf(std::int64_t nValue) const {
-    const auto it = std::find_if(m_vecEntry.begin(), m_vecEntry.end(),
-                                 [nValue](const CEnumEntryNode* p) { return p->Value() == nValue; });
-    return it == m_vecEntry.end() ? nullptr : *it;
+    const auto HasValue = [nValue](const CEnumEntryNode* p) { return p->Value() == nValue; };
+    const auto itFirst = std::find_if(m_vecEntry.begin(), m_vecEntry.end(), HasValue);
+    if (itFirst == m_vecEntry.end()) {
+        return nullptr;
+    }
+    if (std::none_of(itFirst + 1, m_vecEntry.end(), HasValue)) {
+        return *itFirst;
+    }
+    const auto itAvailable = std::find_if(itFirst, m_vecEntry.end(), [&HasValue](CEnumEntryNode* p) {
+        return HasValue(p) && IsAvailable(p->AccessMode());
+    });
+    return itAvailable == m_vecEntry.end() ? *itFirst : *itAvailable;
 }
 
 CEnumEntryNode* CEnumerationNode::EntryNamed(std::string_view strSymbolic) const {
@@ -46,20 +57,41 @@ CEnumEntryNode& CEnumerationNode::RequireEntry(std::int64_t nValue) const {
     return *pEntry;
 }
 
+void CEnumerationNode::RequireAvailable(CEnumEntryNode& objEntry) const {
+    if (!IsAvailable(objEntry.AccessMode())) {
+        Throw<AccessException>(Subject() + ": its entry '" + std::string(objEntry.Symbolic()) +
+                               "' isn't available now");
+    }
+}
+
+bool CEnumerationNode::ClearsItself(std::int64_t nValue) const {
+    return m_bSelfClearing && std::any_of(m_vecEntry.begin(), m_vecEntry.end(), [nValue](CEnumEntryNode* p) {
+               return p->Value() == nValue && p->IsSelfClearing();
+           });
+}
+
 // Numbers
 
 std::int64_t CEnumerationNode::ReadInt(bool bIgnoreCache) {
-    return Cached(m_nValue, bIgnoreCache, [this, bIgnoreCache] { return m_objSource.Read(bIgnoreCache); });
+    const auto Read = [this](bool bPastCache) {
+        Cached(m_nValue, bPastCache, [this, bPastCache] { return m_objSource.Read(bPastCache); });
+    };
+    const std::uint64_t nNotes = Context().UncachableNotes();
+    Read(bIgnoreCache);
+    if (ClearsItself(m_nValue)) {
+        // The device takes such a value back on its own.
+        if (!bIgnoreCache && Context().UncachableNotes() == nNotes) {
+            Read(true);
+        }
+        Context().NoteUncachable();
+    }
+    return m_nValue;
 }
 
 void CEnumerationNode::WriteInt(std::int64_t nValue, bool bVerify) {
     const CEvaluation objStep(Context(), Name());
     if (bVerify) {
-        CEnumEntryNode& objEntry = RequireEntry(nValue);
-        if (!IsAvailable(objEntry.AccessMode())) {
-            Throw<AccessException>(Subject() + ": its entry '" + std::string(objEntry.Symbolic()) +
-                                   "' isn't available now");
-        }
+        RequireAvailable(RequireEntry(nValue));
     }
     CChange objChange(Context());
     State().ValueValid = false;
@@ -128,27 +160,36 @@ IEnumEntry* CEnumerationNode::GetEntryByName(const gcstring& Symbolic) {
 }
 
 IEnumEntry* CEnumerationNode::GetEntry(std::int64_t IntValue) {
+    const AutoLock objLock(Context().Lock());
     return EntryOf(IntValue);
 }
 
 IEnumEntry* CEnumerationNode::GetCurrentEntry(bool Verify, bool IgnoreCache) {
+    const AutoLock objLock(Context().Lock());
     return EntryOf(GetIntValue(Verify, IgnoreCache));
 }
 
 // IValue
 
 gcstring CEnumerationNode::ToString(bool Verify, bool IgnoreCache) {
+    const AutoLock objLock(Context().Lock());
     const std::int64_t nValue = GetIntValue(Verify, IgnoreCache);
     return gcstring(RequireEntry(nValue).Symbolic());
 }
 
 void CEnumerationNode::FromString(const gcstring& ValueStr, bool Verify) {
     const std::string_view strSymbolic = TrimXmlSpace(ValueStr.view());
-    const CEnumEntryNode* pEntry = EntryNamed(strSymbolic);
+    CEnumEntryNode* pEntry = EntryNamed(strSymbolic);
     if (pEntry == nullptr) {
         Throw<InvalidArgumentException>(Subject() + " has no entry '" + std::string(strSymbolic) + "'");
     }
-    SetIntValue(pEntry->Value(), Verify);
+    CChange objChange(Context());
+    if (Verify) {
+        RequireWritable();
+        RequireAvailable(*pEntry);  // the value's other name may be, which isn't what was asked for
+    }
+    WriteInt(pEntry->Value(), Verify);
+    objChange.Finish();
 }
 
 bool CEnumerationNode::IsValueCacheValid() const {

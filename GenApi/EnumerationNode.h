@@ -55,14 +55,19 @@ protected:
     CNodeImpl* ValueNode() const override { return m_objSource.FixedNode(); }
 
 private:
+    /// Of several with that value the first that is available, if one is. With the lock held.
     CEnumEntryNode* EntryOf(std::int64_t nValue) const;
     CEnumEntryNode* EntryNamed(std::string_view strSymbolic) const;
     /// @throws OutOfRangeException  there is none
     CEnumEntryNode& RequireEntry(std::int64_t nValue) const;
+    /// @throws AccessException  it isn't available
+    void RequireAvailable(CEnumEntryNode& objEntry) const;
+    bool ClearsItself(std::int64_t nValue) const;
 
     CValueSource<std::int64_t> m_objSource;
     std::vector<CEnumEntryNode*> m_vecEntry;
-    std::int64_t m_nValue = 0;  // cached
+    std::int64_t m_nValue = 0;     // cached
+    bool m_bSelfClearing = false;  // one of the entries is
 };
 
 }  // namespace GenApi_3_0

@@ -337,6 +337,37 @@ TEST(Enumerations, AreChosenByNameOrNumber) {
     EXPECT_EQ(objMap.Map._GetNode("EnumEntry_E_B"), vecEntry[1]);
 }
 
+TEST(Enumerations, GiveAValueTheNameThatIsAvailable) {
+    CTestMap objMap(
+        Reg("Raw", 0) + Reg("IsNew", 4) +
+        "<IntSwissKnife Name='IsOld'><pVariable Name='N'>IsNew</pVariable><Formula>1 - N</Formula></IntSwissKnife>"
+        "<Enumeration Name='E'><EnumEntry Name='Old'><pIsImplemented>IsOld</pIsImplemented><Value>1</Value></EnumEntry>"
+        "<EnumEntry Name='New'><pIsImplemented>IsNew</pIsImplemented><Value>1</Value></EnumEntry>"
+        "<pValue>Raw</pValue></Enumeration>");
+    for (const bool bNew : {true, false}) {
+        objMap.Integer("IsNew").SetValue(bNew);
+        objMap.Enumeration("E").FromString(bNew ? "New" : "Old");
+        EXPECT_EQ(objMap.Enumeration("E").ToString(), bNew ? "New" : "Old");
+        EXPECT_EQ(objMap.Enumeration("E").GetCurrentEntry()->GetSymbolic(), bNew ? "New" : "Old");
+        EXPECT_THROW(objMap.Enumeration("E").FromString(bNew ? "Old" : "New"), AccessException);
+    }
+}
+
+TEST(Enumerations, AskTheDeviceWhetherItHasTakenAValueBack) {
+    CTestMap objMap(
+        Reg("Raw", 0) +
+        "<Enumeration Name='Auto'><EnumEntry Name='Off'><Value>0</Value></EnumEntry><EnumEntry Name='Once'>"
+        "<Value>1</Value><IsSelfClearing>Yes</IsSelfClearing></EnumEntry><pValue>Raw</pValue></Enumeration>"
+        "<IntSwissKnife Name='Seen'><pVariable Name='A'>Auto</pVariable><Formula>A</Formula></IntSwissKnife>");
+    objMap.Enumeration("Auto").FromString("Once");
+    EXPECT_EQ(objMap.Integer("Seen").GetValue(), 1);
+    EXPECT_EQ(objMap.Port.TakeReads(), 1);
+    objMap.Port.PutNumber(0, 0);
+    EXPECT_EQ(objMap.Integer("Seen").GetValue(), 0);
+    EXPECT_EQ(objMap.Enumeration("Auto").ToString(), gcstring("Off"));
+    EXPECT_EQ(objMap.Port.TakeReads(), 1) << "what stays is cached";
+}
+
 TEST(Categories, LeadToTheirFeaturesAndBack) {
     CTestMap objMap(
         "<Category Name='Root'><pFeature>Sub</pFeature></Category><Category Name='Sub'><pFeature>Int</pFeature>"
