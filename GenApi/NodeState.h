@@ -12,6 +12,7 @@ namespace GenApi_3_0 {
 struct REGISTER_CELL {
     std::vector<std::uint8_t> Bytes;
     bool Valid = false;
+    bool Readable = false;  ///< by one of the nodes at least
 };
 
 /// The part of a node that changes reach: flat, so that a change that touches thousands of nodes walks one array.

@@ -68,6 +68,7 @@ void CRegisterBlock::AddIndex(const PROPERTY& objProperty, CPropertyReader& objR
 void CRegisterBlock::Complete(CPropertyReader& objReader) {
     m_pCell = objReader.Sharing().CellOf(m_objOwner.Context(), Key(), Place());
     m_objOwner.State().pCell = m_pCell;
+    m_pCell->Readable = m_pCell->Readable || IsReadable(m_objOwner.OwnAccessMode());
 }
 
 std::string CRegisterBlock::Key() const {
@@ -203,8 +204,8 @@ void CRegisterBlock::Keep(std::span<const std::uint8_t> buffer) {
 void CRegisterBlock::ReadForChange(std::span<std::uint8_t> buffer) {
     // The cache may be behind: the device changes bits of its own, and other nodes reach the same bytes through
     // computed addresses. Half a register written from the cache would put the old bits back, so the device is asked
-    // each time.
-    if (IsReadable(Combine(m_objOwner.OwnAccessMode(), m_pPort != nullptr ? m_pPort->AccessMode() : NA))) {
+    // each time. Bits that can't be read may lie beside some that can.
+    if (m_pCell->Readable && m_pPort != nullptr && IsReadable(m_pPort->AccessMode())) {
         ReadPort(buffer, false);
     } else if (!CachedIn(buffer)) {
         std::fill(buffer.begin(), buffer.end(), std::uint8_t{0});

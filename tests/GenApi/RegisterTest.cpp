@@ -237,4 +237,16 @@ TEST(Registers, WritingSomeBitsKeepsWhatAnotherNodeWroteToTheOthers) {
     EXPECT_EQ(objMap.Port.NumberAt(8), 14u);
 }
 
+TEST(Registers, WritingBitsThatCannotBeReadKeepsThoseBesideThemThatCan) {
+    CTestMap objMap(
+        "<StructReg Comment='c'><Address>8</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+        "<StructEntry Name='Mode'><LSB>0</LSB><MSB>3</MSB></StructEntry>"
+        "<StructEntry Name='Start'><Bit>8</Bit><AccessMode>WO</AccessMode></StructEntry></StructReg>");
+    for (const std::uint32_t nMode : {5U, 7U}) {
+        objMap.Port.PutNumber(8, nMode);
+        objMap.Integer("Start").SetValue(1);
+        EXPECT_EQ(objMap.Port.NumberAt(8), 0x100U | nMode);
+    }
+}
+
 }  // namespace
