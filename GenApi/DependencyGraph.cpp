@@ -23,6 +23,7 @@ std::uint8_t SpreadOver(ELink eLink, std::uint8_t nDirt) {
         case ELink::Access:
             return Dirt(bValue || bAccess, kDirtyAccess);
         case ELink::Invalidator:
+            return Dirt(bValue, kDirtyRegister | kDirtyBelow);
         case ELink::Selector:
             return Dirt(bValue, kDirtyRegister);
         case ELink::Overlap:
@@ -45,6 +46,9 @@ std::uint8_t SpreadOver(ELink eLink, std::uint8_t nDirt) {
 void CDependencyGraph::Build(std::size_t nNodes) {
     m_objChildren.Fill(m_vecReference, nNodes, &REFERENCE::From, &REFERENCE::To);
     m_objParents.Fill(m_vecReference, nNodes, &REFERENCE::To, &REFERENCE::From);
+    // An index of their own: a node that is invalidated has few of these, and may have thousands of other children.
+    std::erase_if(m_vecReference, [](const REFERENCE& objReference) { return objReference.Kind != ELink::Value; });
+    m_objSources.Fill(m_vecReference, nNodes, &REFERENCE::From, &REFERENCE::To);
     m_vecReference = {};
 }
 

@@ -35,6 +35,8 @@ inline constexpr std::uint8_t kDirtyLimits = 8;
 /// Value and bytes, because another register has changed some of these. It goes no further on that way: what they have
 /// in common with a third one is that one's own matter.
 inline constexpr std::uint8_t kDirtyBytes = 16;
+/// What the value is taken from, down to the registers, from where it would else come back as it was.
+inline constexpr std::uint8_t kDirtyBelow = 32;
 inline constexpr std::uint8_t kDirtyAll = kDirtyRegister | kDirtyValue | kDirtyAccess | kDirtyLimits;
 
 /// What a change of a node does to another that refers to it.
@@ -57,6 +59,8 @@ public:
 
     /// What the node refers to, in the order of the description.
     std::span<const LINK> Children(std::uint32_t nNode) const { return m_objChildren.Of(nNode); }
+    /// Of these the nodes that its value is: those with ELink::Value.
+    std::span<const LINK> Sources(std::uint32_t nNode) const { return m_objSources.Of(nNode); }
     /// What refers to the node, in the order of the description.
     std::span<const LINK> Parents(std::uint32_t nNode) const { return m_objParents.Of(nNode); }
 
@@ -79,6 +83,7 @@ private:
 
     std::vector<REFERENCE> m_vecReference;  // empty once built
     ADJACENCY m_objChildren;
+    ADJACENCY m_objSources;
     ADJACENCY m_objParents;
 };
 

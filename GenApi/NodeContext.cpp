@@ -62,6 +62,13 @@ void CNodeContext::VisitParents() {
         for (const LINK& objParent : parents) {
             Visit(objParent.Node, SpreadOver(objParent.Kind, objPending.Dirt));
         }
+        if ((objPending.Dirt & kDirtyBelow) != 0) {
+            const std::span<const LINK> sources = m_objGraph.Sources(objPending.Node);
+            nLinks += sources.size();
+            for (const LINK& objSource : sources) {
+                Visit(objSource.Node, kDirtyRegister | kDirtyBelow);
+            }
+        }
     }
     constexpr std::size_t kLinksPerEvaluation = 16;
     NoteWork(nLinks / kLinksPerEvaluation);

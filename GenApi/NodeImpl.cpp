@@ -295,7 +295,7 @@ EYesNo CNodeImpl::IsAccessModeCacheable() const {
 
 void CNodeImpl::InvalidateNode() {
     CChange objChange(m_objContext);
-    objChange.Invalidated(m_nNode);
+    objChange.Invalidated(m_nNode, kDirtyAll | kDirtyBelow);
     objChange.Finish();
 }
 

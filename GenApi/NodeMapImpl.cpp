@@ -108,7 +108,7 @@ void CNodeMapImpl::Poll(std::int64_t ElapsedTime) {
             vecDue.push_back(objPolled.Node);
         }
     }
-    objChange.Invalidated(vecDue, kDirtyRegister);
+    objChange.Invalidated(vecDue, kDirtyRegister | kDirtyBelow);
     objChange.Finish();
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -219,6 +220,24 @@ TEST(Invalidation, ReachesWhatASelectorSelectsDownToTheRegister) {
     dynamic_cast<ISelector&>(objMap.Node("Gain")).GetSelectingFeatures(vecFeature);
     ASSERT_EQ(vecFeature.size(), 1u);
     EXPECT_EQ(vecFeature[0]->GetNode(), &objMap.Node("Sel"));
+}
+
+TEST(Invalidation, ReachesTheRegisterBelow) {
+    CTestMap objMap(
+        Reg("Mode", 0) + Reg("A", 4) + Reg("B", 8) +
+        "<Integer Name='Feature'><pInvalidator>Mode</pInvalidator><PollingTime>100</PollingTime>"
+        "<pValue>Middle</pValue></Integer>"
+        "<Integer Name='Middle'><pIndex>Which</pIndex><pValueIndexed Index='0'>A</pValueIndexed>"
+        "<pValueIndexed Index='1'>B</pValueIndexed></Integer><Integer Name='Which'><Value>1</Value></Integer>");
+    CReread objReread(objMap, {"Feature"});
+    const std::pair<const char*, std::function<void()>> arrChange[] = {
+        {"invalidator", [&] { objMap.Integer("Mode").SetValue(1); }},
+        {"the user", [&] { objMap.Node("Feature").InvalidateNode(); }},
+        {"time", [&] { objMap.Map._Poll(100); }}};
+    for (const auto& [pName, fnChange] : arrChange) {
+        fnChange();
+        EXPECT_EQ(objReread.Names(), std::vector<std::string>{"Feature"}) << pName;
+    }
 }
 
 TEST(Polling, DropsWhatWasCachedWhenItsTimeIsOver) {
