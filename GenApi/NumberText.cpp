@@ -1,5 +1,6 @@
 #include "GenApi/NumberText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -69,6 +70,23 @@ std::optional<double> ParseFloat(std::string_view strText) {
         return nValue ? std::optional<double>(static_cast<double>(*nValue)) : std::nullopt;
     }
     return ParseWhole<double>(strText, std::chars_format::general);
+}
+
+std::optional<std::int64_t> ParseMaximum(std::string_view strText) {
+    if (const auto nValue = ParseInteger(strText)) {
+        return nValue;
+    }
+    const bool bUnsigned = ParseWhole<std::uint64_t>(WithoutPlus(TrimXmlSpace(strText)), 10).has_value();
+    return bUnsigned ? std::optional(std::numeric_limits<std::int64_t>::max()) : std::nullopt;
+}
+
+std::optional<double> ParseFloatLimit(std::string_view strText) {
+    if (const auto fValue = ParseFloat(strText)) {
+        return fValue;
+    }
+    constexpr long double kMax = std::numeric_limits<double>::max();
+    const auto fLong = ParseWhole<long double>(WithoutPlus(TrimXmlSpace(strText)), std::chars_format::general);
+    return fLong ? std::optional(static_cast<double>(std::clamp(*fLong, -kMax, kMax))) : std::nullopt;
 }
 
 std::optional<bool> ParseBoolean(std::string_view strText) {

@@ -20,6 +20,15 @@ std::optional<std::int64_t> ParseInteger(std::string_view strText);
 /// What ParseInteger takes, decimal fractions, exponents, INF and NaN.
 std::optional<double> ParseFloat(std::string_view strText);
 
+// Descriptions say that a number has no limit by the largest number that their authors had.
+
+/// What ParseInteger takes, and decimal numbers of 64 bits without sign, cut to the largest with one.
+std::optional<std::int64_t> ParseMaximum(std::string_view strText);
+
+/// What ParseFloat takes, with numbers beyond the range of double cut to its ends: a largest double of few digits, as
+/// in 1.79769313486232E+308, is beyond it.
+std::optional<double> ParseFloatLimit(std::string_view strText);
+
 /// 1 or 0, true or false with or without capitals, white space around it allowed.
 std::optional<bool> ParseBoolean(std::string_view strText);
 

@@ -102,7 +102,7 @@ CNodeImpl* CPropertyReader::Resolve(const PROPERTY& objProperty, std::string_vie
 }
 
 std::int64_t CPropertyReader::Integer(const PROPERTY& objProperty) const {
-    const auto nValue = ParseInteger(objProperty.Text);
+    const auto nValue = objProperty.Tag == ETag::Max ? ParseMaximum(objProperty.Text) : ParseInteger(objProperty.Text);
     if (!nValue) {
         Fail(objProperty, "isn't a 64-bit integer");
     }
@@ -118,7 +118,8 @@ std::int64_t CPropertyReader::IntegerOfAttribute(const PROPERTY& objProperty) co
 }
 
 double CPropertyReader::Float(const PROPERTY& objProperty) const {
-    const auto fValue = ParseFloat(objProperty.Text);
+    const bool bLimit = objProperty.Tag == ETag::Min || objProperty.Tag == ETag::Max;
+    const auto fValue = bLimit ? ParseFloatLimit(objProperty.Text) : ParseFloat(objProperty.Text);
     if (!fValue) {
         Fail(objProperty, "isn't a number");
     }

@@ -167,6 +167,17 @@ TEST(Floats, TakeIntegersBelowThemRounded) {
     EXPECT_EQ(objMap.Float("Inc").GetInc(), 0.5);
 }
 
+TEST(Numbers, MayHaveLimitsBeyondAllThatThereAre) {
+    CTestMap objMap(
+        "<Float "
+        "Name='F'><Value>0</Value><Min>-1.79769313486232E+308</Min><Max>+1.79769313486232E+308</Max></Float>"
+        "<Integer Name='I'><Value>1</Value><Max>18446744073709551615</Max></Integer>");
+    EXPECT_EQ(objMap.Float("F").GetMin(), std::numeric_limits<double>::lowest());
+    EXPECT_EQ(objMap.Float("F").GetMax(), std::numeric_limits<double>::max());
+    EXPECT_EQ(objMap.Integer("I").GetMax(), INT64_MAX);
+    EXPECT_THROW(objMap.Value("F").FromString("1e400"), InvalidArgumentException);
+}
+
 TEST(Formulas, ConverterOfARegisterWithoutEndHasNoLimitsThatWrap) {
     for (const auto& [strTo, strFrom] : {std::pair{"FROM/8", "TO*8"}, {"FROM-10", "TO+10"}}) {
         CTestMap objMap(std::string("<IntConverter Name='C'><FormulaTo>") + strTo + "</FormulaTo><FormulaFrom>" +
