@@ -116,7 +116,8 @@ void CFeatureComparison::PutBackSelected(IValue& objSelector, const std::vector<
 
 void CFeatureComparison::PutBack(POSITION& objPosition) {
     if (std::exchange(objPosition.Moved, false)) {
-        objPosition.Selector->FromString(objPosition.Original);
+        // Unverified: a device may stand at what it wouldn't take now.
+        objPosition.Selector->FromString(objPosition.Original, false);
     }
 }
 

@@ -56,7 +56,8 @@ public:
     }
     void PutBack() {
         if (std::exchange(m_bMoved, false)) {
-            m_pSelector->FromString(m_strOriginal);
+            // Unverified: a device may stand at what it wouldn't take now.
+            m_pSelector->FromString(m_strOriginal, false);
         }
     }
     const std::string& Original() const { return m_strOriginal; }

@@ -50,6 +50,20 @@ std::vector<std::string> Stored(CTestMap& objMap, int nMaxPersistSets = -1) {
     return LinesOf(objBag);
 }
 
+/// Each as "Name[Selector=Value,...]: in the bag, on the device".
+std::vector<std::string> Differences(const CFeatureBag& objBag, CTestMap& objMap, gcstring_vector* pErrorList) {
+    std::vector<std::string> vecText;
+    for (const FEATURE_DIFFERENCE& objDifference : objBag.CompareWith(objMap.Map._Ptr, pErrorList)) {
+        std::string strSelectors;
+        for (const auto& [strName, strValue] : objDifference.Selectors) {
+            strSelectors += (strSelectors.empty() ? "" : ",") + strName + "=" + strValue;
+        }
+        vecText.push_back(objDifference.Name + "[" + strSelectors + "]: " + objDifference.InBag + ", " +
+                          objDifference.OnDevice);
+    }
+    return vecText;
+}
+
 CFeatureBag BagOf(const std::string& strLines) {
     std::istringstream stream("# {05D8C294-F295-4dfb-9D01-096BD04049F4}\n" + strLines);
     CFeatureBag objBag;
@@ -277,6 +291,13 @@ TEST(FeatureBag, OnlyValuesThatASelectorCanTakeAndAFeatureHasAreStored) {
                     Reg("SelectorReg", 0) + strSwitch +
                     SelectedReg("Gain", 16, {{"SelectorReg", 4}}, "<pIsLocked>IsB</pIsLocked>" + kStreamable));
     EXPECT_THAT(Stored(objMap), ElementsAre("Selector=A", "Gain=0", "Selector=D", "Gain=0", "Selector=A"));
+
+    objMap.Port.PutNumber(0, 2);
+    objMap.Node("SelectorReg").InvalidateNode();
+    EXPECT_THAT(Stored(objMap), ElementsAre("Selector=A", "Gain=0", "Selector=D", "Gain=0", "Selector=Gone"));
+    EXPECT_EQ(objMap.Port.NumberAt(0), 2U) << "it goes back where it was, available or not";
+    EXPECT_THAT(Differences(BagOf("Selector\tD\nGain\t0\n"), objMap, nullptr), IsEmpty());
+    EXPECT_EQ(objMap.Port.NumberAt(0), 2U);
 }
 
 TEST(FeatureBag, SelectorsWithTooManyValuesLeaveThePresentOnes) {
@@ -342,20 +363,6 @@ TEST(FeatureBag, NothingIsWrittenUnderAnotherValueOfASelectorThatFailed) {
                     HasSubstr("'Y'"), "Selector: Outer can't be set to 'Y', which it belongs to", HasSubstr("Gain: ")));
     EXPECT_EQ(objMap.Port.NumberAt(16), 8U);
     EXPECT_EQ(objMap.Port.NumberAt(40), 7U);
-}
-
-/// Each as "Name[Selector=Value,...]: in the bag, on the device".
-std::vector<std::string> Differences(const CFeatureBag& objBag, CTestMap& objMap, gcstring_vector* pErrorList) {
-    std::vector<std::string> vecText;
-    for (const FEATURE_DIFFERENCE& objDifference : objBag.CompareWith(objMap.Map._Ptr, pErrorList)) {
-        std::string strSelectors;
-        for (const auto& [strName, strValue] : objDifference.Selectors) {
-            strSelectors += (strSelectors.empty() ? "" : ",") + strName + "=" + strValue;
-        }
-        vecText.push_back(objDifference.Name + "[" + strSelectors + "]: " + objDifference.InBag + ", " +
-                          objDifference.OnDevice);
-    }
-    return vecText;
 }
 
 TEST(FeatureBag, DifferencesAreFoundUnderEachSelectorAndNothingIsChanged) {
