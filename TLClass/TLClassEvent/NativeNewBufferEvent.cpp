@@ -1,12 +1,15 @@
 #include "TLClass/TLClassEvent/NativeNewBufferEvent.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <utility>
 
 #include "TLClass/TLClassLoadTL/GenTLLib.h"
 #include "TLClass/TLClassMain/Buffer.h"
 #include "TLClass/TLClassMain/GenTLErrrorCodeVerifier.h"
+#include "support/ScopedLock.h"
 #include "support/ZrException.h"
 
 namespace {
@@ -77,6 +80,17 @@ void CNativeNewBufferEvent::ClearInitInfo() {
     m_objGate.Open();
 }
 
+void CNativeNewBufferEvent::SetBuffers(std::vector<const void*> vecBuffer) {
+    std::sort(vecBuffer.begin(), vecBuffer.end(), std::less<>());
+    const CScopedLock objLock(m_csBuffer);
+    m_vecBuffer.swap(vecBuffer);
+}
+
+bool CNativeNewBufferEvent::__IsBuffer(const void* pUserPointer) const {
+    const CScopedLock objLock(m_csBuffer);
+    return std::binary_search(m_vecBuffer.begin(), m_vecBuffer.end(), pUserPointer, std::less<>());
+}
+
 void CNativeNewBufferEvent::EventKill() {
     m_bOldKill = false;  // an abort from now on is meant
     m_bKilled = true;
@@ -86,6 +100,7 @@ void CNativeNewBufferEvent::EventKill() {
 
 void CNativeNewBufferEvent::LetCallersOut() {
     m_objGate.CloseAndEmpty([this] { EventKill(); });
+    SetBuffers({});  // not before: a caller who has just got a frame isn't to blame
     m_objGate.Open();
 }
 
@@ -118,6 +133,9 @@ GC_ERROR CNativeNewBufferEvent::TakeBuffer(CBuffer*& pBuffer, BUFFER_MODULE_INFO
     }
     if (objData.pUserPointer == nullptr) {
         throw CUnexpectedError(-1, "pUserPointer should not be NULL", kFile, __LINE__, kGetBuffer);
+    }
+    if (!__IsBuffer(objData.pUserPointer)) {
+        throw CUnexpectedError(-1, "pUserPointer is no buffer of the acquisition", kFile, __LINE__, kGetBuffer);
     }
     pBuffer = static_cast<CBuffer*>(objData.pUserPointer);
     objInformation = pBuffer->GetBufferInfo();

@@ -10,6 +10,7 @@
 #include "TLClass/TLClassInfo/BufferModuleInfo.h"
 #include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "TLClass/TLClassMain/UnCopyable.h"
+#include "support/CriticalSection.h"
 
 class CBuffer;
 class CGenTLLib;
@@ -41,9 +42,14 @@ public:
     void SetInitInfo(TLClass::IBufferInitInfo* pInitInfo, GenApi_3_0::CChunkAdapter* pChunkAdapter);
     void ClearInitInfo();
 
+    /// The buffers that a frame may come in, until LetCallersOut. What else a producer gives as a user pointer is
+    /// refused.
+    void SetBuffers(std::vector<const void*> vecBuffer);
+
     /// Ends a wait for a frame.
     void EventKill();
-    /// Ends the waits of GetBuffer, and returns when no call of it is under way. Later ones are let in again.
+    /// Ends the waits of GetBuffer, and returns when no call of it is under way. Later ones are let in again, and get
+    /// no buffer until SetBuffers.
     void LetCallersOut();
 
     /// Waits for the next frame and takes its buffer, which the caller queues again. The buffer is good until the
@@ -53,15 +59,15 @@ public:
     /// @return owned by the data stream; null if nothing came
     /// @throws CTimeoutError     nothing came in time
     /// @throws CUnexpectedError  GC_ERR_ABORT: the acquisition was stopped; whatever bThrow says: the frame came
-    ///                           without its user pointer
+    ///                           without its user pointer, or with that of no buffer
     /// @throws CZrException      besides, by the result of the producer
     CBuffer* GetBuffer(BUFFER_MODULE_INFO* pInformation, std::uint32_t nTimeoutMs, bool bThrow);
 
-    /// The same for the thread that is joined before anything is taken away, which tells statuses apart. Takes no lock
-    /// and allocates nothing.
+    /// The same for the thread that is joined before anything is taken away, which tells statuses apart. Takes a leaf
+    /// lock alone and allocates nothing.
     /// @param pBuffer  gets the buffer, also if an exception follows
     /// @return the status of the producer
-    /// @throws CUnexpectedError  the frame came without its user pointer
+    /// @throws CUnexpectedError  the frame came without its user pointer, or with that of no buffer
     GC_ERROR TakeBuffer(CBuffer*& pBuffer, BUFFER_MODULE_INFO& objInformation, std::uint32_t nTimeoutMs);
 
 private:
@@ -75,6 +81,7 @@ private:
     };
 
     GC_ERROR __WaitForFrame(EVENT_NEW_BUFFER_DATA& objData, std::uint32_t nTimeoutMs);
+    bool __IsBuffer(const void* pUserPointer) const;
     void __ApplyInitInfo(BUFFER_MODULE_INFO& objInformation) const;
     /// Puts the chunks of a buffer behind the chunk adapter's node map. Not called yet: the step between GetBuffer and
     /// a user who wants chunk features.
@@ -89,6 +96,8 @@ private:
     TLClass::CBufferInitInfo m_objInitInfo;
     GenApi_3_0::CChunkAdapter* m_pChunkAdapter = nullptr;
     std::vector<SINGLE_CHUNK_DATA> m_vecChunkData;  // the layout last attached
+    mutable CCriticalSection m_csBuffer;            // guards m_vecBuffer; a leaf
+    std::vector<const void*> m_vecBuffer;           // by address
     bool m_bRegistered = false;
     bool m_bKilled = false;                // since the last start
     std::atomic<bool> m_bOldKill = false;  // a kill of an earlier acquisition may still wait in the producer

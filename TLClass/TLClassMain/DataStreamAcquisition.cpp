@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassInfo/ZrInformationAgency.h"
@@ -297,6 +299,11 @@ std::uint64_t CDataStream::__AlignBufferSize(std::uint64_t nPayloadSize, const D
 }
 
 void CDataStream::__AnnounceBuffers() {
+    std::vector<const void*> vecUserPointer;
+    for (const std::unique_ptr<CBuffer>& pBuffer : m_vecBuffer) {
+        vecUserPointer.push_back(pBuffer.get());
+    }
+    m_objNewBufferEvent.GetNativeEvent()->SetBuffers(std::move(vecUserPointer));
     for (const std::unique_ptr<CBuffer>& pBuffer : m_vecBuffer) {
         pBuffer->AnnounceBuffer();
     }

@@ -1,4 +1,6 @@
 #include <chrono>
+#include <cstddef>
+#include <cstring>
 #include <functional>
 #include <future>
 #include <stdexcept>
@@ -166,12 +168,24 @@ TEST_F(NewBufferEvent, ProducerThatFailsAtOnceIsAskedEverMoreSeldom) {
 }
 
 TEST_F(NewBufferEvent, FrameWithoutItsBufferIsRefused) {
+    const auto Answer = [this](const void* pUserPointer) -> auto& {
+        ProducerDouble::BYTES vecData(sizeof(EVENT_NEW_BUFFER_DATA));
+        std::memcpy(vecData.data() + offsetof(EVENT_NEW_BUFFER_DATA, pUserPointer), &pUserPointer, sizeof(void*));
+        return Double().On("EventGetData").Answer(ANSWER::Bytes(vecData));
+    };
     Start();
-    auto& objRule =
-        Double().On("EventGetData").Answer(ANSWER::Bytes(ProducerDouble::BYTES(sizeof(EVENT_NEW_BUFFER_DATA))));
+    auto& objNull = Answer(nullptr);
     EXPECT_EQ(FailureOfGetBuffer(0), "-1 pUserPointer should not be NULL");
-    objRule.Remove();
+    objNull.Remove();
+    auto& objStrange = Answer(this);
+    EXPECT_EQ(FailureOfGetBuffer(0), "-1 pUserPointer is no buffer of the acquisition");
+    objStrange.Remove();
+    PushFrame();
+    const CBuffer* const pBuffer = m_pStream->GetBuffer(nullptr, kLongMs, true);
     Stop();
+    auto& objOld = Answer(pBuffer);
+    EXPECT_EQ(FailureOfGetBuffer(0), "-1 pUserPointer is no buffer of the acquisition");
+    objOld.Remove();
 }
 
 TEST_F(NewBufferEvent, ChunksAreAttachedAsTheFrameHasThem) {
