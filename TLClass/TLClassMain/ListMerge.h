@@ -28,7 +28,7 @@ CANDIDATE_LIST<OBJECT> MakeCandidates(const std::vector<boost::shared_ptr<OBJECT
 
 /// What becomes of a candidate once a record has found it.
 enum class EMatched {
-    Stays,  ///< a second record of the same ID finds the same object again
+    Stays,  ///< a second record of the same ID finds the same object again, also one that the merge has made
     Taken   ///< a second record of the same ID has to look further
 };
 
@@ -46,6 +46,9 @@ std::vector<boost::shared_ptr<OBJECT>> MergeList(const std::vector<RECORD>& vecR
                                           [&](const auto& objCandidate) { return objCandidate.strID == objRecord.ID; });
         if (itFound == listCandidate.end()) {
             vecMerged.push_back(fnCreate(objRecord));
+            if (nMatched == EMatched::Stays) {
+                listCandidate.push_back({objRecord.ID, vecMerged.back()});
+            }
             continue;
         }
         itFound->pObject->UpdateInformation(objRecord);

@@ -27,6 +27,11 @@ std::string GetID(const CInterface& objInterface) {
     return objInterface.GetInterfaceInformation().ID;
 }
 
+bool Contains(const std::vector<boost::shared_ptr<CInterface>>& vecInterface,
+              const boost::shared_ptr<CInterface>& pInterface) {
+    return std::find(vecInterface.begin(), vecInterface.end(), pInterface) != vecInterface.end();
+}
+
 }  // namespace
 
 /// Opens the system module in the producer.
@@ -134,9 +139,7 @@ void CTL::DoUpdateInterfaceList(std::uint64_t nTimeoutMs, bool* pChanged) {
     const INTERFACE_LIST vecCandidate = __GetCandidates();
     const INTERFACE_LIST vecNew = __MergeInterfaces(vecRecord, vecCandidate);
     __ExchangeRemoved(__GetVanishedInterfaces(vecCandidate, vecNew));
-    for (const boost::shared_ptr<CInterface>& pInterface : vecNew) {
-        pInterface->DoOpenInterface();
-    }
+    __OpenInterfaces(vecNew, vecCandidate);
     SetGcObjectList({vecNew.begin(), vecNew.end()});
     Dismiss(objSpecialInfo);
 }
@@ -190,12 +193,38 @@ CTL::INTERFACE_LIST CTL::__GetVanishedInterfaces(const INTERFACE_LIST& vecCandid
     for (const boost::shared_ptr<CInterface>& pInterface : vecCandidate) {
         // An object can be a candidate twice: it was listed twice, or the update before failed after setting it aside.
         // Kept twice, it would come once more with every failure.
-        const bool bKnown = std::find(vecVanished.begin(), vecVanished.end(), pInterface) != vecVanished.end();
-        if (!bKnown && !setListed.contains(GetID(*pInterface))) {
+        if (!Contains(vecVanished, pInterface) && !setListed.contains(GetID(*pInterface))) {
             vecVanished.push_back(pInterface);
         }
     }
     return vecVanished;
+}
+
+void CTL::__OpenInterfaces(const INTERFACE_LIST& vecNew, const INTERFACE_LIST& vecCandidate) {
+    try {
+        for (const boost::shared_ptr<CInterface>& pInterface : vecNew) {
+            pInterface->DoOpenInterface();
+        }
+    } catch (...) {
+        __TakeBackInterfaces(vecNew, vecCandidate);
+        throw;
+    }
+}
+
+// Nobody would close what only this update knows, and the next one couldn't open it again. What had been set aside and
+// was about to be listed is set aside again.
+void CTL::__TakeBackInterfaces(const INTERFACE_LIST& vecNew, const INTERFACE_LIST& vecCandidate) {
+    const INTERFACE_LIST vecListed = _GetGcObjectList<CInterface>();
+    for (const boost::shared_ptr<CInterface>& pInterface : vecNew) {
+        if (!Contains(vecCandidate, pInterface)) {
+            pInterface->DoCloseInterface();
+            continue;
+        }
+        const CScopedLock objLock(m_csRemoved);
+        if (!Contains(vecListed, pInterface) && !Contains(m_vecRemovedInterface, pInterface)) {
+            m_vecRemovedInterface.push_back(pInterface);
+        }
+    }
 }
 
 /// @return what was set aside before

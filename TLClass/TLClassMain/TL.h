@@ -51,6 +51,8 @@ private:
     INTERFACE_LIST __GetCandidates() const;
     INTERFACE_LIST __MergeInterfaces(const std::vector<IF_MODULE_INFO>& vecRecord, const INTERFACE_LIST& vecCandidate);
     static INTERFACE_LIST __GetVanishedInterfaces(const INTERFACE_LIST& vecCandidate, const INTERFACE_LIST& vecNew);
+    void __OpenInterfaces(const INTERFACE_LIST& vecNew, const INTERFACE_LIST& vecCandidate);
+    void __TakeBackInterfaces(const INTERFACE_LIST& vecNew, const INTERFACE_LIST& vecCandidate);
     INTERFACE_LIST __ExchangeRemoved(INTERFACE_LIST vecRemoved);
 
     TL_MODULE_INFO m_objInformation;  // guarded by m_csRecords

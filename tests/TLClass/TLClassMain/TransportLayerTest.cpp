@@ -141,6 +141,30 @@ TEST_F(TransportLayer, PassesOnWhatFailsBehindTheProducersUpdate) {
     EXPECT_THAT(Removed(), ElementsAre("if-1"));
 }
 
+TEST_F(TransportLayer, TakesBackWhatAnUpdateHasOpenedThatFailsHalfWay) {
+    const auto pAway = m_objTree.AddInterface("if-1");
+    Double().Lists(std::vector<std::string>{});
+    m_objTree.UpdateInterfaces();
+    Double().AddInterface("if-2");
+    Double().AddInterface("if-3");
+    Double().Lists({{"if-1", "if-2", "if-3"}});
+    Double().On("TLOpenInterface").For("if-3").Call(1).Fail(GC_ERR_IO);
+    EXPECT_THROW(m_objTree.UpdateInterfaces(), CUnexpectedError);
+    EXPECT_THAT(Double().OpenModules(), ElementsAre("tl", "if-1"));
+    EXPECT_THAT(Removed(), ElementsAre("if-1")) << "one that came back isn't lost";
+    m_objTree.UpdateInterfaces();
+    EXPECT_THAT(Listed(), ElementsAre("if-1", "if-2", "if-3"));
+    EXPECT_EQ(m_objTree.Interface("if-1"), pAway);
+}
+
+TEST_F(TransportLayer, OpensAnInterfaceOnceThatIsListedTwiceFromTheStart) {
+    Double().AddInterface("if-1");
+    Double().Lists({{"if-1", "if-1"}});
+    m_objTree.UpdateInterfaces();
+    const auto pInterface = m_objTree.Interface("if-1");
+    EXPECT_THAT(m_objTree.TL()->GetInterfaceList(), ElementsAre(pInterface, pInterface));
+}
+
 TEST_F(TransportLayer, DoesNothingWhileClosed) {
     const auto pTL = m_objTree.TL();
     pTL->DoOpenTL();  // is open
