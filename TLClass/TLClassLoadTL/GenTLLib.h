@@ -38,8 +38,8 @@ private:
 /// The binding to one producer: loads its file, and offers each of its entries as a member of the same name.
 ///
 /// Owned by the manager, which closes all modules of the producer, and then the producer, before it lets the binding
-/// go; everybody else keeps a plain pointer. Read only once it is made, so any thread may call any member; what a
-/// producer itself asks of concurrent calls is the callers' matter.
+/// go; everybody else keeps a plain pointer, and a device a share of its own while it is open. Read only once it is
+/// made, so any thread may call any member; what a producer itself asks of concurrent calls is the callers' matter.
 class CGenTLLib {
 public:
     /// @param strPath  the producer's file. An entry that it lacks gives a line in the log, and answers -1 when called.

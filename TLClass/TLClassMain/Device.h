@@ -9,6 +9,7 @@
 #include "TLClass/TLClassEvent/RemoteDeviceEvent.h"
 #include "TLClass/TLClassMain/IDevice.h"
 
+class CGenTLLib;
 class CNativeDeviceOfflineEvent;
 
 /// One camera: its records, as its interface's updates see them, and all that is open of it.
@@ -93,6 +94,9 @@ private:
     COMMON_DEVICE_INFO m_objCommonInfo;  // guarded by m_csRecords
     std::atomic<bool> m_bOpened = false;
     std::atomic<std::uint32_t> m_nAccessMode = DEVICE_ACCESS_NONE;  // of the last successful open
+    // While open. Who left the list open is closed by its owner, who may do so behind the end of the manager. The
+    // events' threads call it, so it stands before them.
+    boost::shared_ptr<CGenTLLib> m_pOpenLib;
     CDeviceOfflineEvent m_objDeviceOfflineEvent;
     CRemoteDeviceEvent m_objRemoteDeviceEvent;
     CCriticalSection m_csRemoteEvent;     // held for a start, and for the stop of a closing, behind m_csDevice

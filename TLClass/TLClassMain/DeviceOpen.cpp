@@ -14,6 +14,7 @@
 #include "TLClass/TLClassMain/Device.h"
 #include "TLClass/TLClassMain/GenTLErrrorCodeVerifier.h"
 #include "TLClass/TLClassMain/IDataStream.h"
+#include "TLClass/TLClassMain/ITLManager.h"
 #include "TLClass/TLClassMain/Interface.h"
 #include "TLClass/TLClassXML/LoadXMLAgency.h"
 #include "support/Environment.h"
@@ -124,6 +125,7 @@ void CDevice::DoOpenDevice(std::uint32_t nAccessMode) {
     Dismiss(objOpen);
     __SetRemoteFeatureControl(std::move(pRemoteFeatureControl));
     _SetFeatureControl(std::move(pFeatureControl));
+    m_pOpenLib = FindLib(m_pLib);
     m_hDevice = objOpen.GetHandle();
     m_hRemotePort = hRemotePort;
     m_nAccessMode = nAccessMode;
@@ -202,4 +204,6 @@ void CDevice::DoCloseDevice() {
                                          "CDevice::DoCloseDevice");
     m_bOpened = false;
     m_hDevice = nullptr;
+    boost::dynamic_pointer_cast<CInterface>(m_pInterface)->DropClosedDevices();
+    m_pOpenLib.reset();
 }

@@ -46,7 +46,8 @@ using CGcObjectPointer = boost::shared_ptr<CGcObject>;
 /// first four are held while a producer is called, those of device and stream also while a thread of an event is
 /// joined.
 ///
-/// The producer's library lives as long as the manager lists the module's transport layer; m_pLib dangles after that.
+/// The producer's library lives as long as the manager lists the module's transport layer; m_pLib dangles after that,
+/// unless a device is still open: that keeps the library until it is closed.
 class CGcObject : public CUnCopyable {
 public:
     /// The children are released, not closed.

@@ -5,6 +5,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+class CGenTLLib;
 class ITL;
 
 /// The root of the module tree: the producers that are loaded, each with its open system module.
@@ -23,7 +24,8 @@ public:
     virtual void DoInit(const std::vector<std::string>& vecFileName) = 0;
 
     /// Closes every system module and unloads the producers, after which no module of the tree may be used any more.
-    /// Does nothing without a successful DoInit before it. No update may run meanwhile.
+    /// Only a device that left its list while open may be closed even then; its producer stays loaded until that. Does
+    /// nothing without a successful DoInit before it. No update may run meanwhile.
     virtual void DoUninit() = 0;
 
     /// In the order of loading.
@@ -36,3 +38,5 @@ ITLManager* GetTLManager();
 /// The manager's shared pointer of one of its transport layers, by which that gets at its own; empty for one that isn't
 /// in the list.
 boost::shared_ptr<ITL> FindTL(const ITL* pTL);
+/// The same for the binding to a producer.
+boost::shared_ptr<CGenTLLib> FindLib(const CGenTLLib* pLib);

@@ -150,6 +150,19 @@ void CInterface::DoCloseInterface() {
     CGenTLErrorCodeVerifier::LogIfFailed(m_pLib->IFClose(m_hInterface.exchange(nullptr)), m_pLib, kFile, __LINE__,
                                          "CInterface::DoCloseInterface");
     m_bOpened = false;
+    DropClosedDevices();
+}
+
+void CInterface::DropClosedDevices() {
+    if (m_bOpened) {
+        return;
+    }
+    DEVICE_LIST vecClosed;  // goes behind the lock: a destructor is anybody's
+    const CScopedLock objLock(m_csRemoved);
+    const auto itClosed = std::stable_partition(m_vecRemovedDevice.begin(), m_vecRemovedDevice.end(),
+                                                [](const auto& pDevice) { return pDevice->IsOpened(); });
+    vecClosed.assign(itClosed, m_vecRemovedDevice.end());
+    m_vecRemovedDevice.erase(itClosed, m_vecRemovedDevice.end());
 }
 
 void CInterface::UpdateInformation(const IF_MODULE_INFO& objRecord) {

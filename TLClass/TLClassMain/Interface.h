@@ -47,6 +47,10 @@ public:
     /// @return false if the module is closed or the producer refuses, which it logs
     virtual bool DoUpdateSpecialDevice(const char* pszKey, void* pBuffer, std::size_t* pSize);
 
+    /// Lets devices go that were set aside open and have been closed since. Does nothing while the module is open: its
+    /// updates do that.
+    void DropClosedDevices();
+
     /// Held while the list of devices is exchanged. A device holds it while it opens, so as not to drop out half way.
     CCriticalSection& GetDeviceListLock() { return m_csDeviceList; }
 

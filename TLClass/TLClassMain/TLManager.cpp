@@ -100,6 +100,10 @@ boost::shared_ptr<ITL> FindTL(const ITL* pTL) {
     return CTLManager::GetInstance()->FindTL(pTL);
 }
 
+boost::shared_ptr<CGenTLLib> FindLib(const CGenTLLib* pLib) {
+    return CTLManager::GetInstance()->FindLib(pLib);
+}
+
 void CTLManager::DoInit(const std::vector<std::string>& vecFileName) {
     const CScopedLock objLock(m_csManager);
     if (m_bInitialized) {
@@ -135,6 +139,13 @@ boost::shared_ptr<ITL> CTLManager::FindTL(const ITL* pTL) const {
     const auto itFound = std::find_if(m_vecTL.begin(), m_vecTL.end(),
                                       [&](const TL_PAIR& objPair) { return objPair.first.get() == pTL; });
     return itFound == m_vecTL.end() ? nullptr : itFound->first;
+}
+
+boost::shared_ptr<CGenTLLib> CTLManager::FindLib(const CGenTLLib* pLib) const {
+    const CScopedLock objLock(m_csTLList);
+    const auto itFound = std::find_if(m_vecTL.begin(), m_vecTL.end(),
+                                      [&](const TL_PAIR& objPair) { return objPair.second.get() == pLib; });
+    return itFound == m_vecTL.end() ? nullptr : itFound->second;
 }
 
 void CTLManager::AddTL(const std::string& strFileName) {

@@ -25,6 +25,7 @@ public:
     std::vector<boost::shared_ptr<ITL>> GetTLList() const override;
 
     boost::shared_ptr<ITL> FindTL(const ITL* pTL) const;
+    boost::shared_ptr<CGenTLLib> FindLib(const CGenTLLib* pLib) const;
 
     /// Loads one producer more, whether the manager is initialised or not. Has no caller yet.
     /// @throws  as DoInit
