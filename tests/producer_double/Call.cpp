@@ -19,8 +19,9 @@ CCall& CCall::__Add(ARGUMENT objArgument) {
 }
 
 CCall& CCall::Handle(void* h) {
-    if (m_hModule == nullptr)
+    if (m_hModule == nullptr) {
         m_hModule = h;
+    }
     return __Add(HANDLE_ARGUMENT{h});
 }
 
@@ -75,12 +76,14 @@ CCall& CCall::WorksClosed() {
 
 bool CCall::Names(const std::string& strName) const {
     const std::string* pModule = m_objProducer.Context().objHandles.NameOf(m_hModule);
-    if (pModule != nullptr && *pModule == strName)
+    if (pModule != nullptr && *pModule == strName) {
         return true;
+    }
     for (std::size_t i = 0; i < m_nArguments; ++i) {
         const auto ppText = std::get_if<const char*>(&m_arrArgument[i]);
-        if (ppText != nullptr && *ppText != nullptr && strName == *ppText)
+        if (ppText != nullptr && *ppText != nullptr && strName == *ppText) {
             return true;
+        }
     }
     return false;
 }
@@ -112,8 +115,9 @@ std::string CCall::__TextOf(const ARGUMENT& objArgument) const {
 CALL CCall::Record() const {
     CALL objRecord;
     objRecord.strEntry = m_pszEntry;
-    for (std::size_t i = 0; i < m_nArguments; ++i)
+    for (std::size_t i = 0; i < m_nArguments; ++i) {
         objRecord.vecArgument.push_back(__TextOf(m_arrArgument[i]));
+    }
     objRecord.nThread = std::this_thread::get_id();
     return objRecord;
 }
@@ -126,17 +130,22 @@ LOCK CCall::__Begin() {
     // By index: a hold gives up the lock, and a test may add rules meanwhile.
     for (std::size_t i = 0; i < m_objProducer.RuleCount(); ++i) {
         CRule& objRule = m_objProducer.Rule(i);
-        if (!objRule.Applies(*this))
+        if (!objRule.Applies(*this)) {
             continue;
+        }
         objRule.Hold(lock);
-        if (m_pRefusing == nullptr && objRule.Refusal())
+        if (m_pRefusing == nullptr && objRule.Refusal()) {
             m_pRefusing = &objRule;
-        if (m_pLateRefusing == nullptr && objRule.LateRefusal())
+        }
+        if (m_pLateRefusing == nullptr && objRule.LateRefusal()) {
             m_pLateRefusing = &objRule;
-        if (m_pAnswering == nullptr && objRule.ScriptedAnswer())
+        }
+        if (m_pAnswering == nullptr && objRule.ScriptedAnswer()) {
             m_pAnswering = &objRule;
-        if (m_pCounting == nullptr && objRule.ScriptedCount())
+        }
+        if (m_pCounting == nullptr && objRule.ScriptedCount()) {
             m_pCounting = &objRule;
+        }
     }
     return lock;
 }
@@ -146,8 +155,9 @@ bool CCall::__NeedsWork() {
         const auto& [nCode, strText] = *m_pRefusing->Refusal();
         Refuse(nCode, strText.empty() ? "scripted failure" : strText);
     }
-    if (!m_bWorksClosed && !m_objProducer.IsUp())
+    if (!m_bWorksClosed && !m_objProducer.IsUp()) {
         Refuse(GC_ERR_NOT_INITIALIZED, "GCInitLib hasn't been called");
+    }
     if (m_pAnswering != nullptr) {
         PutAnswer(m_objTarget, *m_pAnswering->ScriptedAnswer());
         return false;
@@ -158,12 +168,15 @@ bool CCall::__NeedsWork() {
 void CCall::__AfterWork() {
     if (m_pCounting != nullptr) {
         const std::uint64_t nCount = *m_pCounting->ScriptedCount();
-        if (const auto pp = std::get_if<std::uint32_t*>(&m_pCount); pp != nullptr && *pp != nullptr)
+        if (const auto pp = std::get_if<std::uint32_t*>(&m_pCount); pp != nullptr && *pp != nullptr) {
             **pp = static_cast<std::uint32_t>(nCount);
-        if (const auto pp = std::get_if<std::size_t*>(&m_pCount); pp != nullptr && *pp != nullptr)
+        }
+        if (const auto pp = std::get_if<std::size_t*>(&m_pCount); pp != nullptr && *pp != nullptr) {
             **pp = nCount;
-        if (const auto pp = std::get_if<bool8_t*>(&m_pCount); pp != nullptr && *pp != nullptr)
+        }
+        if (const auto pp = std::get_if<bool8_t*>(&m_pCount); pp != nullptr && *pp != nullptr) {
             **pp = static_cast<bool8_t>(nCount);
+        }
     }
     if (m_pLateRefusing != nullptr) {
         const auto& [nCode, strText] = *m_pLateRefusing->LateRefusal();
@@ -174,13 +187,15 @@ void CCall::__AfterWork() {
 void CCall::__Fail(GC_ERROR nCode, const std::string& strText) {
     m_nResult = nCode;
     // Asking for the last error must not replace it.
-    if (std::strcmp(m_pszEntry, "GCGetLastError") != 0)
+    if (std::strcmp(m_pszEntry, "GCGetLastError") != 0) {
         m_objProducer.RememberError(nCode, strText);
+    }
 }
 
 GC_ERROR CCall::__End(LOCK& lock) {
-    if (!lock.owns_lock())
+    if (!lock.owns_lock()) {
         lock.lock();
+    }
     m_objProducer.CallEnds();
     return m_nResult;
 }

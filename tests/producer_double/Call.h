@@ -42,8 +42,9 @@ public:
     GC_ERROR Do(TWork fnWork) {
         LOCK lock = __Begin();
         try {
-            if (__NeedsWork())
+            if (__NeedsWork()) {
                 fnWork(m_objProducer, lock);
+            }
             __AfterWork();
         } catch (const CGenTLError& e) {
             __Fail(e.Code(), e.Text());

@@ -27,8 +27,9 @@ public:
             " MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\""
             " ProductGuid=\"3F2504E0-4F89-11D3-9A0C-0305E82C3301\" VersionGuid=\"3F2504E0-4F89-11D3-9A0C-0305E82C3302\""
             " xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">\n<Category Name=\"Root\" NameSpace=\"Standard\">\n";
-        for (const FEATURE& objFeature : vecFeature)
+        for (const FEATURE& objFeature : vecFeature) {
             Element("pFeature", objFeature.strName);
+        }
         m_strXml += "</Category>\n";
     }
 
@@ -95,10 +96,12 @@ private:
             Element("Min", "0");
             Element("pMax", objFeature.strMax);
         } else {
-            if (objFeature.objRange.nMin != IPortControl::RANGE{}.nMin)
+            if (objFeature.objRange.nMin != IPortControl::RANGE{}.nMin) {
                 Element("Min", std::to_string(objFeature.objRange.nMin));
-            if (objFeature.objRange.nMax != IPortControl::RANGE{}.nMax)
+            }
+            if (objFeature.objRange.nMax != IPortControl::RANGE{}.nMax) {
                 Element("Max", std::to_string(objFeature.objRange.nMax));
+            }
         }
         Close("Integer");
     }
@@ -119,18 +122,21 @@ private:
         const bool bVolatile = bList || !objFeature.strMax.empty() || objFeature.nKind == FEATURE::KIND::Command;
         Open(strElement, strName, strName == objFeature.strName ? "Standard" : "Custom");
         Element("Address", Hex(objFeature.nAddress));
-        if (bList)
+        if (bList) {
             m_strXml += "<pIndex Offset=\"" + std::to_string(objFeature.nLength) + "\">" + objFeature.strSelector +
                         "</pIndex>\n";
+        }
         Element("Length", std::to_string(objFeature.nLength));
         Element("AccessMode", bList ? "RO" : "RW");
         Element("pPort", m_strPort);
         // What an update changes behind the node map's back must not come out of its cache.
         Element("Cachable", bVolatile || strName.ends_with("SelectorMaxReg") ? "NoCache" : "WriteThrough");
-        if (strElement == "IntReg")
+        if (strElement == "IntReg") {
             Element("Sign", "Signed");
-        if (strElement != "StringReg")
+        }
+        if (strElement != "StringReg") {
             Element("Endianess", "BigEndian");
+        }
         Close(strElement);
     }
 
@@ -144,8 +150,9 @@ std::string WriteDescription(const std::string& strModel, const std::string& str
                              const std::vector<FEATURE>& vecFeature) {
     CWriter objWriter(strPort);
     objWriter.Header(strModel, vecFeature);
-    for (const FEATURE& objFeature : vecFeature)
+    for (const FEATURE& objFeature : vecFeature) {
         objWriter.Feature(objFeature);
+    }
     return objWriter.Finish();
 }
 

@@ -11,8 +11,9 @@ namespace {
 constexpr std::size_t kDefaultEventSize = 1024;
 
 void PutBigEndian(BYTES& vecBytes, std::size_t nOffset, std::uint64_t nValue, std::size_t nLength) {
-    for (std::size_t i = 0; i < nLength; ++i)
+    for (std::size_t i = 0; i < nLength; ++i) {
         vecBytes[nOffset + i] = static_cast<std::byte>(nValue >> (8 * (nLength - 1 - i)));
+    }
 }
 
 void PutField(BYTES& vecBytes, std::size_t nOffset, const std::string& strText, std::size_t nLength) {
@@ -29,12 +30,14 @@ bool ParseIp(const std::string& strText, std::uint32_t& nIp) {
     for (int i = 0; i < 4; ++i) {
         std::uint8_t nOctet = 0;
         const auto result = std::from_chars(p, pEnd, nOctet);
-        if (result.ec != std::errc{})
+        if (result.ec != std::errc{}) {
             return false;
+        }
         nIp = (nIp << 8) | nOctet;
         p = result.ptr;
-        if (i < 3 && (p == pEnd || *p++ != '.'))
+        if (i < 3 && (p == pEnd || *p++ != '.')) {
             return false;
+        }
     }
     return p == pEnd;
 }
@@ -53,8 +56,9 @@ CRemotePort::CRemotePort(CONTEXT& objContext, const std::string& strDevice)
 
 void CRemotePort::GoOffline() {
     m_bOffline = true;
-    if (IsEventRegistered(EVENT_ZR_DEVICE_OFFLINE))
+    if (IsEventRegistered(EVENT_ZR_DEVICE_OFFLINE)) {
         m_queOffline.Push({});
+    }
     _Changed();
 }
 
@@ -64,10 +68,12 @@ void CRemotePort::ComeBack() {
 }
 
 void CRemotePort::CheckPortAccess(bool bWrite) const {
-    if (m_bOffline)
+    if (m_bOffline) {
         Refuse(GC_ERR_ZR_DEVICE_OFFLINE, Name() + " is offline");
-    if (bWrite && m_bReadOnly)
+    }
+    if (bWrite && m_bReadOnly) {
         Refuse(GC_ERR_ACCESS_DENIED, Name() + " was opened for reading");
+    }
 }
 
 IEventQueue* CRemotePort::_QueueOf(EVENT_TYPE nType) {
@@ -104,9 +110,11 @@ IStreamControl& CDevice::AddStream(std::string strId) {
 
 IStreamControl& CDevice::Stream(const std::string& strId) {
     const LOCK lock = _Enter();
-    for (const auto& pStream : m_vecStream)
-        if (pStream->Id() == strId)
+    for (const auto& pStream : m_vecStream) {
+        if (pStream->Id() == strId) {
             return *pStream;
+        }
+    }
     throw std::out_of_range(Name() + " has no stream " + strId);
 }
 
@@ -151,8 +159,9 @@ IDeviceControl& CDevice::Hide(bool bHidden) {
 
 bool CDevice::PushEvent(std::uint64_t nId, BYTES vecValue) {
     const LOCK lock = _Enter();
-    if (!IsEventRegistered(EVENT_REMOTE_DEVICE))
+    if (!IsEventRegistered(EVENT_REMOTE_DEVICE)) {
         return false;
+    }
     m_queEvent.Push(RemoteEventRecord(nId, vecValue));
     _Changed();
     return true;
@@ -164,10 +173,12 @@ void CDevice::DeclareEventSizes(std::size_t nEvent, std::size_t nValue) {
 }
 
 void* CDevice::OpenWith(DEVICE_ACCESS_FLAGS nFlags) {
-    if (nFlags != DEVICE_ACCESS_READONLY && nFlags != DEVICE_ACCESS_CONTROL && nFlags != DEVICE_ACCESS_EXCLUSIVE)
+    if (nFlags != DEVICE_ACCESS_READONLY && nFlags != DEVICE_ACCESS_CONTROL && nFlags != DEVICE_ACCESS_EXCLUSIVE) {
         Refuse(GC_ERR_INVALID_PARAMETER, "there is no such access");
-    if (!m_bPlugged)
+    }
+    if (!m_bPlugged) {
         Refuse(GC_ERR_IO, Name() + " doesn't answer");
+    }
     void* h = Open();
     m_pRemote->SetReadOnly(nFlags == DEVICE_ACCESS_READONLY);
     m_pRemote->ComeBack();
@@ -176,8 +187,9 @@ void* CDevice::OpenWith(DEVICE_ACCESS_FLAGS nFlags) {
 }
 
 void CDevice::_CloseChildren() {
-    for (const auto& pStream : m_vecStream)
+    for (const auto& pStream : m_vecStream) {
         pStream->Close();
+    }
     m_pRemote->Close();
     m_queEvent.Clear();
 }
@@ -188,8 +200,9 @@ void CDevice::Plug() {
 
 void CDevice::Unplug() {
     m_bPlugged = false;
-    if (Handle() != nullptr)
+    if (Handle() != nullptr) {
         m_pRemote->GoOffline();
+    }
 }
 
 bool CDevice::IsAt(const std::string& strIp) const {

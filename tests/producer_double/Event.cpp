@@ -36,15 +36,18 @@ CEvent::CEvent(CONTEXT& objContext, std::shared_ptr<CHandled> pSource, std::stri
       m_objQueue(objQueue) {}
 
 void CEvent::GetData(LOCK& lock, void* pBuffer, std::size_t* pSize, std::uint64_t nTimeoutMs) {
-    if (pSize == nullptr)
+    if (pSize == nullptr) {
         Refuse(GC_ERR_INVALID_PARAMETER, "no place for the size");
+    }
     __AwaitRecord(lock, nTimeoutMs);
     const std::size_t nSize = m_objQueue.NextSize();
     const bool bTake = pBuffer != nullptr || nSize == 0;
-    if (bTake && *pSize < nSize)
+    if (bTake && *pSize < nSize) {
         Refuse(GC_ERR_BUFFER_TOO_SMALL, "the buffer is too small for the event");
-    if (bTake)
+    }
+    if (bTake) {
         m_objQueue.Take(static_cast<std::byte*>(pBuffer));
+    }
     *pSize = nSize;
 }
 
@@ -59,23 +62,27 @@ void CEvent::__AwaitRecord(LOCK& lock, std::uint64_t nTimeoutMs) {
     if (!IsOver()) {
         ++m_nWaiters;
         objMonitor.changed.notify_all();  // a test may wait for the waiter
-        if (nTimeoutMs > kLongestTimedWaitMs)
+        if (nTimeoutMs > kLongestTimedWaitMs) {
             objMonitor.changed.wait(lock, IsOver);
-        else
+        } else {
             objMonitor.changed.wait_for(lock, std::chrono::milliseconds(nTimeoutMs), IsOver);
+        }
         --m_nWaiters;
     }
-    if (m_bUnregistered || m_nKills != nKills)
+    if (m_bUnregistered || m_nKills != nKills) {
         Refuse(GC_ERR_ABORT, "the wait was ended");
-    if (m_objQueue.Waiting() == 0)
+    }
+    if (m_objQueue.Waiting() == 0) {
         Refuse(GC_ERR_TIMEOUT, "no event within the time-out");
+    }
 }
 
 void CEvent::Kill() {
-    if (m_nWaiters == 0)
+    if (m_nWaiters == 0) {
         m_bKillKept = true;
-    else
+    } else {
         ++m_nKills;
+    }
     m_objContext.objMonitor.changed.notify_all();
 }
 
@@ -101,10 +108,12 @@ void CEvent::GetDataInfo(std::span<const std::byte> data, EVENT_DATA_INFO_CMD nC
     if (m_nType == EVENT_REMOTE_DEVICE && data.size() >= sizeof(std::uint64_t)) {
         std::uint64_t nId = 0;
         std::memcpy(&nId, data.data(), sizeof(nId));
-        if (nCommand == EVENT_DATA_NUMID)
+        if (nCommand == EVENT_DATA_NUMID) {
             return PutValue(objTarget, INFO_DATATYPE_UINT64, nId);
-        if (nCommand == EVENT_DATA_VALUE)
+        }
+        if (nCommand == EVENT_DATA_VALUE) {
             return PutBytes(objTarget, INFO_DATATYPE_BUFFER, data.subspan(sizeof(nId)));
+        }
     }
     Refuse(GC_ERR_NO_DATA, "the event's data doesn't tell this");
 }

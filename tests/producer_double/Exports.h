@@ -10,14 +10,16 @@ namespace ProducerDouble {
 
 template <class TValue>
 TValue& Required(TValue* pValue) {
-    if (pValue == nullptr)
+    if (pValue == nullptr) {
         Refuse(GC_ERR_INVALID_PARAMETER, "a null pointer for a result");
+    }
     return *pValue;
 }
 
 inline std::string Required(const char* pszText) {
-    if (pszText == nullptr)
+    if (pszText == nullptr) {
         Refuse(GC_ERR_INVALID_PARAMETER, "a null pointer for a text");
+    }
     return pszText;
 }
 

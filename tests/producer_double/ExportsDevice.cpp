@@ -25,8 +25,9 @@ GC_ERROR DevGetDataStreamID(DEV_HANDLE hDevice, uint32_t nIndex, char* pszId, si
         .Out(nullptr, pszId, pSize)
         .Do([&](CProducer& p, LOCK&) {
             const auto& vecStream = Opened<CDevice>(p, hDevice).Streams();
-            if (nIndex >= vecStream.size())
+            if (nIndex >= vecStream.size()) {
                 Refuse(GC_ERR_INVALID_INDEX, "the device has no data stream of this index");
+            }
             PutText({nullptr, pszId, pSize}, vecStream[nIndex]->Id());
         });
 }
@@ -58,8 +59,9 @@ GC_ERROR DevClose(DEV_HANDLE hDevice) {
 GC_ERROR DSAnnounceBuffer(DS_HANDLE hStream, void* pBuffer, size_t nSize, void* pUserPointer, BUFFER_HANDLE* phBuffer) {
     return CCall("DSAnnounceBuffer").Handle(hStream).Value(nSize).Do([&](CProducer& p, LOCK&) {
         BUFFER_HANDLE& hBuffer = Required(phBuffer);
-        if (pBuffer == nullptr)
+        if (pBuffer == nullptr) {
             Refuse(GC_ERR_INVALID_PARAMETER, "a null pointer for a buffer");
+        }
         hBuffer = Opened<CStream>(p, hStream).Announce(pBuffer, nSize, pUserPointer);
     });
 }

@@ -9,16 +9,18 @@ namespace {
 void ReadRegisters(CProducer& objProducer, PORT_HANDLE hPort, uint64_t nAddress, void* pBuffer, size_t nSize) {
     CModule& objModule = Opened<CModule>(objProducer, hPort);
     objModule.CheckPortAccess(false);
-    if (pBuffer == nullptr)
+    if (pBuffer == nullptr) {
         Refuse(GC_ERR_INVALID_PARAMETER, "a null pointer for a buffer");
+    }
     objModule.Port().Read(nAddress, {static_cast<std::byte*>(pBuffer), nSize});
 }
 
 void WriteRegisters(CProducer& objProducer, PORT_HANDLE hPort, uint64_t nAddress, const void* pBuffer, size_t nSize) {
     CModule& objModule = Opened<CModule>(objProducer, hPort);
     objModule.CheckPortAccess(true);
-    if (pBuffer == nullptr)
+    if (pBuffer == nullptr) {
         Refuse(GC_ERR_INVALID_PARAMETER, "a null pointer for a buffer");
+    }
     objModule.Port().Write(nAddress, {static_cast<const std::byte*>(pBuffer), nSize});
 }
 

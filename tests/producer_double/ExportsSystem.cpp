@@ -19,8 +19,9 @@ GC_ERROR GCGetInfo(TL_INFO_CMD nCommand, INFO_DATATYPE* pType, void* pBuffer, si
 GC_ERROR GCGetLastError(GC_ERROR* pCode, char* pszText, size_t* pSize) {
     return CCall("GCGetLastError").Out(nullptr, pszText, pSize).WorksClosed().Do([&](CProducer& p, LOCK&) {
         const auto [nCode, strText] = p.LastError();
-        if (pCode != nullptr)
+        if (pCode != nullptr) {
             *pCode = nCode;
+        }
         PutText({nullptr, pszText, pSize}, strText);
     });
 }
@@ -84,8 +85,9 @@ GC_ERROR TLOpenInterface(TL_HANDLE hTL, const char* pszInterfaceId, IF_HANDLE* p
 GC_ERROR TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pChanged, uint64_t nTimeoutMs) {
     return CCall("TLUpdateInterfaceList").Handle(hTL).Value(nTimeoutMs).Count(pChanged).Do([&](CProducer& p, LOCK&) {
         const bool bChanged = Opened<CSystem>(p, hTL).UpdateList();
-        if (pChanged != nullptr)
+        if (pChanged != nullptr) {
             *pChanged = bChanged ? 1 : 0;
+        }
     });
 }
 
@@ -130,8 +132,9 @@ GC_ERROR IFUpdateDeviceList(IF_HANDLE hInterface, bool8_t* pChanged, uint64_t nT
         .Do([&](CProducer& p, LOCK& lock) {
             const auto pInterface = p.Context().objHandles.Find<CInterface>(hInterface);  // held over the wait
             const bool bChanged = pInterface->UpdateList(lock, nTimeoutMs);
-            if (pChanged != nullptr)
+            if (pChanged != nullptr) {
                 *pChanged = bChanged ? 1 : 0;
+            }
         });
 }
 
@@ -181,8 +184,9 @@ GC_ERROR IFForceIp(IF_HANDLE hInterface, const char* pszDeviceId, const char* ps
             CDevice& objDevice = Opened<CInterface>(p, hInterface).ForOpening(Required(pszDeviceId));
             std::uint32_t nIp = 0, nMask = 0, nGateway = 0;
             if (!ParseIp(Required(pszText1), nIp) || !ParseIp(Required(pszText2), nMask) ||
-                !ParseIp(Required(pszText3), nGateway))
+                !ParseIp(Required(pszText3), nGateway)) {
                 Refuse(GC_ERR_INVALID_PARAMETER, "an address isn't dotted");
+            }
             objDevice.MoveTo(nIp, nMask, nGateway);
         });
 }

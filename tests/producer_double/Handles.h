@@ -36,8 +36,9 @@ public:
     std::shared_ptr<THandled> Find(void* h) const {
         const auto it = m_mapHandled.find(h);
         auto pFound = it == m_mapHandled.end() ? nullptr : std::dynamic_pointer_cast<THandled>(it->second);
-        if (pFound == nullptr)
+        if (pFound == nullptr) {
             Refuse(GC_ERR_INVALID_HANDLE, "no open module has this handle");
+        }
         return pFound;
     }
 

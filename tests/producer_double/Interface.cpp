@@ -25,11 +25,13 @@ CInterface::CInterface(CONTEXT& objContext, const std::string& strId, std::uint3
         _Changed();
     });
     Port().AddSelector(kSelector);
-    for (const char* pszText : {"DeviceID", "DeviceVersion", "DeviceSerialNumber", "DeviceUserID"})
+    for (const char* pszText : {"DeviceID", "DeviceVersion", "DeviceSerialNumber", "DeviceUserID"}) {
         Port().AddListFeature(kSelector, pszText, FEATURE::KIND::Text);
+    }
     for (const char* pszNumber :
-         {"GevDeviceGateway", "GevDeviceIPAddress", "GevDeviceMACAddress", "GevDeviceSubnetMask"})
+         {"GevDeviceGateway", "GevDeviceIPAddress", "GevDeviceMACAddress", "GevDeviceSubnetMask"}) {
         Port().AddListFeature(kSelector, pszNumber, FEATURE::KIND::Integer);
+    }
     _DefaultInfo(INTERFACE_INFO_ID, ANSWER::Text(strId));
     _DefaultInfo(INTERFACE_INFO_DISPLAYNAME, ANSWER::Text(strId));
     _DefaultInfo(INTERFACE_INFO_TLTYPE, ANSWER::Text("GEV"));
@@ -57,25 +59,29 @@ IDeviceControl& CInterface::Plug(const std::string& strId) {
 
 IInterfaceControl& CInterface::Unplug(const std::string& strId) {
     const LOCK lock = _Enter();
-    if (CDevice* pDevice = Find(strId))
+    if (CDevice* pDevice = Find(strId)) {
         pDevice->Unplug();
-    else
+    } else {
         throw std::out_of_range(Name() + " never had a device " + strId);
+    }
     return *this;
 }
 
 IDeviceControl& CInterface::Device(const std::string& strId) {
     const LOCK lock = _Enter();
-    if (CDevice* pDevice = Find(strId))
+    if (CDevice* pDevice = Find(strId)) {
         return *pDevice;
+    }
     throw std::out_of_range(Name() + " never had a device " + strId);
 }
 
 IInterfaceControl& CInterface::Lists(std::optional<std::vector<std::string>> vecId) {
     const LOCK lock = _Enter();
-    for (const std::string& strId : vecId.value_or(std::vector<std::string>{}))
-        if (Find(strId) == nullptr)
+    for (const std::string& strId : vecId.value_or(std::vector<std::string>{})) {
+        if (Find(strId) == nullptr) {
             throw std::out_of_range(Name() + " never had a device " + strId);
+        }
+    }
     m_vecScriptedList = std::move(vecId);
     return *this;
 }
@@ -110,10 +116,11 @@ bool CInterface::UpdateList(LOCK& lock, std::uint64_t nTimeoutMs) {
     m_bStopRequested = false;  // a stop without an update is forgotten
     if (m_bWaitWholeWindow) {
         const auto IsStopped = [this] { return m_bStopRequested; };
-        if (nTimeoutMs > kLongestTimedWaitMs)
+        if (nTimeoutMs > kLongestTimedWaitMs) {
             _Context().objMonitor.changed.wait(lock, IsStopped);
-        else
+        } else {
             _Context().objMonitor.changed.wait_for(lock, std::chrono::milliseconds(nTimeoutMs), IsStopped);
+        }
     }
     auto vecNew = __Visible();
     const bool bChanged = vecNew != m_vecList;
@@ -129,24 +136,29 @@ std::vector<std::shared_ptr<CDevice>> CInterface::__Visible() const {
                      [](const auto& pDevice) { return pDevice->IsListed(); });
         return vecVisible;
     }
-    for (const std::string& strId : *m_vecScriptedList)
-        for (const auto& pDevice : m_vecDevice)
-            if (pDevice->Name() == strId)
+    for (const std::string& strId : *m_vecScriptedList) {
+        for (const auto& pDevice : m_vecDevice) {
+            if (pDevice->Name() == strId) {
                 vecVisible.push_back(pDevice);
+            }
+        }
+    }
     return vecVisible;
 }
 
 void CInterface::__FillListFeatures() {
     const auto SetTexts = [&](const char* pszFeature, auto fnText) {
         std::vector<std::string> vecText;
-        for (const auto& pDevice : m_vecList)
+        for (const auto& pDevice : m_vecList) {
             vecText.push_back(fnText(*pDevice));
+        }
         Port().SetListTexts(pszFeature, vecText);
     };
     const auto SetIntegers = [&](const char* pszFeature, auto fnValue) {
         std::vector<std::int64_t> vecValue;
-        for (const auto& pDevice : m_vecList)
+        for (const auto& pDevice : m_vecList) {
             vecValue.push_back(static_cast<std::int64_t>(fnValue(pDevice->GevAddress())));
+        }
         Port().SetListIntegers(pszFeature, vecValue);
     };
     Port().SetSelectorMax(kSelector, m_nScriptedMax.value_or(static_cast<std::int64_t>(m_vecList.size()) - 1));
@@ -161,15 +173,18 @@ void CInterface::__FillListFeatures() {
 }
 
 CDevice& CInterface::Listed(std::size_t nIndex) const {
-    if (nIndex >= m_vecList.size())
+    if (nIndex >= m_vecList.size()) {
         Refuse(GC_ERR_INVALID_INDEX, Name() + " lists no device of this index");
+    }
     return *m_vecList[nIndex];
 }
 
 CDevice& CInterface::Listed(const std::string& strId) const {
-    for (const auto& pDevice : m_vecList)
-        if (pDevice->Name() == strId)
+    for (const auto& pDevice : m_vecList) {
+        if (pDevice->Name() == strId) {
             return *pDevice;
+        }
+    }
     Refuse(GC_ERR_INVALID_ID, Name() + " lists no device " + strId);
 }
 
@@ -179,22 +194,27 @@ CDevice& CInterface::ForOpening(const std::string& strId) const {
 }
 
 CDevice& CInterface::Answering(const std::string& strIp) const {
-    for (const auto& pDevice : m_vecDevice)
-        if (pDevice->IsPlugged() && pDevice->IsAt(strIp))
+    for (const auto& pDevice : m_vecDevice) {
+        if (pDevice->IsPlugged() && pDevice->IsAt(strIp)) {
             return *pDevice;
+        }
+    }
     Refuse(GC_ERR_TIMEOUT, "no device answers at " + strIp);
 }
 
 CDevice* CInterface::Find(const std::string& strId) const {
-    for (const auto& pDevice : m_vecDevice)
-        if (pDevice->Name() == strId)
+    for (const auto& pDevice : m_vecDevice) {
+        if (pDevice->Name() == strId) {
             return pDevice.get();
+        }
+    }
     return nullptr;
 }
 
 void CInterface::_CloseChildren() {
-    for (const auto& pDevice : m_vecDevice)
+    for (const auto& pDevice : m_vecDevice) {
         pDevice->Close();
+    }
     m_vecList.clear();  // the next one to open it starts without a list
     __FillListFeatures();
     m_bStopRequested = true;  // nobody waits in an interface that is closed

@@ -19,8 +19,9 @@ constexpr std::size_t kListTextLength = 64;
 
 BYTES BigEndian(std::uint64_t nValue) {
     BYTES vecBytes(8);
-    for (std::size_t i = 0; i < 8; ++i)
+    for (std::size_t i = 0; i < 8; ++i) {
         vecBytes[i] = static_cast<std::byte>(nValue >> (56 - 8 * i));
+    }
     return vecBytes;
 }
 
@@ -55,8 +56,9 @@ CPort::CPort(const MONITOR& objMonitor, std::string strId, std::string strModule
 FEATURE& CPort::__Add(FEATURE objFeature, std::span<const std::byte> value) {
     const bool bKnown = std::any_of(m_vecFeature.begin(), m_vecFeature.end(),
                                     [&](const FEATURE& objOther) { return objOther.strName == objFeature.strName; });
-    if (bKnown)
+    if (bKnown) {
         throw std::invalid_argument("the port has this feature already: " + objFeature.strName);
+    }
     objFeature.nLength = value.size();
     objFeature.nAddress = m_nNextAddress;
     m_nNextAddress += (value.size() + 7) / 8 * 8;
@@ -70,9 +72,11 @@ FEATURE& CPort::__Find(const std::string& strName) {
 }
 
 const FEATURE& CPort::__Find(const std::string& strName) const {
-    for (const FEATURE& objFeature : m_vecFeature)
-        if (objFeature.strName == strName)
+    for (const FEATURE& objFeature : m_vecFeature) {
+        if (objFeature.strName == strName) {
             return objFeature;
+        }
+    }
     throw std::out_of_range("the port has no such feature: " + strName);
 }
 
@@ -122,8 +126,9 @@ IPortControl& CPort::RemoveFeature(const std::string& strName) {
 std::int64_t CPort::Integer(const std::string& strName) const {
     const BYTES vecBytes = Register(AddressOf(strName), 8);
     std::uint64_t nValue = 0;
-    for (const std::byte b : vecBytes)
+    for (const std::byte b : vecBytes) {
         nValue = (nValue << 8) | static_cast<std::uint64_t>(b);
+    }
     return static_cast<std::int64_t>(nValue);
 }
 
@@ -174,35 +179,42 @@ void CPort::AddListFeature(const std::string& strSelector, std::string strName, 
 }
 
 void CPort::SetSelectorMax(const std::string& strSelector, std::int64_t nMax) {
-    for (const FEATURE& objFeature : m_vecFeature)
-        if (objFeature.strName == strSelector + "Max")
+    for (const FEATURE& objFeature : m_vecFeature) {
+        if (objFeature.strName == strSelector + "Max") {
             m_objRegisters.Place(objFeature.nAddress, BigEndian(static_cast<std::uint64_t>(nMax)));
+        }
+    }
 }
 
 void CPort::SetListIntegers(const std::string& strName, const std::vector<std::int64_t>& vecValue) {
     std::vector<BYTES> vecBytes;
-    for (const std::int64_t nValue : vecValue)
+    for (const std::int64_t nValue : vecValue) {
         vecBytes.push_back(BigEndian(static_cast<std::uint64_t>(nValue)));
+    }
     __SetList(strName, vecBytes);
 }
 
 void CPort::SetListTexts(const std::string& strName, const std::vector<std::string>& vecValue) {
     std::vector<BYTES> vecBytes;
-    for (const std::string& strValue : vecValue)
+    for (const std::string& strValue : vecValue) {
         vecBytes.push_back(Padded(strValue, kListTextLength));
+    }
     __SetList(strName, vecBytes);
 }
 
 // A test may have removed the feature: then there is nothing to set.
 void CPort::__SetList(const std::string& strName, const std::vector<BYTES>& vecValue) {
     for (const FEATURE& objFeature : m_vecFeature) {
-        if (objFeature.strName != strName)
+        if (objFeature.strName != strName) {
             continue;
+        }
         BYTES vecAll;
-        for (const BYTES& vecOne : vecValue)
+        for (const BYTES& vecOne : vecValue) {
             vecAll.insert(vecAll.end(), vecOne.begin(), vecOne.end());
-        if (vecAll.size() > kListRoom)
+        }
+        if (vecAll.size() > kListRoom) {
             Refuse(GC_ERR_RESOURCE_EXHAUSTED, "the list is longer than its registers");
+        }
         m_objRegisters.Remove(objFeature.nAddress, kListRoom);
         m_objRegisters.Place(objFeature.nAddress, vecAll);
     }
@@ -236,8 +248,9 @@ void CPort::__PlaceDescription(const std::string& strFileName, std::span<const s
 }
 
 void CPort::__DescribeFeatures() {
-    if (!m_bOwnDescription || m_bDescribed)
+    if (!m_bOwnDescription || m_bDescribed) {
         return;
+    }
     const std::string strXml = WriteDescription(m_strModuleKind, m_strPortName, m_vecFeature);
     __PlaceDescription(m_strModuleKind + ".xml", std::as_bytes(std::span(strXml)));
     m_bDescribed = true;
@@ -252,27 +265,33 @@ IPortControl& CPort::SetRegister(std::uint64_t nAddress, std::span<const std::by
 BYTES CPort::Register(std::uint64_t nAddress, std::size_t nLength) const {
     const LOCK lock = m_objMonitor.Enter();
     BYTES vecBytes(nLength);
-    if (!m_objRegisters.Read(nAddress, vecBytes))
+    if (!m_objRegisters.Read(nAddress, vecBytes)) {
         throw std::out_of_range("no register at 0x" + Hex(nAddress));
+    }
     return vecBytes;
 }
 
 void CPort::Read(std::uint64_t nAddress, std::span<std::byte> bytes) const {
-    if (!m_objRegisters.Read(nAddress, bytes))
+    if (!m_objRegisters.Read(nAddress, bytes)) {
         Refuse(GC_ERR_INVALID_ADDRESS, "no register at 0x" + Hex(nAddress));
+    }
 }
 
 void CPort::Write(std::uint64_t nAddress, std::span<const std::byte> bytes) {
-    if (!m_objRegisters.Write(nAddress, bytes))
+    if (!m_objRegisters.Write(nAddress, bytes)) {
         Refuse(GC_ERR_INVALID_ADDRESS, "no register at 0x" + Hex(nAddress));
+    }
     for (FEATURE& objFeature : m_vecFeature) {
-        if (!Touches(objFeature, nAddress, bytes.size()))
+        if (!Touches(objFeature, nAddress, bytes.size())) {
             continue;
+        }
         ++objFeature.nWrites;
-        if (objFeature.nKind == FEATURE::KIND::Command)  // done at once
+        if (objFeature.nKind == FEATURE::KIND::Command) {  // done at once
             m_objRegisters.Place(objFeature.nAddress, BigEndian(0));
-        if (const auto it = m_mapInnerHook.find(objFeature.strName); it != m_mapInnerHook.end())
+        }
+        if (const auto it = m_mapInnerHook.find(objFeature.strName); it != m_mapInnerHook.end()) {
             it->second();
+        }
     }
 }
 
@@ -290,16 +309,19 @@ std::size_t CPort::UrlCount() {
 }
 
 void CPort::GetUrlInfo(std::size_t nIndex, URL_INFO_CMD nCommand, const TARGET& objTarget) {
-    if (nIndex >= UrlCount())
+    if (nIndex >= UrlCount()) {
         Refuse(GC_ERR_INVALID_INDEX, "the port has no URL of this index");
-    if (nCommand != URL_INFO_URL)
+    }
+    if (nCommand != URL_INFO_URL) {
         Refuse(GC_ERR_NOT_AVAILABLE, "the port doesn't tell this of its URL");
+    }
     PutText(objTarget, m_vecUrl[nIndex]);
 }
 
 void CPort::GetPortInfo(PORT_INFO_CMD nCommand, const TARGET& objTarget) const {
-    if (const auto it = m_mapInfo.find(nCommand); it != m_mapInfo.end())
+    if (const auto it = m_mapInfo.find(nCommand); it != m_mapInfo.end()) {
         return PutAnswer(objTarget, it->second);
+    }
     switch (nCommand) {
         case PORT_INFO_ID:
             return PutText(objTarget, m_strId);

@@ -69,15 +69,18 @@ IInterfaceControl& CProducer::Interface(const std::string& strId) {
 }
 
 CInterface& CProducer::__Find(const std::string& strId) const {
-    if (CInterface* pInterface = m_pSystem->Find(strId))
+    if (CInterface* pInterface = m_pSystem->Find(strId)) {
         return *pInterface;
+    }
     throw std::out_of_range("there never was an interface " + strId);
 }
 
 CInterface& CProducer::__InterfaceOf(const std::string& strDeviceId) const {
-    for (const auto& pInterface : m_pSystem->Interfaces())
-        if (pInterface->Find(strDeviceId) != nullptr)
+    for (const auto& pInterface : m_pSystem->Interfaces()) {
+        if (pInterface->Find(strDeviceId) != nullptr) {
             return *pInterface;
+        }
+    }
     throw std::out_of_range("no interface ever had a device " + strDeviceId);
 }
 
@@ -100,8 +103,9 @@ IProducerControl& CProducer::Unplug(const std::string& strId) {
 
 IProducerControl& CProducer::Lists(std::optional<std::vector<std::string>> vecInterfaceId) {
     const LOCK lock = m_objContext.objMonitor.Enter();
-    for (const std::string& strId : vecInterfaceId.value_or(std::vector<std::string>{}))
+    for (const std::string& strId : vecInterfaceId.value_or(std::vector<std::string>{})) {
         __Find(strId);
+    }
     m_pSystem->SetScriptedList(std::move(vecInterfaceId));
     return *this;
 }
@@ -115,8 +119,9 @@ IProducerControl& CProducer::SelectorMax(std::optional<std::int64_t> nMax) {
 // Rules and records.
 
 IRule& CProducer::On(const std::string& strEntry) {
-    if (!IsEntry(strEntry))
+    if (!IsEntry(strEntry)) {
         throw std::invalid_argument("a producer has no entry " + strEntry);
+    }
     const LOCK lock = m_objContext.objMonitor.Enter();
     return *m_vecRule.emplace_back(std::make_unique<CRule>(m_objContext.objMonitor, strEntry));
 }
@@ -152,8 +157,9 @@ bool CProducer::WaitForEventWaiters(const std::string& strEvent, std::size_t nWa
     return m_objContext.objMonitor.changed.wait_for(lock, kPatience, [&] {
         for (const auto& [h, pHandled] : m_objContext.objHandles.All()) {
             const auto pEvent = std::dynamic_pointer_cast<CEvent>(pHandled);
-            if (pEvent != nullptr && pEvent->HandledName() == strEvent && pEvent->Waiters() >= nWaiters)
+            if (pEvent != nullptr && pEvent->HandledName() == strEvent && pEvent->Waiters() >= nWaiters) {
                 return true;
+            }
         }
         return false;
     });
@@ -176,8 +182,9 @@ void CProducer::RecordCalls(bool bRecord) {
 
 void CProducer::CallBegins(std::optional<CALL> objRecord) {
     ++m_nCallsInside;
-    if (!objRecord)
+    if (!objRecord) {
         return;
+    }
     m_vecCall.push_back(*std::move(objRecord));
     ++m_mapCount[m_vecCall.back().strEntry];
     m_objContext.objMonitor.changed.notify_all();
@@ -185,8 +192,9 @@ void CProducer::CallBegins(std::optional<CALL> objRecord) {
 
 void CProducer::CallEnds() {
     --m_nCallsInside;
-    if (m_nCallsInside == 0)
+    if (m_nCallsInside == 0) {
         m_objContext.objMonitor.changed.notify_all();
+    }
 }
 
 void CProducer::RememberError(GC_ERROR nCode, const std::string& strText) {
@@ -201,8 +209,9 @@ std::pair<GC_ERROR, std::string> CProducer::LastError() const {
 // The consumer's side.
 
 void CProducer::Initialise() {
-    if (m_bInitialised)
+    if (m_bInitialised) {
         Refuse(GC_ERR_RESOURCE_IN_USE, "GCInitLib has been called already");
+    }
     m_bInitialised = true;
 }
 
@@ -217,8 +226,9 @@ std::vector<std::string> CProducer::OpenModules() const {
     for (const auto& [h, pHandled] : m_objContext.objHandles.All()) {
         // A remote port is no module of its own: it opens and closes with its device.
         const bool bRemote = std::dynamic_pointer_cast<CRemotePort>(pHandled) != nullptr;
-        if (!bRemote && std::dynamic_pointer_cast<CModule>(pHandled) != nullptr)
+        if (!bRemote && std::dynamic_pointer_cast<CModule>(pHandled) != nullptr) {
             vecName.push_back(pHandled->HandledName());
+        }
     }
     return vecName;
 }
@@ -226,9 +236,11 @@ std::vector<std::string> CProducer::OpenModules() const {
 std::vector<std::string> CProducer::RegisteredEvents() const {
     const LOCK lock = m_objContext.objMonitor.Enter();
     std::vector<std::string> vecName;
-    for (const auto& [h, pHandled] : m_objContext.objHandles.All())
-        if (std::dynamic_pointer_cast<CEvent>(pHandled) != nullptr)
+    for (const auto& [h, pHandled] : m_objContext.objHandles.All()) {
+        if (std::dynamic_pointer_cast<CEvent>(pHandled) != nullptr) {
             vecName.push_back(pHandled->HandledName());
+        }
+    }
     return vecName;
 }
 
@@ -240,8 +252,9 @@ bool CProducer::IsInitialised() const {
 void CProducer::Reset() {
     auto pSystem = std::make_shared<CSystem>(m_objContext);  // takes the lock itself
     LOCK lock = m_objContext.objMonitor.Enter();
-    for (const auto& pRule : m_vecRule)
+    for (const auto& pRule : m_vecRule) {
         pRule->Open();
+    }
     m_pSystem->Close();
     m_objContext.objMonitor.changed.wait(lock, [this] { return m_nCallsInside == 0; });
     m_pSystem->Close();  // what a call that was held opened after all

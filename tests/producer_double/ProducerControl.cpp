@@ -76,8 +76,9 @@ ANSWER ANSWER::ReportingAs(std::size_t nSize) && {
 
 std::string CALL::Text() const {
     std::string strText = strEntry + "(";
-    for (std::size_t i = 0; i < vecArgument.size(); ++i)
+    for (std::size_t i = 0; i < vecArgument.size(); ++i) {
         strText += (i == 0 ? "" : ", ") + vecArgument[i];
+    }
     return strText + ")";
 }
 

@@ -8,8 +8,9 @@ namespace ProducerDouble {
 
 CProducerLibrary::CProducerLibrary(const std::string& strPath)
     : m_hLibrary(dlopen(strPath.c_str(), RTLD_NOW | RTLD_LOCAL)), m_pControl(nullptr) {
-    if (m_hLibrary == nullptr)
+    if (m_hLibrary == nullptr) {
         throw std::runtime_error(dlerror());
+    }
     const auto pGetControl = Entry<PGetProducerControl>(kControlEntry);
     if (pGetControl == nullptr) {
         dlclose(m_hLibrary);
@@ -26,8 +27,9 @@ CProducerLibrary::~CProducerLibrary() {
 
 bool CProducerLibrary::IsLoaded(const std::string& strPath) {
     void* h = dlopen(strPath.c_str(), RTLD_NOW | RTLD_NOLOAD);
-    if (h != nullptr)
+    if (h != nullptr) {
         dlclose(h);
+    }
     return h != nullptr;
 }
 

@@ -83,11 +83,13 @@ std::size_t CRule::Hits() const {
 
 bool CRule::Applies(const ICallFacts& objCall) {
     if (!m_bArmed || objCall.Entry() != m_strEntry || (m_strModule && !objCall.Names(*m_strModule)) ||
-        (m_nNumber && objCall.KeyNumber() != m_nNumber))
+        (m_nNumber && objCall.KeyNumber() != m_nNumber)) {
         return false;
+    }
     ++m_nFitted;
-    if (m_nCall && *m_nCall != m_nFitted)
+    if (m_nCall && *m_nCall != m_nFitted) {
         return false;
+    }
     ++m_nHits;
     return true;
 }
@@ -99,8 +101,9 @@ void CRule::Hold(LOCK& lock) {
         std::this_thread::sleep_for(nDelay);
         lock.lock();
     }
-    if (!m_bBlocks)
+    if (!m_bBlocks) {
         return;
+    }
     ++m_nBlocked;
     m_objMonitor.changed.notify_all();
     m_objMonitor.changed.wait(lock, [this] { return !m_bBlocks; });

@@ -23,8 +23,9 @@ CStream::CStream(CONTEXT& objContext, const std::string& strDevice, std::string 
 
 bool CStream::PushFrame(FRAME objFrame) {
     const LOCK lock = _Enter();
-    if (!m_bStarted)
+    if (!m_bStarted) {
         return false;
+    }
     m_queFrame.push_back(std::move(objFrame));
     __Deliver();
     _Changed();
@@ -55,11 +56,13 @@ std::size_t CStream::Queued() const {
 // Buffers.
 
 void* CStream::Announce(void* pBuffer, std::size_t nSize, void* pUserPointer) {
-    if (nSize == 0)
+    if (nSize == 0) {
         Refuse(GC_ERR_INVALID_PARAMETER, "a buffer has at least one byte");
+    }
     auto pNew = std::make_unique<BUFFER>();
-    if (pBuffer == nullptr)
+    if (pBuffer == nullptr) {
         pNew->vecOwn.resize(nSize);
+    }
     pNew->pBase = pBuffer != nullptr ? static_cast<std::byte*>(pBuffer) : pNew->vecOwn.data();
     pNew->nSize = nSize;
     pNew->pUserPointer = pUserPointer;
@@ -72,19 +75,23 @@ void* CStream::Announce(void* pBuffer, std::size_t nSize, void* pUserPointer) {
 
 void CStream::Revoke(void* hBuffer, void** ppBuffer, void** ppUserPointer) {
     BUFFER& objBuffer = __Find(hBuffer);
-    if (objBuffer.nPlace != BUFFER::PLACE::Unqueued)
+    if (objBuffer.nPlace != BUFFER::PLACE::Unqueued) {
         Refuse(GC_ERR_BUSY, "the buffer is in a queue");
-    if (ppBuffer != nullptr)
+    }
+    if (ppBuffer != nullptr) {
         *ppBuffer = objBuffer.vecOwn.empty() ? objBuffer.pBase : nullptr;
-    if (ppUserPointer != nullptr)
+    }
+    if (ppUserPointer != nullptr) {
         *ppUserPointer = objBuffer.pUserPointer;
+    }
     std::erase_if(m_vecBuffer, [&](const auto& pBuffer) { return pBuffer.get() == &objBuffer; });
 }
 
 void CStream::Queue(void* hBuffer) {
     BUFFER& objBuffer = __Find(hBuffer);
-    if (objBuffer.nPlace != BUFFER::PLACE::Unqueued)
+    if (objBuffer.nPlace != BUFFER::PLACE::Unqueued) {
         Refuse(GC_ERR_RESOURCE_IN_USE, "the buffer is in a queue already");
+    }
     objBuffer.nPlace = BUFFER::PLACE::Input;
     m_vecInput.push_back(&objBuffer);
     __Deliver();
@@ -92,9 +99,11 @@ void CStream::Queue(void* hBuffer) {
 }
 
 BUFFER& CStream::__Find(void* hBuffer) const {
-    for (const auto& pBuffer : m_vecBuffer)
-        if (pBuffer->hSelf == hBuffer)
+    for (const auto& pBuffer : m_vecBuffer) {
+        if (pBuffer->hSelf == hBuffer) {
             return *pBuffer;
+        }
+    }
     Refuse(GC_ERR_INVALID_HANDLE, Name() + " has no buffer of this handle");
 }
 
@@ -128,18 +137,22 @@ void CStream::FlushQueue(ACQ_QUEUE_TYPE nOperation) {
 }
 
 void CStream::__Unqueue(BUFFER::PLACE nPlace) {
-    for (const auto& pBuffer : m_vecBuffer)
-        if (pBuffer->nPlace == nPlace)
+    for (const auto& pBuffer : m_vecBuffer) {
+        if (pBuffer->nPlace == nPlace) {
             pBuffer->nPlace = BUFFER::PLACE::Unqueued;
+        }
+    }
     (nPlace == BUFFER::PLACE::Input ? m_vecInput : m_vecOutput).clear();
 }
 
 void CStream::__QueueWhere(bool bEvenOutput) {
-    if (bEvenOutput)
+    if (bEvenOutput) {
         __Unqueue(BUFFER::PLACE::Output);
+    }
     for (const auto& pBuffer : m_vecBuffer) {
-        if (pBuffer->nPlace != BUFFER::PLACE::Unqueued)
+        if (pBuffer->nPlace != BUFFER::PLACE::Unqueued) {
             continue;
+        }
         pBuffer->nPlace = BUFFER::PLACE::Input;
         m_vecInput.push_back(pBuffer.get());
     }
@@ -148,16 +161,18 @@ void CStream::__QueueWhere(bool bEvenOutput) {
 // Acquisition.
 
 void CStream::Start(std::uint64_t nFrames) {
-    if (m_bStarted)
+    if (m_bStarted) {
         Refuse(GC_ERR_RESOURCE_IN_USE, "the acquisition runs already");
+    }
     m_bStarted = true;
     m_nFramesLeft = nFrames;
     _Changed();
 }
 
 void CStream::Stop() {
-    if (!m_bStarted)
+    if (!m_bStarted) {
         Refuse(GC_ERR_RESOURCE_IN_USE, "no acquisition runs");
+    }
     m_bStarted = false;
     m_queFrame.clear();
 }
@@ -174,12 +189,14 @@ void CStream::__Fill(BUFFER& objBuffer, const FRAME& objFrame) {
     objBuffer.nFilled = std::min(objBuffer.nSize, objFrame.vecData.size());
     std::copy_n(objFrame.vecData.begin(), objBuffer.nFilled, objBuffer.pBase);
     objBuffer.objLayout = static_cast<const FRAME_LAYOUT&>(objFrame);
-    if (objFrame.vecData.size() > objBuffer.nSize)
+    if (objFrame.vecData.size() > objBuffer.nSize) {
         objBuffer.objLayout.bIncomplete = true;
+    }
     objBuffer.nPlace = BUFFER::PLACE::Output;
     m_vecOutput.push_back(&objBuffer);
-    if (m_nFramesLeft != GENTL_INFINITE && --m_nFramesLeft == 0)
+    if (m_nFramesLeft != GENTL_INFINITE && --m_nFramesLeft == 0) {
         m_bStarted = false;
+    }
 }
 
 std::size_t CStream::Waiting() {
@@ -218,8 +235,9 @@ IEventQueue* CStream::_QueueOf(EVENT_TYPE nType) {
 // What the stream and its buffers say of themselves.
 
 bool CStream::_GetOwnInfo(std::int32_t nCommand, const TARGET& objTarget) {
-    if (nCommand != STREAM_INFO_NUM_DELIVERED)
+    if (nCommand != STREAM_INFO_NUM_DELIVERED) {
         return false;
+    }
     PutValue(objTarget, INFO_DATATYPE_UINT64, m_nDelivered);
     return true;
 }
@@ -268,11 +286,13 @@ void CStream::GetBufferInfo(void* hBuffer, BUFFER_INFO_CMD nCommand, const TARGE
 void CStream::GetChunks(void* hBuffer, SINGLE_CHUNK_DATA* pChunks, std::size_t* pCount) const {
     const BUFFER& objBuffer = __Find(hBuffer);
     const auto& vecChunk = objBuffer.objLayout.vecChunk;
-    if (pCount == nullptr)
+    if (pCount == nullptr) {
         Refuse(GC_ERR_INVALID_PARAMETER, "no place for the number of chunks");
+    }
     if (pChunks != nullptr) {
-        if (*pCount < vecChunk.size())
+        if (*pCount < vecChunk.size()) {
             Refuse(GC_ERR_BUFFER_TOO_SMALL, "there are more chunks than places");
+        }
         std::copy(vecChunk.begin(), vecChunk.end(), pChunks);
     }
     *pCount = vecChunk.size();

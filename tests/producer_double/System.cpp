@@ -13,8 +13,9 @@ CSystem::CSystem(CONTEXT& objContext) : CModule(objContext, "tl", "TLSystem", "T
     Port().AddSelector(kSelector);
     Port().AddListFeature(kSelector, "InterfaceID", FEATURE::KIND::Text);
     for (const char* pszNumber : {"GevInterfaceDefaultGateway", "GevInterfaceDefaultIPAddress",
-                                  "GevInterfaceDefaultSubnetMask", "GevInterfaceMACAddress"})
+                                  "GevInterfaceDefaultSubnetMask", "GevInterfaceMACAddress"}) {
         Port().AddListFeature(kSelector, pszNumber, FEATURE::KIND::Integer);
+    }
     _DefaultInfo(TL_INFO_ID, ANSWER::Text("tl"));
     _DefaultInfo(TL_INFO_VENDOR, ANSWER::Text("Norvik"));
     _DefaultInfo(TL_INFO_MODEL, ANSWER::Text("Double"));
@@ -27,10 +28,13 @@ CSystem::CSystem(CONTEXT& objContext) : CModule(objContext, "tl", "TLSystem", "T
 
 bool CSystem::UpdateList() {
     std::vector<std::shared_ptr<CInterface>> vecNew;
-    for (const std::string& strId : m_vecScriptedList.value_or(m_vecPresent))
-        for (const auto& pInterface : m_vecInterface)
-            if (pInterface->Name() == strId)
+    for (const std::string& strId : m_vecScriptedList.value_or(m_vecPresent)) {
+        for (const auto& pInterface : m_vecInterface) {
+            if (pInterface->Name() == strId) {
                 vecNew.push_back(pInterface);
+            }
+        }
+    }
     const bool bChanged = vecNew != m_vecList;
     m_vecList = std::move(vecNew);
     __FillListFeatures();
@@ -39,12 +43,14 @@ bool CSystem::UpdateList() {
 
 void CSystem::__FillListFeatures() {
     std::vector<std::string> vecId;
-    for (const auto& pInterface : m_vecList)
+    for (const auto& pInterface : m_vecList) {
         vecId.push_back(pInterface->Name());
+    }
     const auto SetIntegers = [&](const char* pszFeature, auto fnValue) {
         std::vector<std::int64_t> vecValue;
-        for (const auto& pInterface : m_vecList)
+        for (const auto& pInterface : m_vecList) {
             vecValue.push_back(static_cast<std::int64_t>(fnValue(pInterface->GevAddress())));
+        }
         Port().SetListIntegers(pszFeature, vecValue);
     };
     Port().SetSelectorMax(kSelector, m_nScriptedMax.value_or(static_cast<std::int64_t>(m_vecList.size()) - 1));
@@ -56,22 +62,27 @@ void CSystem::__FillListFeatures() {
 }
 
 CInterface& CSystem::Listed(std::size_t nIndex) const {
-    if (nIndex >= m_vecList.size())
+    if (nIndex >= m_vecList.size()) {
         Refuse(GC_ERR_INVALID_INDEX, "the system lists no interface of this index");
+    }
     return *m_vecList[nIndex];
 }
 
 CInterface& CSystem::Listed(const std::string& strId) const {
-    for (const auto& pInterface : m_vecList)
-        if (pInterface->Name() == strId)
+    for (const auto& pInterface : m_vecList) {
+        if (pInterface->Name() == strId) {
             return *pInterface;
+        }
+    }
     Refuse(GC_ERR_INVALID_ID, "the system lists no interface " + strId);
 }
 
 CInterface* CSystem::Find(const std::string& strId) const {
-    for (const auto& pInterface : m_vecInterface)
-        if (pInterface->Name() == strId)
+    for (const auto& pInterface : m_vecInterface) {
+        if (pInterface->Name() == strId) {
             return pInterface.get();
+        }
+    }
     return nullptr;
 }
 
@@ -82,13 +93,15 @@ CInterface& CSystem::Add(std::shared_ptr<CInterface> pInterface) {
 
 void CSystem::SetPresent(const std::string& strId, bool bPresent) {
     std::erase(m_vecPresent, strId);
-    if (bPresent)
+    if (bPresent) {
         m_vecPresent.push_back(strId);
+    }
 }
 
 void CSystem::_CloseChildren() {
-    for (const auto& pInterface : m_vecInterface)
+    for (const auto& pInterface : m_vecInterface) {
         pInterface->Close();
+    }
     m_vecList.clear();  // the next one to open it starts without a list
     __FillListFeatures();
 }
