@@ -7,6 +7,14 @@
 
 namespace ProducerDouble {
 
+namespace {
+
+[[noreturn]] void RefuseAs(const CRule::REFUSAL& objRefusal) {
+    Refuse(objRefusal.first, objRefusal.second.empty() ? "scripted failure" : objRefusal.second);
+}
+
+}  // namespace
+
 CProducer& CCall::Producer() {
     return CProducer::Instance();
 }
@@ -16,13 +24,6 @@ CProducer& CCall::Producer() {
 CCall& CCall::__Add(ARGUMENT objArgument) {
     m_arrArgument[m_nArguments++] = objArgument;
     return *this;
-}
-
-CCall& CCall::Handle(void* h) {
-    if (m_hModule == nullptr) {
-        m_hModule = h;
-    }
-    return __Add(HANDLE_ARGUMENT{h});
 }
 
 CCall& CCall::Text(const char* pszText) {
@@ -43,10 +44,9 @@ CCall& CCall::Value(std::uint64_t nValue) {
     return __Add(nValue);
 }
 
-CCall& CCall::Out(INFO_DATATYPE* pType, void* pBuffer, std::size_t* pSize) {
-    m_objTarget = {pType, pBuffer, pSize};
-    __Add(BUFFER_ARGUMENT{pBuffer});
-    return Value(pSize != nullptr ? *pSize : 0);
+CCall& CCall::Out(const TARGET& objTarget) {
+    m_objTarget = objTarget;
+    return In(objTarget.pBuffer, objTarget.pSize != nullptr ? *objTarget.pSize : 0);
 }
 
 CCall& CCall::In(const void* pBuffer, std::size_t nSize) {
@@ -54,27 +54,12 @@ CCall& CCall::In(const void* pBuffer, std::size_t nSize) {
     return Value(nSize);
 }
 
-CCall& CCall::Count(std::uint32_t* pCount) {
-    m_pCount = pCount;
-    return *this;
-}
-
-CCall& CCall::Count(std::size_t* pCount) {
-    m_pCount = pCount;
-    return *this;
-}
-
-CCall& CCall::Count(bool8_t* pFlag) {
-    m_pCount = pFlag;
-    return *this;
-}
-
 CCall& CCall::WorksClosed() {
     m_bWorksClosed = true;
     return *this;
 }
 
-bool CCall::Names(const std::string& strName) const {
+bool CCall::__Names(const std::string& strName) const {
     const std::string* pModule = m_objProducer.Context().objHandles.NameOf(m_hModule);
     if (pModule != nullptr && *pModule == strName) {
         return true;
@@ -130,7 +115,8 @@ LOCK CCall::__Begin() {
     // By index: a hold gives up the lock, and a test may add rules meanwhile.
     for (std::size_t i = 0; i < m_objProducer.RuleCount(); ++i) {
         CRule& objRule = m_objProducer.Rule(i);
-        if (!objRule.Applies(*this)) {
+        if (!objRule.Applies(m_pszEntry, m_nKeyNumber,
+                             [this](const std::string& strName) { return __Names(strName); })) {
             continue;
         }
         objRule.Hold(lock);
@@ -152,8 +138,7 @@ LOCK CCall::__Begin() {
 
 bool CCall::__NeedsWork() {
     if (m_pRefusing != nullptr) {
-        const auto& [nCode, strText] = *m_pRefusing->Refusal();
-        Refuse(nCode, strText.empty() ? "scripted failure" : strText);
+        RefuseAs(*m_pRefusing->Refusal());
     }
     if (!m_bWorksClosed && !m_objProducer.IsUp()) {
         Refuse(GC_ERR_NOT_INITIALIZED, "GCInitLib hasn't been called");
@@ -167,20 +152,17 @@ bool CCall::__NeedsWork() {
 
 void CCall::__AfterWork() {
     if (m_pCounting != nullptr) {
-        const std::uint64_t nCount = *m_pCounting->ScriptedCount();
-        if (const auto pp = std::get_if<std::uint32_t*>(&m_pCount); pp != nullptr && *pp != nullptr) {
-            **pp = static_cast<std::uint32_t>(nCount);
-        }
-        if (const auto pp = std::get_if<std::size_t*>(&m_pCount); pp != nullptr && *pp != nullptr) {
-            **pp = nCount;
-        }
-        if (const auto pp = std::get_if<bool8_t*>(&m_pCount); pp != nullptr && *pp != nullptr) {
-            **pp = static_cast<bool8_t>(nCount);
-        }
+        const auto Put = [nCount = *m_pCounting->ScriptedCount()](auto pCount) {
+            if constexpr (!std::is_same_v<decltype(pCount), std::monostate>) {
+                if (pCount != nullptr) {
+                    *pCount = static_cast<std::remove_reference_t<decltype(*pCount)>>(nCount);
+                }
+            }
+        };
+        std::visit(Put, m_pCount);
     }
     if (m_pLateRefusing != nullptr) {
-        const auto& [nCode, strText] = *m_pLateRefusing->LateRefusal();
-        Refuse(nCode, strText.empty() ? "scripted failure" : strText);
+        RefuseAs(*m_pLateRefusing->LateRefusal());
     }
 }
 

@@ -34,17 +34,15 @@ public:
     }
 
     void Feature(const FEATURE& objFeature) {
-        if (objFeature.nKind == FEATURE::KIND::Text) {
-            Register("StringReg", objFeature.strName, objFeature);
-            return;
+        const bool bText = objFeature.nKind == FEATURE::KIND::Text;
+        const bool bPlain = bText || !objFeature.strSelector.empty();  // a register, and no value above it
+        if (!bPlain) {
+            Value(objFeature);
         }
-        if (!objFeature.strSelector.empty()) {
-            Register("IntReg", objFeature.strName, objFeature);
-            return;
-        }
-        Value(objFeature);
-        Register(objFeature.nKind == FEATURE::KIND::Float ? "FloatReg" : "IntReg", objFeature.strName + "Reg",
-                 objFeature);
+        Register(bText                                      ? "StringReg"
+                 : objFeature.nKind == FEATURE::KIND::Float ? "FloatReg"
+                                                            : "IntReg",
+                 objFeature.strName + (bPlain ? "" : "Reg"), objFeature);
     }
 
     std::string Finish() {
@@ -66,55 +64,30 @@ private:
     void Close(std::string_view strElement) { m_strXml.append("</").append(strElement).append(">\n"); }
 
     void Value(const FEATURE& objFeature) {
-        switch (objFeature.nKind) {
-            case FEATURE::KIND::Integer:
-                Integer(objFeature);
-                break;
-            case FEATURE::KIND::Float:
-                Open("Float", objFeature.strName, "Standard");
-                Element("pValue", objFeature.strName + "Reg");
-                Close("Float");
-                break;
-            case FEATURE::KIND::Command:
-                Open("Command", objFeature.strName, "Standard");
-                Element("pValue", objFeature.strName + "Reg");
-                Element("CommandValue", "1");
-                Close("Command");
-                break;
-            case FEATURE::KIND::Enumeration:
-                Enumeration(objFeature);
-                break;
-            case FEATURE::KIND::Text:
-                break;
-        }
-    }
-
-    void Integer(const FEATURE& objFeature) {
-        Open("Integer", objFeature.strName, "Standard");
-        Element("pValue", objFeature.strName + "Reg");
-        if (!objFeature.strMax.empty()) {
-            Element("Min", "0");
-            Element("pMax", objFeature.strMax);
-        } else {
-            if (objFeature.objRange.nMin != IPortControl::RANGE{}.nMin) {
-                Element("Min", std::to_string(objFeature.objRange.nMin));
-            }
-            if (objFeature.objRange.nMax != IPortControl::RANGE{}.nMax) {
-                Element("Max", std::to_string(objFeature.objRange.nMax));
-            }
-        }
-        Close("Integer");
-    }
-
-    void Enumeration(const FEATURE& objFeature) {
-        Open("Enumeration", objFeature.strName, "Standard");
+        const IPortControl::RANGE objWhole;
+        const std::string_view strElement = objFeature.nKind == FEATURE::KIND::Integer   ? "Integer"
+                                            : objFeature.nKind == FEATURE::KIND::Float   ? "Float"
+                                            : objFeature.nKind == FEATURE::KIND::Command ? "Command"
+                                                                                         : "Enumeration";
+        Open(strElement, objFeature.strName, "Standard");
         for (const auto& [strEntry, nEntry] : objFeature.vecEntry) {
             Open("EnumEntry", strEntry, "Standard");
             Element("Value", std::to_string(nEntry));
             Close("EnumEntry");
         }
         Element("pValue", objFeature.strName + "Reg");
-        Close("Enumeration");
+        if (objFeature.nKind == FEATURE::KIND::Command) {
+            Element("CommandValue", "1");
+        }
+        if (!objFeature.strMax.empty() || objFeature.objRange.nMin != objWhole.nMin) {
+            Element("Min", objFeature.strMax.empty() ? std::to_string(objFeature.objRange.nMin) : "0");
+        }
+        if (!objFeature.strMax.empty()) {
+            Element("pMax", objFeature.strMax);
+        } else if (objFeature.objRange.nMax != objWhole.nMax) {
+            Element("Max", std::to_string(objFeature.objRange.nMax));
+        }
+        Close(strElement);
     }
 
     void Register(std::string_view strElement, const std::string& strName, const FEATURE& objFeature) {

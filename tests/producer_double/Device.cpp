@@ -110,12 +110,15 @@ IStreamControl& CDevice::AddStream(std::string strId) {
 
 IStreamControl& CDevice::Stream(const std::string& strId) {
     const LOCK lock = _Enter();
-    for (const auto& pStream : m_vecStream) {
-        if (pStream->Id() == strId) {
-            return *pStream;
-        }
+    if (CStream* const pStream = FindStream(strId)) {
+        return *pStream;
     }
     throw std::out_of_range(Name() + " has no stream " + strId);
+}
+
+CStream* CDevice::FindStream(const std::string& strId) const {
+    const auto it = std::ranges::find(m_vecStream, strId, [](const auto& pStream) { return pStream->Id(); });
+    return it == m_vecStream.end() ? nullptr : it->get();
 }
 
 IDeviceControl& CDevice::Address(GEV_ADDRESS objAddress) {
@@ -133,12 +136,6 @@ IDeviceControl& CDevice::Identity(std::string strVendor, std::string strModel, s
         __DescribeIdentity();
     }
     m_pRemote->Port().SetText("DeviceVendorName", m_strVendor).SetText("DeviceModelName", m_strModel);
-    return *this;
-}
-
-IDeviceControl& CDevice::Version(std::string strVersion) {
-    const LOCK lock = _Enter();
-    m_strVersion = std::move(strVersion);
     return *this;
 }
 
@@ -233,7 +230,7 @@ BYTES CDevice::DiscoveryReply() const {
     PutBigEndian(vecReply, 76, m_objAddress.nGateway, 4);
     PutField(vecReply, 80, m_strVendor, 32);
     PutField(vecReply, 112, m_strModel, 32);
-    PutField(vecReply, 144, m_strVersion, 32);
+    PutField(vecReply, 144, kVersion, 32);
     PutField(vecReply, 224, m_strSerialNumber, 16);
     PutField(vecReply, 240, m_strUserId, 16);
     return vecReply;

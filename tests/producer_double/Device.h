@@ -33,6 +33,8 @@ private:
 /// Owned by the interface where it was first plugged in, which keeps it while it is unplugged.
 class CDevice : public CModule, public IDeviceControl {
 public:
+    static constexpr const char* kVersion = "1.0.0";
+
     CDevice(CONTEXT& objContext, const std::string& strId, GEV_ADDRESS objAddress);
 
     IPortControl& Remote() override { return m_pRemote->Port(); }
@@ -40,7 +42,6 @@ public:
     IStreamControl& Stream(const std::string& strId) override;
     IDeviceControl& Address(GEV_ADDRESS objAddress) override;
     IDeviceControl& Identity(std::string strVendor, std::string strModel, std::string strSerialNumber) override;
-    IDeviceControl& Version(std::string strVersion) override;
     IDeviceControl& UserId(std::string strUserId) override;
     IDeviceControl& Hide(bool bHidden) override;
     bool PushEvent(std::uint64_t nId, BYTES vecValue) override;
@@ -56,10 +57,10 @@ public:
     void MoveTo(std::uint32_t nIp, std::uint32_t nMask, std::uint32_t nGateway);
     const GEV_ADDRESS& GevAddress() const { return m_objAddress; }
     const std::string& SerialNumber() const { return m_strSerialNumber; }
-    const std::string& VersionText() const { return m_strVersion; }
     const std::string& UserIdText() const { return m_strUserId; }
     const std::shared_ptr<CRemotePort>& RemotePort() const { return m_pRemote; }
     const std::vector<std::shared_ptr<CStream>>& Streams() const { return m_vecStream; }
+    CStream* FindStream(const std::string& strId) const;
     /// The camera's discovery acknowledge, header and all, ZR_SPECIAL_DEVICE_REPLY_SIZE bytes.
     BYTES DiscoveryReply() const;
 
@@ -74,7 +75,6 @@ private:
     std::string m_strVendor = "Norvik";
     std::string m_strModel = "Double";
     std::string m_strSerialNumber;
-    std::string m_strVersion = "1.0.0";
     std::string m_strUserId;
     bool m_bPlugged = false;
     bool m_bHidden = false;

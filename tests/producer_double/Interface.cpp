@@ -59,16 +59,16 @@ IDeviceControl& CInterface::Plug(const std::string& strId) {
 
 IInterfaceControl& CInterface::Unplug(const std::string& strId) {
     const LOCK lock = _Enter();
-    if (CDevice* pDevice = Find(strId)) {
-        pDevice->Unplug();
-    } else {
-        throw std::out_of_range(Name() + " never had a device " + strId);
-    }
+    __Known(strId).Unplug();
     return *this;
 }
 
 IDeviceControl& CInterface::Device(const std::string& strId) {
     const LOCK lock = _Enter();
+    return __Known(strId);
+}
+
+CDevice& CInterface::__Known(const std::string& strId) const {
     if (CDevice* pDevice = Find(strId)) {
         return *pDevice;
     }
@@ -78,9 +78,7 @@ IDeviceControl& CInterface::Device(const std::string& strId) {
 IInterfaceControl& CInterface::Lists(std::optional<std::vector<std::string>> vecId) {
     const LOCK lock = _Enter();
     for (const std::string& strId : vecId.value_or(std::vector<std::string>{})) {
-        if (Find(strId) == nullptr) {
-            throw std::out_of_range(Name() + " never had a device " + strId);
-        }
+        __Known(strId);
     }
     m_vecScriptedList = std::move(vecId);
     return *this;
@@ -147,29 +145,15 @@ std::vector<std::shared_ptr<CDevice>> CInterface::__Visible() const {
 }
 
 void CInterface::__FillListFeatures() {
-    const auto SetTexts = [&](const char* pszFeature, auto fnText) {
-        std::vector<std::string> vecText;
-        for (const auto& pDevice : m_vecList) {
-            vecText.push_back(fnText(*pDevice));
-        }
-        Port().SetListTexts(pszFeature, vecText);
-    };
-    const auto SetIntegers = [&](const char* pszFeature, auto fnValue) {
-        std::vector<std::int64_t> vecValue;
-        for (const auto& pDevice : m_vecList) {
-            vecValue.push_back(static_cast<std::int64_t>(fnValue(pDevice->GevAddress())));
-        }
-        Port().SetListIntegers(pszFeature, vecValue);
-    };
     Port().SetSelectorMax(kSelector, m_nScriptedMax.value_or(static_cast<std::int64_t>(m_vecList.size()) - 1));
-    SetTexts("DeviceID", [](const CDevice& objDevice) { return objDevice.Name(); });
-    SetTexts("DeviceVersion", [](const CDevice& objDevice) { return objDevice.VersionText(); });
-    SetTexts("DeviceSerialNumber", [](const CDevice& objDevice) { return objDevice.SerialNumber(); });
-    SetTexts("DeviceUserID", [](const CDevice& objDevice) { return objDevice.UserIdText(); });
-    SetIntegers("GevDeviceGateway", [](const GEV_ADDRESS& objAddress) { return objAddress.nGateway; });
-    SetIntegers("GevDeviceIPAddress", [](const GEV_ADDRESS& objAddress) { return objAddress.nIp; });
-    SetIntegers("GevDeviceMACAddress", [](const GEV_ADDRESS& objAddress) { return objAddress.nMac; });
-    SetIntegers("GevDeviceSubnetMask", [](const GEV_ADDRESS& objAddress) { return objAddress.nMask; });
+    Port().SetList("DeviceID", m_vecList, [](const CDevice& m) { return m.Name(); });
+    Port().SetList("DeviceVersion", m_vecList, [](const CDevice& m) { return std::string(m.kVersion); });
+    Port().SetList("DeviceSerialNumber", m_vecList, [](const CDevice& m) { return m.SerialNumber(); });
+    Port().SetList("DeviceUserID", m_vecList, [](const CDevice& m) { return m.UserIdText(); });
+    Port().SetList("GevDeviceGateway", m_vecList, [](const CDevice& m) { return m.GevAddress().nGateway; });
+    Port().SetList("GevDeviceIPAddress", m_vecList, [](const CDevice& m) { return m.GevAddress().nIp; });
+    Port().SetList("GevDeviceMACAddress", m_vecList, [](const CDevice& m) { return m.GevAddress().nMac; });
+    Port().SetList("GevDeviceSubnetMask", m_vecList, [](const CDevice& m) { return m.GevAddress().nMask; });
 }
 
 CDevice& CInterface::Listed(std::size_t nIndex) const {

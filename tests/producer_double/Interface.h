@@ -38,6 +38,7 @@ public:
 
 private:
     void _CloseChildren() override;
+    CDevice& __Known(const std::string& strId) const;
     std::vector<std::shared_ptr<CDevice>> __Visible() const;
     void __FillListFeatures();
 

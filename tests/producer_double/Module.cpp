@@ -12,11 +12,6 @@ void CModule::SetInfo(std::int32_t nCommand, ANSWER objAnswer) {
     m_mapInfo[nCommand] = std::move(objAnswer);
 }
 
-bool CModule::IsOpen() const {
-    const LOCK lock = _Enter();
-    return m_hSelf != nullptr;
-}
-
 void* CModule::Open() {
     if (m_hSelf != nullptr) {
         Refuse(GC_ERR_RESOURCE_IN_USE, m_strName + " is open already");

@@ -24,7 +24,6 @@ public:
     const std::string& HandledName() const override { return m_strName; }
     CPort& Port() override { return m_objPort; }
     void SetInfo(std::int32_t nCommand, ANSWER objAnswer) override;
-    bool IsOpen() const override;
 
     // Everything below expects the monitor's lock.
     virtual void* Open();

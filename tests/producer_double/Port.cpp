@@ -186,34 +186,24 @@ void CPort::SetSelectorMax(const std::string& strSelector, std::int64_t nMax) {
     }
 }
 
-void CPort::SetListIntegers(const std::string& strName, const std::vector<std::int64_t>& vecValue) {
-    std::vector<BYTES> vecBytes;
-    for (const std::int64_t nValue : vecValue) {
-        vecBytes.push_back(BigEndian(static_cast<std::uint64_t>(nValue)));
-    }
-    __SetList(strName, vecBytes);
+void CPort::AppendListValue(BYTES& vecAll, std::uint64_t nValue) {
+    const BYTES vecOne = BigEndian(nValue);
+    vecAll.insert(vecAll.end(), vecOne.begin(), vecOne.end());
 }
 
-void CPort::SetListTexts(const std::string& strName, const std::vector<std::string>& vecValue) {
-    std::vector<BYTES> vecBytes;
-    for (const std::string& strValue : vecValue) {
-        vecBytes.push_back(Padded(strValue, kListTextLength));
-    }
-    __SetList(strName, vecBytes);
+void CPort::AppendListValue(BYTES& vecAll, const std::string& strValue) {
+    const BYTES vecOne = Padded(strValue, kListTextLength);
+    vecAll.insert(vecAll.end(), vecOne.begin(), vecOne.end());
 }
 
 // A test may have removed the feature: then there is nothing to set.
-void CPort::__SetList(const std::string& strName, const std::vector<BYTES>& vecValue) {
+void CPort::__SetList(const std::string& strName, const BYTES& vecAll) {
+    if (vecAll.size() > kListRoom) {
+        Refuse(GC_ERR_RESOURCE_EXHAUSTED, "the list is longer than its registers");
+    }
     for (const FEATURE& objFeature : m_vecFeature) {
         if (objFeature.strName != strName) {
             continue;
-        }
-        BYTES vecAll;
-        for (const BYTES& vecOne : vecValue) {
-            vecAll.insert(vecAll.end(), vecOne.begin(), vecOne.end());
-        }
-        if (vecAll.size() > kListRoom) {
-            Refuse(GC_ERR_RESOURCE_EXHAUSTED, "the list is longer than its registers");
         }
         m_objRegisters.Remove(objFeature.nAddress, kListRoom);
         m_objRegisters.Place(objFeature.nAddress, vecAll);
@@ -297,12 +287,6 @@ void CPort::Write(std::uint64_t nAddress, std::span<const std::byte> bytes) {
 
 // What the port says of itself.
 
-IPortControl& CPort::SetPortInfo(PORT_INFO_CMD nCommand, ANSWER objAnswer) {
-    const LOCK lock = m_objMonitor.Enter();
-    m_mapInfo[nCommand] = std::move(objAnswer);
-    return *this;
-}
-
 std::size_t CPort::UrlCount() {
     __DescribeFeatures();
     return m_vecUrl.size();
@@ -319,9 +303,6 @@ void CPort::GetUrlInfo(std::size_t nIndex, URL_INFO_CMD nCommand, const TARGET& 
 }
 
 void CPort::GetPortInfo(PORT_INFO_CMD nCommand, const TARGET& objTarget) const {
-    if (const auto it = m_mapInfo.find(nCommand); it != m_mapInfo.end()) {
-        return PutAnswer(objTarget, it->second);
-    }
     switch (nCommand) {
         case PORT_INFO_ID:
             return PutText(objTarget, m_strId);

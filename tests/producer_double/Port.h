@@ -3,7 +3,6 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "tests/producer_double/Answering.h"
@@ -40,14 +39,20 @@ public:
     IPortControl& Urls(std::vector<std::string> vecUrl) override;
     IPortControl& SetRegister(std::uint64_t nAddress, std::span<const std::byte> vecBytes) override;
     BYTES Register(std::uint64_t nAddress, std::size_t nLength) const override;
-    IPortControl& SetPortInfo(PORT_INFO_CMD nCommand, ANSWER objAnswer) override;
 
     /// A selector with a greatest value that an update sets, and the features of the list behind it.
     void AddSelector(const std::string& strSelector);
     void AddListFeature(const std::string& strSelector, std::string strName, FEATURE::KIND nKind);
     void SetSelectorMax(const std::string& strSelector, std::int64_t nMax);
-    void SetListIntegers(const std::string& strName, const std::vector<std::int64_t>& vecValue);
-    void SetListTexts(const std::string& strName, const std::vector<std::string>& vecValue);
+    /// @param fnValue  the number or the text that the feature has for one module of the list
+    template <class TModules, class TValue>
+    void SetList(const std::string& strName, const TModules& vecModule, TValue fnValue) {
+        BYTES vecAll;
+        for (const auto& pModule : vecModule) {
+            AppendListValue(vecAll, fnValue(*pModule));
+        }
+        __SetList(strName, vecAll);
+    }
     /// Runs with the lock held, at each write of the consumer to the feature.
     void OnWriteInside(const std::string& strName, std::function<void()> fn);
 
@@ -63,7 +68,9 @@ private:
     const FEATURE& __Find(const std::string& strName) const;
     void __PlaceDescription(const std::string& strFileName, std::span<const std::byte> content);
     void __DescribeFeatures();
-    void __SetList(const std::string& strName, const std::vector<BYTES>& vecValue);
+    static void AppendListValue(BYTES& vecAll, std::uint64_t nValue);
+    static void AppendListValue(BYTES& vecAll, const std::string& strValue);
+    void __SetList(const std::string& strName, const BYTES& vecAll);
 
     const MONITOR& m_objMonitor;
     const std::string m_strId;
@@ -78,7 +85,6 @@ private:
     bool m_bOwnDescription = true;  // else a test's
     bool m_bDescribed = false;      // the own description is up to date
     std::vector<std::string> m_vecUrl;
-    std::unordered_map<PORT_INFO_CMD, ANSWER> m_mapInfo;
     std::map<std::string, std::function<void()>> m_mapInnerHook;
 };
 

@@ -40,10 +40,6 @@ void CProducer::SetInfo(std::int32_t nCommand, ANSWER objAnswer) {
     m_pSystem->SetInfo(nCommand, std::move(objAnswer));
 }
 
-bool CProducer::IsOpen() const {
-    return m_pSystem->IsOpen();
-}
-
 IInterfaceControl& CProducer::AddInterface(const std::string& strId) {
     LOCK lock = m_objContext.objMonitor.Enter();
     if (CInterface* pKnown = m_pSystem->Find(strId)) {
@@ -221,23 +217,22 @@ void CProducer::Uninitialise() {
 }
 
 std::vector<std::string> CProducer::OpenModules() const {
-    const LOCK lock = m_objContext.objMonitor.Enter();
-    std::vector<std::string> vecName;
-    for (const auto& [h, pHandled] : m_objContext.objHandles.All()) {
-        // A remote port is no module of its own: it opens and closes with its device.
-        const bool bRemote = std::dynamic_pointer_cast<CRemotePort>(pHandled) != nullptr;
-        if (!bRemote && std::dynamic_pointer_cast<CModule>(pHandled) != nullptr) {
-            vecName.push_back(pHandled->HandledName());
-        }
-    }
-    return vecName;
+    // A remote port is no module of its own: it opens and closes with its device.
+    return __NamesOf([](CHandled* pHandled) {
+        return dynamic_cast<CModule*>(pHandled) != nullptr && dynamic_cast<CRemotePort*>(pHandled) == nullptr;
+    });
 }
 
 std::vector<std::string> CProducer::RegisteredEvents() const {
+    return __NamesOf([](CHandled* pHandled) { return dynamic_cast<CEvent*>(pHandled) != nullptr; });
+}
+
+template <class TIsMeant>
+std::vector<std::string> CProducer::__NamesOf(TIsMeant fnIsMeant) const {
     const LOCK lock = m_objContext.objMonitor.Enter();
     std::vector<std::string> vecName;
     for (const auto& [h, pHandled] : m_objContext.objHandles.All()) {
-        if (std::dynamic_pointer_cast<CEvent>(pHandled) != nullptr) {
+        if (fnIsMeant(pHandled.get())) {
             vecName.push_back(pHandled->HandledName());
         }
     }

@@ -24,7 +24,6 @@ public:
     const std::string& Name() const override;
     IPortControl& Port() override;
     void SetInfo(std::int32_t nCommand, ANSWER objAnswer) override;
-    bool IsOpen() const override;
     IInterfaceControl& AddInterface(const std::string& strId) override;
     IProducerControl& RemoveInterface(const std::string& strId) override;
     IInterfaceControl& Interface(const std::string& strId) override;
@@ -66,6 +65,8 @@ private:
 
     CInterface& __Find(const std::string& strId) const;
     CInterface& __InterfaceOf(const std::string& strDeviceId) const;
+    template <class TIsMeant>
+    std::vector<std::string> __NamesOf(TIsMeant fnIsMeant) const;  ///< of what has handles
     std::size_t __Count(const std::string& strEntry) const;
     void __ForgetCalls();
 

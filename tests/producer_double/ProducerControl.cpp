@@ -1,21 +1,6 @@
 #include "tests/producer_double/ProducerControl.h"
 
-#include <cstring>
-
 namespace ProducerDouble {
-
-namespace {
-
-template <class TValue>
-ANSWER AnswerOf(INFO_DATATYPE nType, TValue nValue) {
-    ANSWER objAnswer;
-    objAnswer.nType = nType;
-    objAnswer.vecBytes.resize(sizeof(nValue));
-    std::memcpy(objAnswer.vecBytes.data(), &nValue, sizeof(nValue));
-    return objAnswer;
-}
-
-}  // namespace
 
 BYTES BytesOf(std::string_view strText) {
     const auto bytes = std::as_bytes(std::span(strText));
@@ -33,22 +18,6 @@ ANSWER ANSWER::Unterminated(std::string_view strText) {
     objAnswer.nType = INFO_DATATYPE_STRING;
     objAnswer.vecBytes = BytesOf(strText);
     return objAnswer;
-}
-
-ANSWER ANSWER::Int32(std::int32_t nValue) {
-    return AnswerOf(INFO_DATATYPE_INT32, nValue);
-}
-ANSWER ANSWER::Uint32(std::uint32_t nValue) {
-    return AnswerOf(INFO_DATATYPE_UINT32, nValue);
-}
-ANSWER ANSWER::Uint64(std::uint64_t nValue) {
-    return AnswerOf(INFO_DATATYPE_UINT64, nValue);
-}
-ANSWER ANSWER::Size(std::size_t nValue) {
-    return AnswerOf(INFO_DATATYPE_SIZET, nValue);
-}
-ANSWER ANSWER::Bool(std::uint8_t nValue) {
-    return AnswerOf(INFO_DATATYPE_BOOL8, nValue);
 }
 
 ANSWER ANSWER::Bytes(BYTES vecBytes) {

@@ -51,13 +51,21 @@ struct ANSWER {
 
     static ANSWER Text(std::string_view strText);
     static ANSWER Unterminated(std::string_view strText);
-    static ANSWER Int32(std::int32_t nValue);
-    static ANSWER Uint32(std::uint32_t nValue);
-    static ANSWER Uint64(std::uint64_t nValue);
-    static ANSWER Size(std::size_t nValue);
-    static ANSWER Bool(std::uint8_t nValue);
+    static ANSWER Int32(std::int32_t nValue) { return Value(INFO_DATATYPE_INT32, nValue); }
+    static ANSWER Uint64(std::uint64_t nValue) { return Value(INFO_DATATYPE_UINT64, nValue); }
+    static ANSWER Size(std::size_t nValue) { return Value(INFO_DATATYPE_SIZET, nValue); }
+    static ANSWER Bool(std::uint8_t nValue) { return Value(INFO_DATATYPE_BOOL8, nValue); }
     static ANSWER Bytes(BYTES vecBytes);
     static ANSWER Absent(GC_ERROR nCode = GC_ERR_NOT_AVAILABLE);
+
+    template <class TValue>
+    static ANSWER Value(INFO_DATATYPE nType, const TValue& nValue) {
+        const auto bytes = std::as_bytes(std::span(&nValue, 1));
+        ANSWER objAnswer;
+        objAnswer.nType = nType;
+        objAnswer.vecBytes.assign(bytes.begin(), bytes.end());
+        return objAnswer;
+    }
 
     ANSWER AskingFor(std::size_t nSize) &&;    ///< sets nSizeAsked
     ANSWER ReportingAs(std::size_t nSize) &&;  ///< sets nSizeGiven
@@ -145,7 +153,6 @@ public:
     virtual IPortControl& SetRegister(std::uint64_t nAddress, std::span<const std::byte> vecBytes) = 0;
     /// @throws std::out_of_range  a byte of the range has no register
     virtual BYTES Register(std::uint64_t nAddress, std::size_t nLength) const = 0;
-    virtual IPortControl& SetPortInfo(PORT_INFO_CMD nCommand, ANSWER objAnswer) = 0;
 
 protected:
     ~IPortControl() = default;
@@ -157,7 +164,6 @@ public:
     virtual IPortControl& Port() = 0;
     /// What the module's info entry answers for a command, whatever the truth is.
     virtual void SetInfo(std::int32_t nCommand, ANSWER objAnswer) = 0;
-    virtual bool IsOpen() const = 0;
 
 protected:
     ~IModuleControl() = default;
@@ -198,7 +204,6 @@ public:
 
     virtual IDeviceControl& Address(GEV_ADDRESS objAddress) = 0;
     virtual IDeviceControl& Identity(std::string strVendor, std::string strModel, std::string strSerialNumber) = 0;
-    virtual IDeviceControl& Version(std::string strVersion) = 0;
     virtual IDeviceControl& UserId(std::string strUserId) = 0;
     /// Plugged in and reachable by "IP::" and its address, yet in no list.
     virtual IDeviceControl& Hide(bool bHidden = true) = 0;

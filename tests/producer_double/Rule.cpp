@@ -10,54 +10,48 @@ constexpr std::chrono::seconds kPatience{10};
 
 }  // namespace
 
-IRule& CRule::For(std::string strModule) {
+template <class TSet>
+IRule& CRule::__Set(TSet fnSet, bool bArm) {
     const LOCK lock = m_objMonitor.Enter();
-    m_strModule = std::move(strModule);
+    fnSet();
+    m_bArmed = m_bArmed || bArm;
     return *this;
+}
+
+IRule& CRule::For(std::string strModule) {
+    return __Set([&] { m_strModule = std::move(strModule); }, false);
 }
 
 IRule& CRule::Call(std::size_t nCall) {
-    const LOCK lock = m_objMonitor.Enter();
-    m_nCall = nCall;
-    return *this;
+    return __Set([&] { m_nCall = nCall; }, false);
 }
 
 IRule& CRule::WithNumber(std::uint64_t nNumber) {
-    const LOCK lock = m_objMonitor.Enter();
-    m_nNumber = nNumber;
-    return *this;
-}
-
-template <class TSet>
-IRule& CRule::__Arm(TSet fnSet) {
-    const LOCK lock = m_objMonitor.Enter();
-    fnSet();
-    m_bArmed = true;
-    return *this;
+    return __Set([&] { m_nNumber = nNumber; }, false);
 }
 
 IRule& CRule::Fail(GC_ERROR nCode, std::string strText) {
-    return __Arm([&] { m_objRefusal = REFUSAL(nCode, std::move(strText)); });
+    return __Set([&] { m_objRefusal = REFUSAL(nCode, std::move(strText)); });
 }
 
 IRule& CRule::FailAfterwards(GC_ERROR nCode, std::string strText) {
-    return __Arm([&] { m_objLateRefusal = REFUSAL(nCode, std::move(strText)); });
+    return __Set([&] { m_objLateRefusal = REFUSAL(nCode, std::move(strText)); });
 }
 
 IRule& CRule::Answer(ANSWER objAnswer) {
-    return __Arm([&] { m_objAnswer = std::move(objAnswer); });
+    return __Set([&] { m_objAnswer = std::move(objAnswer); });
 }
 
 IRule& CRule::Count(std::uint64_t nCount) {
-    return __Arm([&] { m_nCount = nCount; });
+    return __Set([&] { m_nCount = nCount; });
 }
 
 IRule& CRule::Delay(std::chrono::milliseconds nDelay) {
-    return __Arm([&] { m_nDelay = nDelay; });
+    return __Set([&] { m_nDelay = nDelay; });
 }
 
 IRule& CRule::Block() {
-    return __Arm([&] { m_bBlocks = true; });
+    return __Set([&] { m_bBlocks = true; });
 }
 
 bool CRule::WaitUntilBlocked() {
@@ -81,9 +75,10 @@ std::size_t CRule::Hits() const {
     return m_nHits;
 }
 
-bool CRule::Applies(const ICallFacts& objCall) {
-    if (!m_bArmed || objCall.Entry() != m_strEntry || (m_strModule && !objCall.Names(*m_strModule)) ||
-        (m_nNumber && objCall.KeyNumber() != m_nNumber)) {
+bool CRule::Applies(const char* pszEntry, const std::optional<std::uint64_t>& nKeyNumber,
+                    const std::function<bool(const std::string&)>& fnNames) {
+    if (!m_bArmed || m_strEntry != pszEntry || (m_strModule && !fnNames(*m_strModule)) ||
+        (m_nNumber && nKeyNumber != m_nNumber)) {
         return false;
     }
     ++m_nFitted;

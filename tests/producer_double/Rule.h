@@ -2,11 +2,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "tests/producer_double/CallFacts.h"
 #include "tests/producer_double/Monitor.h"
 #include "tests/producer_double/ProducerControl.h"
 
@@ -35,7 +35,9 @@ public:
 
     // Everything below expects the monitor's lock.
     /// Counts the call if it fits the conditions. @return whether the rule changes it
-    bool Applies(const ICallFacts& objCall);
+    /// @param fnNames  whether the call is on the module of a name, or has the text among its arguments
+    bool Applies(const char* pszEntry, const std::optional<std::uint64_t>& nKeyNumber,
+                 const std::function<bool(const std::string&)>& fnNames);
     /// Serves delay and block; gives up the lock meanwhile.
     void Hold(LOCK& lock);
     void Open();
@@ -46,7 +48,7 @@ public:
 
 private:
     template <class TSet>
-    IRule& __Arm(TSet fnSet);
+    IRule& __Set(TSet fnSet, bool bArm = true);
 
     MONITOR& m_objMonitor;
     const std::string m_strEntry;

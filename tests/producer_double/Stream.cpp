@@ -16,7 +16,7 @@ CStream::CStream(CONTEXT& objContext, const std::string& strDevice, std::string 
     _DefaultInfo(STREAM_INFO_BUF_ANNOUNCE_MIN, ANSWER::Size(1));
     _DefaultInfo(STREAM_INFO_BUF_ALIGNMENT, ANSWER::Size(1));
     _DefaultInfo(STREAM_INFO_ZR_BUF_ANNOUNCE_MAX, ANSWER::Size(1024));
-    _DefaultInfo(STREAM_INFO_ZR_OPTIMAL_PACKET_SIZE, ANSWER::Uint32(1500));
+    _DefaultInfo(STREAM_INFO_ZR_OPTIMAL_PACKET_SIZE, ANSWER::Value(INFO_DATATYPE_UINT32, std::uint32_t{1500}));
 }
 
 // What a test does.
@@ -55,15 +55,12 @@ std::size_t CStream::Queued() const {
 
 // Buffers.
 
-void* CStream::Announce(void* pBuffer, std::size_t nSize, void* pUserPointer) {
+void* CStream::Announce(std::byte* pBuffer, std::size_t nSize, void* pUserPointer) {
     if (nSize == 0) {
         Refuse(GC_ERR_INVALID_PARAMETER, "a buffer has at least one byte");
     }
     auto pNew = std::make_unique<BUFFER>();
-    if (pBuffer == nullptr) {
-        pNew->vecOwn.resize(nSize);
-    }
-    pNew->pBase = pBuffer != nullptr ? static_cast<std::byte*>(pBuffer) : pNew->vecOwn.data();
+    pNew->pBase = pBuffer;
     pNew->nSize = nSize;
     pNew->pUserPointer = pUserPointer;
     pNew->hSelf = _Context().objHandles.Next();
@@ -79,7 +76,7 @@ void CStream::Revoke(void* hBuffer, void** ppBuffer, void** ppUserPointer) {
         Refuse(GC_ERR_BUSY, "the buffer is in a queue");
     }
     if (ppBuffer != nullptr) {
-        *ppBuffer = objBuffer.vecOwn.empty() ? objBuffer.pBase : nullptr;
+        *ppBuffer = objBuffer.pBase;
     }
     if (ppUserPointer != nullptr) {
         *ppUserPointer = objBuffer.pUserPointer;
@@ -108,29 +105,13 @@ BUFFER& CStream::__Find(void* hBuffer) const {
 }
 
 void CStream::FlushQueue(ACQ_QUEUE_TYPE nOperation) {
-    switch (nOperation) {
-        case ACQ_QUEUE_INPUT_TO_OUTPUT:
-            for (BUFFER* pBuffer : m_vecInput) {
-                pBuffer->nPlace = BUFFER::PLACE::Output;
-                m_vecOutput.push_back(pBuffer);
-            }
-            m_vecInput.clear();
-            break;
-        case ACQ_QUEUE_OUTPUT_DISCARD:
-            __Unqueue(BUFFER::PLACE::Output);
-            break;
-        case ACQ_QUEUE_ALL_TO_INPUT:
-            __QueueWhere(true);
-            break;
-        case ACQ_QUEUE_UNQUEUED_TO_INPUT:
-            __QueueWhere(false);
-            break;
-        case ACQ_QUEUE_ALL_DISCARD:
-            __Unqueue(BUFFER::PLACE::Input);
-            __Unqueue(BUFFER::PLACE::Output);
-            break;
-        default:
-            Refuse(GC_ERR_INVALID_PARAMETER, "there is no such queue operation");
+    if (nOperation != ACQ_QUEUE_ALL_TO_INPUT && nOperation != ACQ_QUEUE_ALL_DISCARD) {
+        Refuse(GC_ERR_NOT_IMPLEMENTED, "the double doesn't do this");
+    }
+    __Unqueue(BUFFER::PLACE::Input);
+    __Unqueue(BUFFER::PLACE::Output);
+    if (nOperation == ACQ_QUEUE_ALL_TO_INPUT) {
+        __QueueAll();
     }
     __Deliver();
     _Changed();
@@ -145,14 +126,8 @@ void CStream::__Unqueue(BUFFER::PLACE nPlace) {
     (nPlace == BUFFER::PLACE::Input ? m_vecInput : m_vecOutput).clear();
 }
 
-void CStream::__QueueWhere(bool bEvenOutput) {
-    if (bEvenOutput) {
-        __Unqueue(BUFFER::PLACE::Output);
-    }
+void CStream::__QueueAll() {
     for (const auto& pBuffer : m_vecBuffer) {
-        if (pBuffer->nPlace != BUFFER::PLACE::Unqueued) {
-            continue;
-        }
         pBuffer->nPlace = BUFFER::PLACE::Input;
         m_vecInput.push_back(pBuffer.get());
     }

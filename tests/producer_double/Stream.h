@@ -10,7 +10,7 @@
 
 namespace ProducerDouble {
 
-/// One announced buffer; the memory is the consumer's, or the double's own if it was asked to allocate.
+/// One announced buffer in the consumer's memory.
 struct BUFFER {
     enum class PLACE { Unqueued, Input, Output };
 
@@ -18,7 +18,6 @@ struct BUFFER {
     std::byte* pBase = nullptr;
     std::size_t nSize = 0;
     void* pUserPointer = nullptr;
-    BYTES vecOwn;
     PLACE nPlace = PLACE::Unqueued;
     std::size_t nFilled = 0;
     FRAME_LAYOUT objLayout;
@@ -41,8 +40,7 @@ public:
     std::size_t Queued() const override;
 
     // Everything below expects the monitor's lock.
-    /// A null buffer lets the double allocate.
-    void* Announce(void* pBuffer, std::size_t nSize, void* pUserPointer);
+    void* Announce(std::byte* pBuffer, std::size_t nSize, void* pUserPointer);
     void Revoke(void* hBuffer, void** ppBuffer, void** ppUserPointer);
     void Queue(void* hBuffer);
     void FlushQueue(ACQ_QUEUE_TYPE nOperation);
@@ -65,7 +63,7 @@ private:
 
     BUFFER& __Find(void* hBuffer) const;
     void __Unqueue(BUFFER::PLACE nPlace);
-    void __QueueWhere(bool bEvenOutput);
+    void __QueueAll();
     void __Deliver();
     void __Fill(BUFFER& objBuffer, const FRAME& objFrame);
 

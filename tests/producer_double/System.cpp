@@ -42,23 +42,15 @@ bool CSystem::UpdateList() {
 }
 
 void CSystem::__FillListFeatures() {
-    std::vector<std::string> vecId;
-    for (const auto& pInterface : m_vecList) {
-        vecId.push_back(pInterface->Name());
-    }
-    const auto SetIntegers = [&](const char* pszFeature, auto fnValue) {
-        std::vector<std::int64_t> vecValue;
-        for (const auto& pInterface : m_vecList) {
-            vecValue.push_back(static_cast<std::int64_t>(fnValue(pInterface->GevAddress())));
-        }
-        Port().SetListIntegers(pszFeature, vecValue);
+    const auto SetNumber = [&](const char* pszFeature, auto GEV_ADDRESS::*pField) {
+        Port().SetList(pszFeature, m_vecList, [=](const CInterface& m) { return m.GevAddress().*pField; });
     };
     Port().SetSelectorMax(kSelector, m_nScriptedMax.value_or(static_cast<std::int64_t>(m_vecList.size()) - 1));
-    Port().SetListTexts("InterfaceID", vecId);
-    SetIntegers("GevInterfaceDefaultGateway", [](const GEV_ADDRESS& objAddress) { return objAddress.nGateway; });
-    SetIntegers("GevInterfaceDefaultIPAddress", [](const GEV_ADDRESS& objAddress) { return objAddress.nIp; });
-    SetIntegers("GevInterfaceDefaultSubnetMask", [](const GEV_ADDRESS& objAddress) { return objAddress.nMask; });
-    SetIntegers("GevInterfaceMACAddress", [](const GEV_ADDRESS& objAddress) { return objAddress.nMac; });
+    Port().SetList("InterfaceID", m_vecList, [](const CInterface& m) { return m.Name(); });
+    SetNumber("GevInterfaceDefaultGateway", &GEV_ADDRESS::nGateway);
+    SetNumber("GevInterfaceDefaultIPAddress", &GEV_ADDRESS::nIp);
+    SetNumber("GevInterfaceDefaultSubnetMask", &GEV_ADDRESS::nMask);
+    SetNumber("GevInterfaceMACAddress", &GEV_ADDRESS::nMac);
 }
 
 CInterface& CSystem::Listed(std::size_t nIndex) const {

@@ -9,9 +9,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "support/Event.h"
 #include "tests/TLClass/CollectedLog.h"
+#include "tests/TLClass/FunctionCallback.h"
 #include "tests/TLClass/TLClassMain/CameraOnDouble.h"
 
 namespace {
@@ -22,16 +22,6 @@ using testing::SizeIs;
 
 constexpr std::uint32_t kLongMs = 10000;
 constexpr const char* kEvent = "cam-1:remote!1000";
-
-class CCallFunction : public IDeviceOfflineCallback {
-public:
-    explicit CCallFunction(std::function<void()> fnOffline) : m_fnOffline(std::move(fnOffline)) {}
-    IEventCallback* Clone() override { return new CCallFunction(m_fnOffline); }
-    void OnDeviceOffline() override { m_fnOffline(); }
-
-private:
-    std::function<void()> m_fnOffline;
-};
 
 class COtherCallback : public IEventCallback {
     IEventCallback* Clone() override { return new COtherCallback; }
@@ -46,7 +36,7 @@ protected:
     DeviceOfflineEvent() { Open(); }
 
     IDeviceOfflineCallback* Register(std::function<void()> fnOffline) {
-        CCallFunction objCallback(std::move(fnOffline));
+        COfflineFunction objCallback(std::move(fnOffline));
         return m_pDevice->RegisterDeviceOfflineCallback(&objCallback);
     }
     IDeviceOfflineCallback* Note(const std::string& strWho) {

@@ -12,12 +12,12 @@
 
 #include "GenApi/GCException.h"
 #include "TLClass/TLClassEvent/EventLoop.h"
-#include "TLClass/TLClassEvent/INewBufferCallback.h"
 #include "TLClass/TLClassEvent/NativeNewBufferEvent.h"
 #include "TLClass/TLClassMain/Buffer.h"
 #include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "support/Event.h"
 #include "tests/TLClass/CollectedLog.h"
+#include "tests/TLClass/FunctionCallback.h"
 #include "tests/TLClass/TLClassMain/CameraOnDouble.h"
 
 /// The door to the step that nobody calls yet.
@@ -37,23 +37,13 @@ using testing::HasSubstr;
 
 constexpr std::uint32_t kLongMs = 10000;
 
-class CCallFunction : public INewBufferCallback {
-public:
-    explicit CCallFunction(std::function<void()> fnFrame) : m_fnFrame(std::move(fnFrame)) {}
-    IEventCallback* Clone() override { return new CCallFunction(m_fnFrame); }
-    void OnNewBuffer(const BUFFER_MODULE_INFO& /*objInformation*/) override { m_fnFrame(); }
-
-private:
-    std::function<void()> m_fnFrame;
-};
-
 class NewBufferEvent : public CCameraOnDouble {
 protected:
     NewBufferEvent() : m_pStream(OpenStream()) { m_objInfo.SetPayloadSize(64); }
 
     void Start() { m_pStream->DoStartDataStreamAcqusition(&m_objInfo); }
     void Start(std::function<void()> fnFrame) {
-        CCallFunction objCallback(std::move(fnFrame));
+        CFrameFunction objCallback([fnFrame = std::move(fnFrame)](const BUFFER_MODULE_INFO&) { fnFrame(); });
         m_pStream->RegisterNewBufferCallback(&objCallback);
         Start();
     }

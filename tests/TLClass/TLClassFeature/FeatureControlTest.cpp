@@ -1,6 +1,5 @@
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,10 +10,9 @@
 
 #include "GenApi/GCException.h"
 #include "GenApi/Node.h"
-#include "GenApi/Port.h"
 #include "TLClass/TLClassFeature/FeatureControl.h"
-#include "support/ZrException.h"
-#include "tests/TLClass/TLClassFeature/FeatureDescription.h"
+#include "tests/GenApi/TestMap.h"
+#include "tests/TLClass/Thrown.h"
 
 /// Reaches what has no caller yet.
 class CFeatureControlInspection {
@@ -32,21 +30,19 @@ namespace {
 
 using testing::ElementsAre;
 
-/// 4,096 bytes of registers that can be made to fail.
-class CMemoryPort : public GenApi_3_0::IPort {
+/// Registers that can be made to fail.
+class CFaultyPort : public CMemoryPort {
 public:
     void Read(void* pBuffer, std::int64_t Address, std::int64_t Length) override {
         Fault();
-        std::memcpy(pBuffer, arrMemory.data() + Address, static_cast<std::size_t>(Length));
+        CMemoryPort::Read(pBuffer, Address, Length);
     }
     void Write(const void* pBuffer, std::int64_t Address, std::int64_t Length) override {
         Fault();
-        std::memcpy(arrMemory.data() + Address, pBuffer, static_cast<std::size_t>(Length));
+        CMemoryPort::Write(pBuffer, Address, Length);
     }
-    GenApi_3_0::EAccessMode GetAccessMode() const override { return GenApi_3_0::RW; }
 
     std::function<void()> Fault = [] {};
-    std::array<std::uint8_t, 4096> arrMemory{};
 };
 
 /// Counts its lives and its calls. The clones share the counters.
@@ -72,23 +68,54 @@ private:
     COUNTS& m_objCounts;
 };
 
+std::string Register(const char* pKind, const char* pName, int nAddress, int nLength, const char* pAccess = "RW") {
+    return std::string("<") + pKind + " Name='" + pName + "'><Address>" + std::to_string(nAddress) +
+           "</Address><Length>" + std::to_string(nLength) + "</Length><AccessMode>" + pAccess +
+           "</AccessMode><pPort>Device</pPort></" + pKind + ">";
+}
+
+/// A feature of each kind.
+std::string Nodes() {
+    return "<Category Name='Root'><pFeature>ImageControl</pFeature><pFeature>EventControl</pFeature>"
+           "<pFeature>AlsoInRoot</pFeature></Category>"
+           "<Category Name='ImageControl'><pFeature>Width</pFeature></Category>"
+           "<Category Name='EventControl'><pFeature>EventGroup</pFeature><pFeature>AlsoInRoot</pFeature></Category>"
+           "<Category Name='EventGroup'><pFeature>EventData</pFeature></Category>"
+           "<Integer Name='Zero'><Value>0</Value></Integer><Integer Name='AlsoInRoot'><Value>6</Value></Integer>"
+           "<Integer Name='EventData'><Value>5</Value></Integer>"
+           "<Integer Name='Width'><DisplayName>Width of the image</DisplayName><pValue>WidthReg</pValue><Min>16</Min>"
+           "<Max>1024</Max><Inc>16</Inc></Integer>"
+           "<Integer Name='NotImplemented'><pIsImplemented>Zero</pIsImplemented><Value>1</Value></Integer>"
+           "<Integer Name='NotAvailable'><pIsAvailable>Zero</pIsAvailable><Value>1</Value></Integer>"
+           "<Float Name='Gain'><pValue>GainReg</pValue><Min>0.5</Min><Max>10</Max><Unit>dB</Unit></Float>"
+           "<Float Name='Rate'><Value>2</Value><Min>0</Min><Max>100</Max><Inc>0.25</Inc><Unit>Hz</Unit></Float>"
+           "<Enumeration Name='PixelFormat'><EnumEntry Name='Mono8'><Value>1</Value></EnumEntry>"
+           "<EnumEntry Name='Mono16'><pIsAvailable>Zero</pIsAvailable><Value>2</Value></EnumEntry>"
+           "<EnumEntry Name='RGB8'><pIsImplemented>Zero</pIsImplemented><Value>3</Value></EnumEntry>"
+           "<EnumEntry Name='BayerRG8'><Value>4</Value></EnumEntry><pValue>PixelFormatReg</pValue></Enumeration>"
+           "<Boolean Name='ReverseX'><pValue>ReverseXReg</pValue><OnValue>1</OnValue><OffValue>0</OffValue></Boolean>"
+           "<Command Name='Start'><pValue>StartReg</pValue><CommandValue>7</CommandValue></Command>" +
+           Reg("WidthReg", 0x100) + Register("IntReg", "WriteOnly", 0x104, 4, "WO") +
+           Register("IntReg", "ReadOnly", 0x108, 4, "RO") + Register("FloatReg", "GainReg", 0x110, 8) +
+           Reg("PixelFormatReg", 0x120) + Reg("ReverseXReg", 0x130) + Register("StringReg", "UserName", 0x140, 16) +
+           Register("Register", "Table", 0x160, 8) + Reg("StartReg", 0x170);
+}
+
 class FeatureControl : public testing::Test {
 protected:
     FeatureControl() {
-        m_objNodeMap._LoadXMLFromString(kFeatureDescription);
-        EXPECT_TRUE(m_objNodeMap._Connect(&m_objPort, "Device"));
-        m_objPort.arrMemory[0x103] = 64;    // Width
-        m_objPort.arrMemory[0x110] = 0x3F;  // Gain: 1.0
-        m_objPort.arrMemory[0x111] = 0xF0;
-        m_objPort.arrMemory[0x123] = 1;  // PixelFormat: Mono8
-        std::memcpy(&m_objPort.arrMemory[0x140], "lab 3", 5);
-        m_pControl = std::make_unique<CFeatureControl>(&m_objNodeMap);
+        EXPECT_TRUE(m_objNodes.Map._Connect(&m_objPort, "Device"));
+        m_objPort.PutNumber(0x100, 64);
+        m_objPort.Put(0x116, {0xF0, 0x3F});  // Gain: 1.0
+        m_objPort.PutNumber(0x120, 1);
+        m_objPort.PutText(0x140, "lab 3");
+        m_pControl = std::make_unique<CFeatureControl>(&m_objNodes.Map);
     }
 
     IFeatureControl& Control() { return *m_pControl; }
 
-    CMemoryPort m_objPort;
-    GenApi_3_0::CNodeMapRef m_objNodeMap;
+    CFaultyPort m_objPort;
+    CTestMap m_objNodes{Nodes(), false};
     std::unique_ptr<CFeatureControl> m_pControl;
 };
 
@@ -128,19 +155,6 @@ const std::vector<OPERATION>& Operations() {
         {"DoSendCommand", false, "Start", "Gain", [](auto& c, auto& s) { c.DoSendCommand(s); }},
     };
     return vecOperations;
-}
-
-/// The message of the exception of this very class, or what came in its place.
-template <typename ERROR, typename FUNCTION>
-std::string MessageOf(FUNCTION&& fnCall) {
-    try {
-        fnCall();
-        return "nothing was thrown";
-    } catch (const ERROR& objError) {
-        return objError.GetMessage();
-    } catch (const std::exception& objError) {
-        return std::string("another class: ") + objError.what();
-    }
 }
 
 TEST_F(FeatureControl, MissingAndUnimplementedFeaturesAreNamed) {
@@ -214,13 +228,13 @@ TEST_F(FeatureControl, ValuesGoToTheRegistersAndBack) {
     EXPECT_EQ(Control().DoGetInt("Width"), 64);
     Control().DoSetInt("Width", 0x210);
     EXPECT_EQ(Control().DoGetInt("Width"), 0x210);
-    EXPECT_EQ(m_objPort.arrMemory[0x102] << 8 | m_objPort.arrMemory[0x103], 0x210);
+    EXPECT_EQ(m_objPort.NumberAt(0x100), 0x210U);
     EXPECT_EQ(Control().DoGetFloat("Gain"), 1.0);
     Control().DoSetFloat("Gain", 2.5);
     EXPECT_EQ(Control().DoGetFloat("Gain"), 2.5);
     EXPECT_EQ(Control().DoGetEnum("PixelFormat"), 1);
     Control().DoSetEnum("PixelFormat", 4);
-    EXPECT_EQ(m_objPort.arrMemory[0x123], 4);
+    EXPECT_EQ(m_objPort.NumberAt(0x120), 4U);
     EXPECT_FALSE(Control().DoGetBool("ReverseX"));
     Control().DoSetBool("ReverseX", true);
     EXPECT_TRUE(Control().DoGetBool("ReverseX"));
@@ -229,7 +243,7 @@ TEST_F(FeatureControl, ValuesGoToTheRegistersAndBack) {
     EXPECT_EQ(Control().DoGetString("UserName"), "lab four");
     EXPECT_EQ(Control().DoGetMaxStringLength("UserName"), 16);
     Control().DoSendCommand("Start");
-    EXPECT_EQ(m_objPort.arrMemory[0x173], 7);
+    EXPECT_EQ(m_objPort.NumberAt(0x170), 7U);
 }
 
 TEST_F(FeatureControl, RangesHaveTheirIncrementAndUnit) {
@@ -262,7 +276,7 @@ TEST_F(FeatureControl, OnlyAvailableEntriesOfAnEnumerationCount) {
 TEST_F(FeatureControl, BuffersHoldAtLeastTheWholeRegister) {
     std::array<std::uint8_t, 10> arrBuffer{};
     arrBuffer.fill(0xEE);
-    m_objPort.arrMemory[0x167] = 9;
+    m_objPort.Put(0x167, {9});
     EXPECT_EQ(Control().DoGetBufferLength("Table"), 8);
     Control().DoGetBuffer("Table", arrBuffer.size(), arrBuffer.data());
     EXPECT_THAT(arrBuffer, ElementsAre(0, 0, 0, 0, 0, 0, 0, 9, 0xEE, 0xEE));
@@ -274,9 +288,9 @@ TEST_F(FeatureControl, BuffersHoldAtLeastTheWholeRegister) {
               "pBuffer can't be NULL");
     arrBuffer.fill(1);
     Control().DoSetBuffer("Table", 8, arrBuffer.data());
-    EXPECT_EQ(m_objPort.arrMemory[0x160], 1);
+    EXPECT_EQ(m_objPort.NumberAt(0x160), 0x01010101U);
     EXPECT_ANY_THROW(Control().DoSetBuffer("Table", 9, arrBuffer.data()));
-    EXPECT_EQ(m_objPort.arrMemory[0x168], 0);
+    EXPECT_EQ(m_objPort.NumberAt(0x168), 0U);
 }
 
 TEST_F(FeatureControl, CloneOfACallbackHearsOfEachChangeUntilItIsUnregistered) {
@@ -323,7 +337,7 @@ TEST_F(FeatureControl, DestructionUnregistersAllCallbacks) {
     EXPECT_EQ(objCounts.nAlive, 4);
     m_pControl.reset();
     EXPECT_EQ(objCounts.nAlive, 1);
-    CFeatureControl(&m_objNodeMap).DoSetInt("Width", 32);
+    CFeatureControl(&m_objNodes.Map).DoSetInt("Width", 32);
     EXPECT_EQ(objCounts.nCalls, 0);
 }
 

@@ -7,7 +7,7 @@
 
 #include "TLClass/TLClassInfo/CommonInformation.h"
 #include "TLClass/TLClassInfo/GevInformation.h"
-#include "tests/TLClass/TreeOnDouble.h"
+#include "tests/TLClass/TreeFixture.h"
 
 namespace {
 
@@ -16,11 +16,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class FeatureRecords : public testing::Test {
+class FeatureRecords : public CTreeTest {
 protected:
-    FeatureRecords() { m_objTree.Init(); }
-
-    ProducerDouble::IProducerControl& Double() const { return m_objTree.Double(); }
     ProducerDouble::IPortControl& Port() const { return Double().Interface("if-1").Port(); }
     /// The features of an adapter with so many cameras, as opened and updated by the producer's own calls alone.
     IFeatureControl* FeaturesOfAdapterWith(int nCameras) {
@@ -45,7 +42,6 @@ protected:
         return vecRead;
     }
 
-    CTreeOnDouble m_objTree;
     boost::shared_ptr<CGevInterface> m_pInterface;
 };
 

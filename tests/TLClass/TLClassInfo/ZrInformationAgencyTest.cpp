@@ -1,3 +1,4 @@
+#include <array>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@
 #include "TLClass/TLClassInfo/InterfaceInformationFromID.h"
 #include "TLClass/TLClassInfo/ZrInformationAgency.h"
 #include "TLClass/TLClassLoadTL/GenTLLib.h"
-#include "support/ZrException.h"
+#include "tests/TLClass/Thrown.h"
 #include "tests/producer_double/ProducerLibrary.h"
 
 namespace {
@@ -102,7 +103,7 @@ protected:
         ASSERT_EQ(objLib.IFUpdateDeviceList(m_hInterface, &bChanged, 0), 0);
         ASSERT_EQ(objLib.IFOpenDevice(m_hInterface, "cam-1", DEVICE_ACCESS_CONTROL, &m_hDevice), 0);
         ASSERT_EQ(objLib.DevOpenDataStream(m_hDevice, "stream-0", &m_hStream), 0);
-        ASSERT_EQ(objLib.DSAllocAndAnnounceBuffer(m_hStream, 64, nullptr, &m_hBuffer), 0);
+        ASSERT_EQ(objLib.DSAnnounceBuffer(m_hStream, m_arrBuffer.data(), m_arrBuffer.size(), nullptr, &m_hBuffer), 0);
     }
 
     CGenTLLib& Lib() { return m_objLib; }
@@ -135,6 +136,7 @@ protected:
     IF_HANDLE m_hInterface = nullptr;
     DEV_HANDLE m_hDevice = nullptr;
     DS_HANDLE m_hStream = nullptr;
+    std::array<char, 64> m_arrBuffer{};
     BUFFER_HANDLE m_hBuffer = nullptr;
 };
 
@@ -210,16 +212,11 @@ protected:
     std::vector<std::string> Ask() { return CZrInformationAgency::GetAllDataStreamIDOfDevice(pLib(), m_hDevice); }
 
     void ExpectThrown(const std::string& strMessage, std::int32_t nCode) {
-        try {
-            Ask();
-            ADD_FAILURE() << "nothing was thrown";
-        } catch (const CUnexpectedError& objError) {
-            EXPECT_EQ(objError.GetMessage(), strMessage);
-            EXPECT_EQ(objError.GetErrorCode(), nCode);
-            EXPECT_EQ(objError.GetFunction(), "CZrInformationAgency::GetAllDataStreamIDOfDevice");
-            EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassInfo\\ZrInformationAgency");
-            EXPECT_EQ(objError.GetLine(), 131);
-        }
+        EXPECT_EQ(ThrownBy<CUnexpectedError>([this] { Ask(); }),
+                  strMessage +
+                      ", ..\\..\\..\\TLClass\\TLClassInfo\\ZrInformationAgency(131) "
+                      "CZrInformationAgency::GetAllDataStreamIDOfDevice, " +
+                      std::to_string(nCode));
     }
 };
 
@@ -257,12 +254,8 @@ TEST(InformationWithoutEntries, IsEmptyAndOnlyTheCountFails) {
     EXPECT_THAT(FieldsOf(CZrInformationAgency::GetBufferInformation(&objLib, nullptr, nullptr)), AllRefused);
     EXPECT_THAT(FieldsOf(CZrInformationAgency::GetPortInformation(&objLib, nullptr)), AllRefused);
     EXPECT_EQ(CDeviceID(&objLib, nullptr, 0).GetID(), "");
-    try {
-        CZrInformationAgency::GetAllDataStreamIDOfDevice(&objLib, nullptr);
-        FAIL() << "nothing was thrown";
-    } catch (const CUnexpectedError& objError) {
-        EXPECT_EQ(objError.GetMessage(), "The TL library is not complete");
-    }
+    EXPECT_EQ(MessageOf<CUnexpectedError>([&] { CZrInformationAgency::GetAllDataStreamIDOfDevice(&objLib, nullptr); }),
+              "The TL library is not complete");
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 #include "TLClass/TLClassInfo/ZrInformation.h"
 #include "TLClass/TLClassLoadTL/ProducerText.h"
-#include "support/ZrException.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -99,16 +99,11 @@ TEST(AnyQuery, VectorsOfDifferentLengthAreThrownBackBeforeAnythingIsAsked) {
         const std::vector<VALUE*> arrDestination[] = {{&value}, {&value, &value}};
         const std::vector<bool*> arrFlag[] = {{&bFlag, &bFlag}, {&bFlag}};
         for (int i : {0, 1}) {
-            try {
-                (objQuery.*objGetter.pGet)({1, 2}, arrDestination[i], arrFlag[i]);
-                ADD_FAILURE() << objGetter.pFunction;
-            } catch (const CUnexpectedError& objError) {
-                EXPECT_EQ(objError.GetErrorCode(), -1);
-                EXPECT_EQ(objError.GetMessage(), "Invalid vector size");
-                EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassInfo\\ZrInformation");
-                EXPECT_EQ(objError.GetLine(), objGetter.nLine) << objGetter.pFunction;
-                EXPECT_EQ(objError.GetFunction(), objGetter.pFunction);
-            }
+            EXPECT_EQ(ThrownBy<CUnexpectedError>([&] {
+                          (objQuery.*objGetter.pGet)({1, 2}, arrDestination[i], arrFlag[i]);
+                      }),
+                      "Invalid vector size, ..\\..\\..\\TLClass\\TLClassInfo\\ZrInformation(" +
+                          std::to_string(objGetter.nLine) + ") " + objGetter.pFunction + ", -1");
         }
         EXPECT_THAT(objQuery.Questions(), IsEmpty()) << objGetter.pFunction;
     };

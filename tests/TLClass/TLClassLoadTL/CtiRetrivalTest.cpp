@@ -7,8 +7,8 @@
 
 #include "TLClass/TLClassLoadTL/CtiRetrival.h"
 #include "support/Environment.h"
-#include "support/ZrException.h"
 #include "tests/TLClass/TemporaryDirectory.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -25,15 +25,9 @@ protected:
     static void SearchIn(const std::string& strDirectories) { ASSERT_TRUE(SetEnvironment(kVariable, strDirectories)); }
 
     static void ExpectNothingIsFound(const std::vector<std::string>& vecFileName) {
-        try {
-            CCtiRetrival::GetTLFilePaths(vecFileName);
-            FAIL() << "something was found";
-        } catch (const CNotFoundTLError& objError) {
-            EXPECT_EQ(objError.GetMessage(), "Not found TL library");
-            EXPECT_EQ(objError.GetFunction(), "CCtiRetrival::__GetFilePath");
-            EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassLoadTL\\CtiRetrival");
-            EXPECT_EQ(objError.GetLine(), 117);
-        }
+        EXPECT_EQ(ThrownBy<CNotFoundTLError>([&] { CCtiRetrival::GetTLFilePaths(vecFileName); }),
+                  "Not found TL library, ..\\..\\..\\TLClass\\TLClassLoadTL\\CtiRetrival(117) "
+                  "CCtiRetrival::__GetFilePath");
     }
 
     CTemporaryDirectory m_objRoot;
@@ -41,16 +35,9 @@ protected:
 
 TEST_F(ProducerSearch, UnsetVariableIsAnotherFailureThanAMissingProducer) {
     Unset();
-    try {
-        CCtiRetrival::GetTLFilePaths({"a.cti"});
-        FAIL() << "something was found";
-    } catch (const CUnexpectedError& objError) {
-        EXPECT_EQ(objError.GetErrorCode(), -1);
-        EXPECT_EQ(objError.GetMessage(), "Failed to get GenTL path");
-        EXPECT_EQ(objError.GetFunction(), "CCtiRetrival::__GetTLDirectoryPath");
-        EXPECT_EQ(objError.GetFile(), "..\\..\\..\\TLClass\\TLClassLoadTL\\CtiRetrival");
-        EXPECT_EQ(objError.GetLine(), 58);
-    }
+    EXPECT_EQ(ThrownBy<CUnexpectedError>([] { CCtiRetrival::GetTLFilePaths({"a.cti"}); }),
+              "Failed to get GenTL path, ..\\..\\..\\TLClass\\TLClassLoadTL\\CtiRetrival(58) "
+              "CCtiRetrival::__GetTLDirectoryPath, -1");
 }
 
 TEST_F(ProducerSearch, NothingToSearchOrNothingToSeekFindsNothing) {

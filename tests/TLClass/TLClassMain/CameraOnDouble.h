@@ -12,27 +12,19 @@
 #include <utility>
 #include <vector>
 
-#include <boost/pointer_cast.hpp>
-#include <gtest/gtest.h>
-
-#include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/IDataStream.h"
 #include "support/ZrException.h"
-#include "tests/TLClass/TreeOnDouble.h"
+#include "tests/TLClass/TreeFixture.h"
 
 /// One adapter with one camera, listed and closed.
-class CCameraOnDouble : public testing::Test {
+class CCameraOnDouble : public CAdapterTest {
 protected:
     CCameraOnDouble() {
-        m_objTree.Init();
-        m_pInterface = m_objTree.AddInterface("if-1");
         Adapter().Plug("cam-1");
-        UpdateDevices(*m_pInterface);
-        m_pDevice = boost::dynamic_pointer_cast<CGevDevice>(m_pInterface->GetDeviceList().at(0));
+        Update();
+        m_pDevice = Device(0);
     }
 
-    ProducerDouble::IProducerControl& Double() const { return m_objTree.Double(); }
-    ProducerDouble::IInterfaceControl& Adapter() const { return Double().Interface("if-1"); }
     ProducerDouble::IDeviceControl& Camera() const { return Double().Device("cam-1"); }
     ProducerDouble::IStreamControl& Wire() const { return Camera().Stream(); }
     void Open() const { m_pDevice->DoOpenDevice(DEVICE_ACCESS_CONTROL); }
@@ -91,7 +83,5 @@ protected:
         return setTolerated;
     }
 
-    CTreeOnDouble m_objTree;
-    boost::shared_ptr<CGevInterface> m_pInterface;
     boost::shared_ptr<CGevDevice> m_pDevice;
 };

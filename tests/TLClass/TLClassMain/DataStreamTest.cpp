@@ -1,5 +1,4 @@
 #include <atomic>
-#include <functional>
 #include <set>
 #include <string>
 #include <thread>
@@ -9,13 +8,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TLClass/TLClassEvent/INewBufferCallback.h"
-#include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/Buffer.h"
 #include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "support/Event.h"
 #include "tests/TLClass/CollectedLog.h"
+#include "tests/TLClass/FunctionCallback.h"
 #include "tests/TLClass/TLClassMain/CameraOnDouble.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -24,31 +23,6 @@ using ProducerDouble::BytesOf;
 using ProducerDouble::FRAME;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class CCallFunction : public INewBufferCallback {
-public:
-    explicit CCallFunction(std::function<void(const BUFFER_MODULE_INFO&)> fnFrame) : m_fnFrame(std::move(fnFrame)) {}
-    IEventCallback* Clone() override { return new CCallFunction(m_fnFrame); }
-    void OnNewBuffer(const BUFFER_MODULE_INFO& objInformation) override { m_fnFrame(objInformation); }
-
-private:
-    std::function<void(const BUFFER_MODULE_INFO&)> m_fnFrame;
-};
-
-/// Throws what no handler of exceptions catches, as a client may.
-class CThrowNumber : public IFeatureControl::IFeatureCallback {
-    void OnFeatureChanged(GenApi_3_0::INode* /*pNode*/) override { throw 3; }
-    IFeatureCallback* Clone() override { return new CThrowNumber; }
-};
-
-std::string MessageOf(const std::function<void()>& fnCall) {
-    try {
-        fnCall();
-    } catch (const CZrException& objError) {
-        return objError.GetMessage();
-    }
-    return {};
-}
 
 class DataStream : public CCameraOnDouble {
 protected:
@@ -90,7 +64,7 @@ TEST_F(DataStream, OpensOrLeavesNothingWhicheverCallFails) {
 TEST_F(DataStream, StartsOrTakesBackAllOfItWhicheverCallFails) {
     const auto pStream = OpenStream();
     pStream->SetAcqusitionBufferNumber(3);
-    CCallFunction objCallback([](const BUFFER_MODULE_INFO&) {});
+    CFrameFunction objCallback([](const BUFFER_MODULE_INFO&) {});
     pStream->RegisterNewBufferCallback(&objCallback);
     Start(pStream);  // so that whoever watches threads has its own
     Stop(pStream);
@@ -120,7 +94,7 @@ TEST_F(DataStream, UnwindsAFailedStartInReverseOrder) {
 
 TEST_F(DataStream, GoesDownWhateverANodesCallbackThrows) {
     const auto pStream = OpenStream();
-    CThrowNumber objThrowing;
+    CFeatureFunction objThrowing([] { throw 3; });  // what no handler of exceptions catches, as a client may
     Start(pStream);
     pStream->GetFeatureControl()->RegisterFeatureCallback("TLParamsLocked", &objThrowing);
     CCollectedLog objLog;
@@ -178,15 +152,15 @@ TEST_F(DataStream, SizesItsBuffersByPayloadAndProducer) {
 TEST_F(DataStream, SaysWhatIsWrong) {
     Open();
     const auto pStream = m_pDevice->GetDataStreamList().at(0);
-    EXPECT_EQ(MessageOf([&] { Start(pStream); }), "Can not start stream acquisition before open it");
-    EXPECT_EQ(MessageOf([&] { pStream->DoFlushAllToInput(); }), "The data stream is closed");
+    EXPECT_EQ(MessageOf<CUnexpectedError>([&] { Start(pStream); }), "Can not start stream acquisition before open it");
+    EXPECT_EQ(MessageOf<CUnexpectedError>([&] { pStream->DoFlushAllToInput(); }), "The data stream is closed");
     EXPECT_THROW(pStream->DoGetOptimalPacketSize(), CZrException) << "the producer's answer to no handle";
     pStream->DoOpenDataStream();
     EXPECT_EQ(pStream->DoGetOptimalPacketSize(), 1500U);
-    EXPECT_EQ(MessageOf([&] { pStream->SetAcqusitionBufferNumber(0); }),
+    EXPECT_EQ(MessageOf<COutOfRangeError>([&] { pStream->SetAcqusitionBufferNumber(0); }),
               "Acquisition buffers is less than the minimum");
     m_objInfo.SetPayloadSize(0);
-    EXPECT_EQ(MessageOf([&] { Start(pStream); }), "Current PayloadSize is 0");
+    EXPECT_EQ(MessageOf<CUnexpectedError>([&] { Start(pStream); }), "Current PayloadSize is 0");
     m_objInfo.SetPayloadSize(64);
     const std::pair<STREAM_INFO_CMD, std::size_t> arrLie[] = {{STREAM_INFO_BUF_ANNOUNCE_MIN, ~std::size_t{0}},
                                                               {STREAM_INFO_BUF_ALIGNMENT, ~std::size_t{0}}};
@@ -198,7 +172,7 @@ TEST_F(DataStream, SaysWhatIsWrong) {
     EXPECT_EQ(Wire().Port().Integer("TLParamsLocked"), 0);
     Start(pStream);
     EXPECT_EQ(Wire().Port().Integer("TLParamsLocked"), 1);
-    EXPECT_EQ(MessageOf([&] { pStream->DoGetOptimalPacketSize(); }),
+    EXPECT_EQ(MessageOf<CInvalidCallError>([&] { pStream->DoGetOptimalPacketSize(); }),
               "Can't get the optimal packet size after start capture");
     Stop(pStream);
     Wire().Port().RemoveFeature("TLParamsLocked");
@@ -242,7 +216,7 @@ TEST_F(DataStream, WaitsForTheCallbackThatHasAFrameBeforeItStops) {
     CEvent objInside;
     CEvent objGo;
     std::atomic<bool> bLeft = false;
-    CCallFunction objCallback([&](const BUFFER_MODULE_INFO&) {
+    CFrameFunction objCallback([&](const BUFFER_MODULE_INFO&) {
         objInside.Signal();
         objGo.Wait(10000);
         bLeft = true;

@@ -2,12 +2,13 @@
 #include <string>
 
 #include <boost/pointer_cast.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassMain/DeviceFactory.h"
 #include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/Interface.h"
-#include "support/ZrException.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -62,14 +63,9 @@ TEST(Device, IsntMadeOfHalfARecord) {
     for (const auto& objCase : arrCase) {
         RECORDS objRecords("cam");
         objCase.fnSpoil(objRecords.objRecord);
-        try {
-            Create(objRecords.objRecord);
-            FAIL() << objCase.pszWhat;
-        } catch (const CUnexpectedError& objError) {
-            EXPECT_EQ(objError.GetMessage(), "Invalid parameter");
-            EXPECT_EQ(objError.GetFunction(), "CDeviceFactory::CreateDevice");
-            EXPECT_EQ(objError.GetErrorCode(), -1);
-        }
+        EXPECT_THAT(ThrownBy<CUnexpectedError>([&] { Create(objRecords.objRecord); }),
+                    testing::MatchesRegex("Invalid parameter, .* CDeviceFactory::CreateDevice, -1"))
+            << objCase.pszWhat;
     }
     EXPECT_THROW(CDevice(nullptr, nullptr, nullptr, {}, {}), CInvalidParameterError);
 }

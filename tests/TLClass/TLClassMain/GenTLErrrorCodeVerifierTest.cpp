@@ -1,17 +1,14 @@
 #include <limits>
-#include <optional>
-#include <ostream>
 #include <string>
 #include <thread>
-#include <typeinfo>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassLoadTL/GenTLLib.h"
 #include "TLClass/TLClassMain/GenTLErrrorCodeVerifier.h"
-#include "support/ZrException.h"
 #include "tests/TLClass/CollectedLog.h"
+#include "tests/TLClass/Thrown.h"
 #include "tests/producer_double/ProducerLibrary.h"
 
 namespace {
@@ -22,53 +19,20 @@ using testing::IsEmpty;
 
 constexpr const char* kNoDescription = "Failed to get last error description";
 
-/// Everything that an exception of the family tells.
-struct THROWN {
-    std::string strClass;
-    std::string strMessage;
-    std::string strFile;
-    int nLine = 0;
-    std::string strFunction;
-    std::optional<std::int32_t> nErrorCode;
-
-    bool operator==(const THROWN&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& objStream, const THROWN& objThrown) {
-    objStream << objThrown.strClass << " '" << objThrown.strMessage << "' " << objThrown.strFile << "("
-              << objThrown.nLine << ") " << objThrown.strFunction;
-    return objThrown.nErrorCode ? objStream << " code " << *objThrown.nErrorCode : objStream;
-}
-
 /// What checking a result at one place, caller.cpp(7) in Caller::Call, throws.
-THROWN Check(GC_ERROR nCode, CGenTLLib& objLib) {
-    try {
-        CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nCode, &objLib, "caller.cpp", 7, "Caller::Call");
-    } catch (const CZrException& objError) {
-        const auto* const pUnexpected = dynamic_cast<const CUnexpectedError*>(&objError);
-        return {typeid(objError).name(),
-                objError.GetMessage(),
-                objError.GetFile(),
-                objError.GetLine(),
-                objError.GetFunction(),
-                pUnexpected == nullptr ? std::nullopt : std::optional(pUnexpected->GetErrorCode())};
-    }
-    return {};
+template <class TError>
+std::string Check(GC_ERROR nCode, CGenTLLib& objLib) {
+    return ThrownBy<TError>(
+        [&] { CGenTLErrorCodeVerifier::ThrowExceptionIfFailed(nCode, &objLib, "caller.cpp", 7, "Caller::Call"); });
 }
 
-template <typename CLASS>
-THROWN FromCaller(const std::string& strMessage, std::optional<std::int32_t> nErrorCode = std::nullopt) {
-    return {typeid(CLASS).name(), strMessage, "caller.cpp", 7, "Caller::Call", nErrorCode};
+std::string FromCaller(const std::string& strMessage) {
+    return strMessage + ", caller.cpp(7) Caller::Call";
 }
 
-template <typename CLASS>
-THROWN FromVerifier(const std::string& strMessage, int nLine) {
-    return {typeid(CLASS).name(),
-            strMessage,
-            "GenTLErrrorCodeVerifier",
-            nLine,
-            "CGenTLErrorCodeVerifier::ThrowExceptionIfFailed",
-            std::nullopt};
+std::string FromVerifier(const std::string& strMessage, int nLine) {
+    return strMessage + ", GenTLErrrorCodeVerifier(" + std::to_string(nLine) +
+           ") CGenTLErrorCodeVerifier::ThrowExceptionIfFailed";
 }
 
 class ResultChecking : public testing::Test {
@@ -87,30 +51,23 @@ protected:
 };
 
 TEST_F(ResultChecking, EveryCodeHasItsClassItsTextAndItsSite) {
-    struct ROW {
-        GC_ERROR nCode;
-        THROWN objThrown;
+    const auto Expect = [this]<class TError>(GC_ERROR nCode, const std::string& strThrown) {
+        ASSERT_EQ(FailCall(nCode, "busy"), nCode);
+        EXPECT_EQ(Check<TError>(nCode, m_objLib), strThrown) << nCode;
     };
-    const GC_ERROR nLowest = std::numeric_limits<GC_ERROR>::min();
-    const ROW arrRow[] = {
-        {-1005, FromVerifier<CInvalidAccessError>("Access denied:busy", 100)},
-        {-10000, FromVerifier<CDeviceOfflineError>("busy", 105)},
-        {-1011, FromCaller<CTimeoutError>("busy")},
-        {-1009, FromVerifier<CInvalidParameterError>("busy", 115)},
-        {-1003, FromVerifier<CNotImplementedError>("busy", 120)},
-        {-1001, FromCaller<CUnexpectedError>("busy", -1001)},
-        {-10001, FromCaller<CUnexpectedError>("busy", -10001)},
-        {nLowest, FromCaller<CUnexpectedError>("busy", nLowest)},
-    };
-    for (const ROW& objRow : arrRow) {
-        ASSERT_EQ(FailCall(objRow.nCode, "busy"), objRow.nCode);
-        EXPECT_EQ(Check(objRow.nCode, m_objLib), objRow.objThrown) << objRow.nCode;
+    Expect.operator()<CInvalidAccessError>(-1005, FromVerifier("Access denied:busy", 100));
+    Expect.operator()<CDeviceOfflineError>(-10000, FromVerifier("busy", 105));
+    Expect.operator()<CTimeoutError>(-1011, FromCaller("busy"));
+    Expect.operator()<CInvalidParameterError>(-1009, FromVerifier("busy", 115));
+    Expect.operator()<CNotImplementedError>(-1003, FromVerifier("busy", 120));
+    for (const GC_ERROR nCode : {-1001, -10001, std::numeric_limits<GC_ERROR>::min()}) {
+        Expect.operator()<CUnexpectedError>(nCode, FromCaller("busy") + ", " + std::to_string(nCode));
     }
 }
 
 TEST_F(ResultChecking, SuccessAndAMissingEntryAskTheProducerForNothing) {
-    EXPECT_EQ(Check(0, m_objLib), THROWN{});
-    EXPECT_EQ(Check(-1, m_objLib), FromCaller<CUnexpectedError>("The TL library is not complete", -1));
+    EXPECT_EQ(Check<CUnexpectedError>(0, m_objLib), "nothing was thrown");
+    EXPECT_EQ(Check<CUnexpectedError>(-1, m_objLib), FromCaller("The TL library is not complete") + ", -1");
     CCollectedLog objLog;
     CGenTLErrorCodeVerifier::LogIfFailed(0, &m_objLib, "caller.cpp", 7, "Caller::Call");
     EXPECT_THAT(objLog.Take(), IsEmpty());
@@ -138,10 +95,11 @@ TEST_F(ResultChecking, UnreadableDescriptionIsReplaced) {
 }
 
 TEST(ResultCheckingWithoutLastError, KeepsTheClassOfTheCode) {
-    CGenTLLib objLib(PRODUCER_DOUBLE_WITHOUT_LAST_ERROR);
-    EXPECT_EQ(Check(GC_ERR_ACCESS_DENIED, objLib),
-              FromVerifier<CInvalidAccessError>(std::string("Access denied:") + kNoDescription, 100));
-    EXPECT_EQ(Check(GC_ERR_IO, objLib), FromCaller<CUnexpectedError>(kNoDescription, GC_ERR_IO));
+    CGenTLLib objLib(PRODUCER_DOUBLE_WITHOUT_EXPORTS);
+    EXPECT_EQ(Check<CInvalidAccessError>(GC_ERR_ACCESS_DENIED, objLib),
+              FromVerifier(std::string("Access denied:") + kNoDescription, 100));
+    EXPECT_EQ(Check<CUnexpectedError>(GC_ERR_IO, objLib),
+              FromCaller(kNoDescription) + ", " + std::to_string(GC_ERR_IO));
 }
 
 }  // namespace

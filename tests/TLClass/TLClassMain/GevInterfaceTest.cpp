@@ -6,11 +6,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TLClass/TLClassMain/GevDevice.h"
 #include "TLClass/TLClassMain/SpecialDeviceReply.h"
-#include "support/ZrException.h"
 #include "tests/TLClass/CollectedLog.h"
-#include "tests/TLClass/TreeOnDouble.h"
+#include "tests/TLClass/Thrown.h"
+#include "tests/TLClass/TreeFixture.h"
 
 namespace {
 
@@ -24,22 +23,7 @@ using testing::SizeIs;
 
 constexpr const char* kIP = "192.168.1.10";  // that of the first camera of the first adapter
 
-class GevInterface : public testing::Test {
-protected:
-    GevInterface() {
-        m_objTree.Init();
-        m_pInterface = m_objTree.AddInterface("if-1");
-    }
-
-    ProducerDouble::IProducerControl& Double() const { return m_objTree.Double(); }
-    ProducerDouble::IInterfaceControl& Adapter() const { return Double().Interface("if-1"); }
-    boost::shared_ptr<CGevDevice> Device(std::size_t nIndex) const {
-        return boost::dynamic_pointer_cast<CGevDevice>(m_pInterface->GetDeviceList().at(nIndex));
-    }
-
-    CTreeOnDouble m_objTree;
-    boost::shared_ptr<CGevInterface> m_pInterface;
-};
+using GevInterface = CAdapterTest;
 
 void Put(CSpecialDeviceReply& objReply, std::size_t nOffset, const std::vector<int>& vecByte) {
     std::transform(vecByte.begin(), vecByte.end(), objReply.GetBuffer() + nOffset,
@@ -89,7 +73,7 @@ TEST_F(GevInterface, BringsInADeviceThatNoUpdateFinds) {
     EXPECT_EQ(pDevice->GetDeviceInformation().ID, "Eye(02-10-00-01-00-00)");
     EXPECT_EQ(pDevice->GetCommonInformation().UserID, "left");
     EXPECT_EQ(pDevice->GetGevDevInfo().IPAddress, Ipv4(192, 168, 1, 10));
-    UpdateDevices(*m_pInterface);
+    Update();
     EXPECT_EQ(Device(0), pDevice);
 
     EXPECT_TRUE(m_pInterface->DoCreateSpecialDevice(kIP));
@@ -100,7 +84,7 @@ TEST_F(GevInterface, RefreshesSpecialDevicesAndDropsThoseThatDontAnswer) {
     Adapter().Plug("cam-1").Hide();
     Adapter().Plug("cam-2").Hide();
     Adapter().Plug("cam-3");
-    UpdateDevices(*m_pInterface);
+    Update();
     ASSERT_TRUE(m_pInterface->DoCreateSpecialDevice("192.168.1.10"));
     ASSERT_TRUE(m_pInterface->DoCreateSpecialDevice("192.168.1.11"));
     const auto pFirst = Device(1);
@@ -135,31 +119,16 @@ TEST_F(GevInterface, NeverGivesAProducerMoreRoomThanThereIs) {
         << "what a short answer leaves out is 0, not the answer before";
 }
 
-TEST_F(GevInterface, SaysThatAProducerLacksTheEntry) {
-    // On the double without the further entries, by way of the class alone.
-    const ProducerDouble::CProducerLibrary objOther(PRODUCER_DOUBLE_WITHOUT_FURTHER);
-    objOther->AddInterface("if-1");
-    m_objTree.Manager().AddTL("WithoutFurther.cti");
-    const auto pTL = m_objTree.Manager().GetTLList().at(1);
-    bool bChanged = false;
-    pTL->DoUpdateInterfaceList(0, &bChanged);
-    const auto pInterface = boost::dynamic_pointer_cast<CGevInterface>(pTL->GetInterfaceList().at(0));
-    CCollectedLog objLog;
-    EXPECT_FALSE(pInterface->DoCreateSpecialDevice(kIP));
-    EXPECT_THAT(objLog.Take(), ElementsAre(HasSubstr("The TL library is not complete")));
-    m_objTree.Manager().RemoveLastTL();
-}
-
 TEST_F(GevInterface, MakesRoomForADeviceOpenedByItsAddress) {
     Adapter().Plug("cam-1");
-    UpdateDevices(*m_pInterface);
+    Update();
     const auto pListed = Device(0);
     Double().On("IFOpenDevice").Call(1).Fail(GC_ERR_ACCESS_DENIED);
     EXPECT_THROW(m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL), CInvalidAccessError);
     ASSERT_THAT(IDsOf(m_pInterface->GetDeviceList()), ElementsAre("IP::192.168.1.10"));
     EXPECT_EQ(Device(0)->GetGevDevInfo().IPAddress, Ipv4(192, 168, 1, 10));
     EXPECT_EQ(Device(0)->GetDeviceInformation().TLType, "GEV");
-    UpdateDevices(*m_pInterface);
+    Update();
     EXPECT_THAT(IDsOf(m_pInterface->GetDeviceList()), ElementsAre("cam-1")) << "the next update drops what failed";
     EXPECT_NE(Device(0), pListed);
 }
@@ -169,13 +138,9 @@ TEST_F(GevInterface, DoesntOpenASecondTimeAnAddressThatIsOpen) {
     const auto pOpen = m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL);
     EXPECT_EQ(Double().CallsOf("IFOpenDevice").back().Text(), "IFOpenDevice(if-1, IP::192.168.1.10, 3)");
     EXPECT_TRUE(pOpen->IsOpened());
-    try {
-        m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL);
-        FAIL() << "opened twice";
-    } catch (const CInvalidAccessError& objError) {
-        EXPECT_EQ(objError.GetMessage(), "The device has already been opened");
-        EXPECT_EQ(objError.GetFunction(), "CGevInterface::__SearchDeviceByIP");
-    }
+    EXPECT_THAT(ThrownBy<CInvalidAccessError>(
+                    [this] { m_pInterface->DoOpenDeviceByIP(Ipv4(192, 168, 1, 10), DEVICE_ACCESS_CONTROL); }),
+                testing::MatchesRegex("The device has already been opened, .* CGevInterface::__SearchDeviceByIP"));
     EXPECT_EQ(Device(0), pOpen);
 }
 

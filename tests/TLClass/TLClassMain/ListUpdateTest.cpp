@@ -13,7 +13,7 @@
 #include "TLClass/TLClassMain/UpdaterList.h"
 #include "support/ZrException.h"
 #include "tests/TLClass/CollectedLog.h"
-#include "tests/TLClass/TreeOnDouble.h"
+#include "tests/TLClass/TreeFixture.h"
 
 /// Runs the threads' functions as nothing else does: without an updater.
 class CUpdaterInspection {
@@ -38,11 +38,8 @@ constexpr std::uint64_t kForeverMs = 3'600'000;  // what no test waits for
 constexpr const char* kMode = "DeviceUpdateListMode";
 constexpr const char* kStop = "DeviceStopUpdateList";
 
-class ListUpdate : public testing::Test {
+class ListUpdate : public CTreeTest {
 protected:
-    ListUpdate() { m_objTree.Init(); }
-
-    ProducerDouble::IProducerControl& Double() const { return m_objTree.Double(); }
     ProducerDouble::IPortControl& Port(const std::string& strID) const { return Double().Interface(strID).Port(); }
     static CGevUpdateAgency Agency() { return CGevUpdateAgency({CTreeOnDouble::TL()}); }
     static bool LimitedUpdate(std::uint64_t nTimeoutMs = 0) {
@@ -57,8 +54,6 @@ protected:
         }
         return vecText;
     }
-
-    CTreeOnDouble m_objTree;
 };
 
 TEST_F(ListUpdate, RefreshesInterfacesThenAllTheirDevicesAtOnce) {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "support/Environment.h"
-#include "support/ZrException.h"
+#include "tests/TLClass/Thrown.h"
 #include "tests/TLClass/TreeOnDouble.h"
 
 /// Reaches the one operation of the manager that nothing calls yet.
@@ -21,6 +21,7 @@ namespace {
 
 using ProducerDouble::CProducerLibrary;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::SizeIs;
 
 constexpr const char* kCacheVariable = "GENICAM_CACHE_V3_0";
@@ -54,14 +55,8 @@ TEST(Manager, RefusesASecondInitAndKeepsWhatTheFirstLoaded) {
     const CTreeOnDouble objTree;
     objTree.Init();
     const auto pTL = objTree.TL();
-    try {
-        objTree.Init();
-        FAIL() << "initialised twice";
-    } catch (const CUnexpectedError& objError) {
-        EXPECT_EQ(objError.GetMessage(), "Can not initialize again without uninitialization");
-        EXPECT_EQ(objError.GetFunction(), "CTLManager::DoInit");
-        EXPECT_EQ(objError.GetErrorCode(), -1);
-    }
+    EXPECT_THAT(ThrownBy<CUnexpectedError>([&] { objTree.Init(); }),
+                MatchesRegex("Can not initialize again without uninitialization, .* CTLManager::DoInit, -1"));
     EXPECT_EQ(objTree.TL(), pTL);
     EXPECT_TRUE(objTree.AddInterface("if-1"));
 }
@@ -162,25 +157,13 @@ TEST(Manager, CopiesAVariableOrSaysWhichHalfFailed) {
     SetEnvironment("NORVIK_TEST_SOURCE", "value");
     CTLManagerInspection::SetGenICamEnvironment("NORVIK_TEST_SOURCE", "NORVIK_TEST_TARGET");
     EXPECT_EQ(ReadEnvironment("NORVIK_TEST_TARGET"), "value");
-    const struct {
-        const char* pszSource;
-        const char* pszTarget;
-        const char* pszText;
-        int nLine;
-    } arrCase[] = {
-        {"NORVIK_TEST_MISSING", "NORVIK_TEST_TARGET", "Failed to get environment", 424},
-        {"NORVIK_TEST_SOURCE", "A=B", "Failed to set environment", 430},
+    const auto Thrown = [](const char* pszSource, const char* pszTarget) {
+        return ThrownBy<CUnexpectedError>([&] { CTLManagerInspection::SetGenICamEnvironment(pszSource, pszTarget); });
     };
-    for (const auto& objCase : arrCase) {
-        try {
-            CTLManagerInspection::SetGenICamEnvironment(objCase.pszSource, objCase.pszTarget);
-            FAIL() << objCase.pszText;
-        } catch (const CUnexpectedError& objError) {
-            EXPECT_EQ(objError.GetMessage(), objCase.pszText);
-            EXPECT_EQ(objError.GetLine(), objCase.nLine);
-            EXPECT_EQ(objError.GetFunction(), "CTLManager::__SetGenICamEnvironment");
-        }
-    }
+    EXPECT_THAT(Thrown("NORVIK_TEST_MISSING", "NORVIK_TEST_TARGET"),
+                MatchesRegex("Failed to get environment, .*.424. CTLManager::__SetGenICamEnvironment, .*"));
+    EXPECT_THAT(Thrown("NORVIK_TEST_SOURCE", "A=B"),
+                MatchesRegex("Failed to set environment, .*.430. CTLManager::__SetGenICamEnvironment, .*"));
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassMain/InterfaceFactory.h"
-#include "support/ZrException.h"
 #include "tests/TLClass/CollectedLog.h"
-#include "tests/TLClass/TreeOnDouble.h"
+#include "tests/TLClass/Thrown.h"
+#include "tests/TLClass/TreeFixture.h"
 
 namespace {
 
@@ -15,17 +15,13 @@ using ProducerDouble::Ipv4;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::SizeIs;
 
-class TransportLayer : public testing::Test {
+class TransportLayer : public CTreeTest {
 protected:
-    TransportLayer() { m_objTree.Init(); }
-
-    ProducerDouble::IProducerControl& Double() const { return m_objTree.Double(); }
     static std::vector<std::string> Listed() { return IDsOf(CTreeOnDouble::TL()->GetInterfaceList()); }
     static std::vector<std::string> Removed() { return IDsOf(CTreeOnDouble::TL()->GetRemovedInterfaceList()); }
-
-    CTreeOnDouble m_objTree;
 };
 
 TEST_F(TransportLayer, OpensEveryInterfaceThatAnUpdateFinds) {
@@ -40,7 +36,7 @@ TEST_F(TransportLayer, OpensEveryInterfaceThatAnUpdateFinds) {
     EXPECT_EQ(pInterface->GetCommonInformation().Description, "Adapter if-1");
     EXPECT_EQ(pInterface->GetInterfaceInformation().pSpecialInfo, nullptr);
     EXPECT_THAT(pInterface->GetDeviceList(), IsEmpty());
-    EXPECT_FALSE(Double().Device("cam-1").IsOpen());
+    EXPECT_THAT(Double().OpenModules(), ElementsAre("tl", "if-1", "if-2"));
 }
 
 TEST_F(TransportLayer, KeepsTheObjectsOfInterfacesThroughChangesOfTheList) {
@@ -109,13 +105,9 @@ TEST_F(TransportLayer, FailsAnUpdateWhoseListsDontMatchAndKeepsWhatItHad) {
     Double().AddInterface("if-2");
     for (const std::int64_t nMax : {std::int64_t{-1}, std::int64_t{0}, std::int64_t{2}, INT64_MAX, INT64_MIN}) {
         Double().SelectorMax(nMax);
-        try {
-            m_objTree.UpdateInterfaces();
-            FAIL() << nMax;
-        } catch (const CUnexpectedError& objError) {
-            EXPECT_EQ(objError.GetMessage(), "The two interface information vectors have different size");
-            EXPECT_EQ(objError.GetErrorCode(), -1);
-        }
+        EXPECT_THAT(ThrownBy<CUnexpectedError>([this] { m_objTree.UpdateInterfaces(); }),
+                    MatchesRegex("The two interface information vectors have different size, .*, -1"))
+            << nMax;
         EXPECT_THAT(m_objTree.TL()->GetInterfaceList(), ElementsAre(pInterface));
         EXPECT_THAT(m_objTree.TL()->GetInterfaceSpecialInfo(), IsEmpty());
     }

@@ -9,9 +9,9 @@
 #include "GenApi/Node.h"
 #include "TLClass/TLClassXML/LoadXMLAgency.h"
 #include "TLClass/TLClassXML/XMLAnalyzer.h"
-#include "support/ZrException.h"
 #include "tests/TLClass/TLClassXML/ArchiveWriter.h"
 #include "tests/TLClass/TLClassXML/SystemPort.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -25,13 +25,7 @@ protected:
     void Load() { m_objAnalyzer.LoadXMLFromPortHandle(m_objSystem.Handle()); }
 
     std::string Failure() {
-        try {
-            CLoadXMLAgency objAgency(m_objAnalyzer, m_objSystem.Handle());
-            return "nothing was thrown";
-        } catch (const CUnexpectedError& objError) {
-            EXPECT_EQ(objError.GetErrorCode(), -1);
-            return objError.GetMessage();
-        }
+        return MessageOf<CUnexpectedError>([this] { CLoadXMLAgency(m_objAnalyzer, m_objSystem.Handle()); });
     }
 
     GenApi_3_0::IInteger& Integer(const char* pFeature) {
@@ -90,7 +84,7 @@ TEST_F(XMLAnalyzer, TextThatIsNoDescriptionEndsAsUnexpectedErrorAndIsRolledBack)
 }
 
 TEST_F(XMLAnalyzer, PortThatTheDescriptionLacksFailsTheConnection) {
-    m_objSystem.Port().SetPortInfo(PORT_INFO_PORTNAME, ANSWER::Text("Elsewhere"));
+    m_objSystem.Producer().On("GCGetPortInfo").Command(PORT_INFO_PORTNAME).Answer(ANSWER::Text("Elsewhere"));
     EXPECT_EQ(Failure(), "CNodeMapRef::_connect failed");
     ExpectEmpty();
 }

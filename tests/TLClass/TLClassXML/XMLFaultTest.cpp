@@ -13,9 +13,9 @@
 #include "TLClass/TLClassXML/LoadXMLAgency.h"
 #include "TLClass/TLClassXML/XMLAnalyzer.h"
 #include "TLClass/TLClassXML/XMLLoader.h"
-#include "support/ZrException.h"
 #include "tests/TLClass/TLClassXML/ArchiveWriter.h"
 #include "tests/TLClass/TLClassXML/SystemPort.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -70,12 +70,7 @@ TEST(XMLFault, ExceptionInTheUnpackingFailsTheLoad) {
     objSystem.Serve("cam.zip", CompressZlib(MakeDescriptionText(50000)));
     CXMLLoader objLoader(objSystem.Library(), objSystem.Handle());
     g_nLargestAllocation = 1000000;  // enough for all but the hundredfold buffer
-    try {
-        objLoader.LoadXML();
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const CUnexpectedError& objError) {
-        EXPECT_EQ(objError.GetMessage(), "Uncompress zip file failed");
-    }
+    EXPECT_EQ(MessageOf<CUnexpectedError>([&] { objLoader.LoadXML(); }), "Uncompress zip file failed");
     g_nLargestAllocation = std::numeric_limits<std::size_t>::max();
     EXPECT_TRUE(objLoader.LoadXML() == MakeDescriptionText(50000));
 }
@@ -85,12 +80,8 @@ TEST(XMLFault, FaultInTheParserEndsAsAnExceptionOfTheFamily) {
     objSystem.Port().AddInteger("Width", 640);
     CXMLAnalyzer objAnalyzer(objSystem.Library());
     g_bParserFaults = true;
-    try {
-        CLoadXMLAgency(objAnalyzer, objSystem.Handle());
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const CUnexpectedError& objError) {
-        EXPECT_EQ(objError.GetMessage(), "CNodeMapRef::_LoadXMLFromString failed");
-    }
+    EXPECT_EQ(MessageOf<CUnexpectedError>([&] { CLoadXMLAgency(objAnalyzer, objSystem.Handle()); }),
+              "CNodeMapRef::_LoadXMLFromString failed");
     EXPECT_EQ(objAnalyzer.GetNodeMapRef(), nullptr);
     // The lock around the parse is free again.
     g_bParserFaults = false;

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "TLClass/TLClassXML/XMLUrl.h"
-#include "support/ZrException.h"
+#include "tests/TLClass/Thrown.h"
 
 namespace {
 
@@ -77,13 +77,7 @@ TEST(XMLUrl, OtherFormsAreRefusedWithTheUrlInItsOwnCase) {
         ";;;",
     };
     for (const auto* pUrl : arrUrls) {
-        try {
-            AnalyzeXMLUrl(pUrl);
-            ADD_FAILURE() << pUrl;
-        } catch (const CUnexpectedError& objError) {
-            EXPECT_EQ(objError.GetMessage(), std::string("XML format error: ") + pUrl);
-            EXPECT_EQ(objError.GetErrorCode(), -1);
-        }
+        EXPECT_EQ(MessageOf<CUnexpectedError>([&] { AnalyzeXMLUrl(pUrl); }), std::string("XML format error: ") + pUrl);
     }
 }
 
