@@ -6,6 +6,7 @@
 #include <fstream>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 
 #include <arpa/inet.h>
@@ -18,6 +19,7 @@
 
 namespace {
 
+constexpr std::string_view kMark = "that was all";
 constexpr std::chrono::seconds kLongestWait{10};
 constexpr std::size_t kEthernetHeader = 14;
 constexpr std::size_t kLeastIPHeader = 20;
@@ -94,6 +96,28 @@ std::optional<CAPTURED_DATAGRAM> Receive(int nSocket) {
     return Decode(std::move(vecFrame), objTime);
 }
 
+/// Broadcasts the mark as a UDP datagram on one adapter of the namespace.
+void SendMark(const CNetworkNamespace& objNamespace, const std::string& strAdapter) {
+    constexpr std::uint16_t kDiscardPort = 9;
+    objNamespace.Do([&] {
+        const int nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+        const int nOn = 1;
+        setsockopt(nSocket, SOL_SOCKET, SO_BROADCAST, &nOn, sizeof nOn);
+        setsockopt(nSocket, SOL_SOCKET, SO_BINDTODEVICE, strAdapter.c_str(), static_cast<socklen_t>(strAdapter.size()));
+        sockaddr_in objTo{};
+        objTo.sin_family = AF_INET;
+        objTo.sin_port = htons(kDiscardPort);
+        objTo.sin_addr.s_addr = htonl(INADDR_BROADCAST);
+        const ssize_t nSent =
+            sendto(nSocket, kMark.data(), kMark.size(), 0, reinterpret_cast<const sockaddr*>(&objTo), sizeof objTo);
+        const int nErrno = errno;
+        close(nSocket);
+        if (nSent < 0) {
+            throw std::system_error(nErrno, std::generic_category(), "send a mark on " + strAdapter);
+        }
+    });
+}
+
 }  // namespace
 
 CPacketCapture::CPacketCapture(const CNetworkNamespace& objNamespace, const std::string& strAdapter) {
@@ -117,7 +141,9 @@ CPacketCapture::~CPacketCapture() {
     close(m_nSocket);
 }
 
-std::vector<CAPTURED_DATAGRAM> CPacketCapture::TakeUntil(const std::string& strMark) {
+std::vector<CAPTURED_DATAGRAM> CPacketCapture::TakeAll(const CNetworkNamespace& objOtherEnd,
+                                                       const std::string& strOtherAdapter) {
+    SendMark(objOtherEnd, strOtherAdapter);
     const auto objEnd = std::chrono::steady_clock::now() + kLongestWait;
     std::vector<CAPTURED_DATAGRAM> vecTaken;
     for (;;) {
@@ -125,38 +151,17 @@ std::vector<CAPTURED_DATAGRAM> CPacketCapture::TakeUntil(const std::string& strM
             std::chrono::duration_cast<std::chrono::milliseconds>(objEnd - std::chrono::steady_clock::now());
         pollfd objPoll{m_nSocket, POLLIN, 0};
         if (objLeft.count() <= 0 || poll(&objPoll, 1, static_cast<int>(objLeft.count())) <= 0) {
-            throw std::runtime_error("no datagram with the mark " + strMark);
+            throw std::runtime_error("the mark doesn't come from " + strOtherAdapter);
         }
         auto objDatagram = Receive(m_nSocket);
         if (!objDatagram) {
             continue;
         }
-        if (std::string(objDatagram->Payload.begin(), objDatagram->Payload.end()) == strMark) {
+        if (std::string(objDatagram->Payload.begin(), objDatagram->Payload.end()) == kMark) {
             return vecTaken;
         }
         vecTaken.push_back(std::move(*objDatagram));
     }
-}
-
-void SendMark(const CNetworkNamespace& objNamespace, const std::string& strAdapter, const std::string& strMark) {
-    constexpr std::uint16_t kDiscardPort = 9;
-    objNamespace.Do([&] {
-        const int nSocket = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-        const int nOn = 1;
-        setsockopt(nSocket, SOL_SOCKET, SO_BROADCAST, &nOn, sizeof nOn);
-        setsockopt(nSocket, SOL_SOCKET, SO_BINDTODEVICE, strAdapter.c_str(), static_cast<socklen_t>(strAdapter.size()));
-        sockaddr_in objTo{};
-        objTo.sin_family = AF_INET;
-        objTo.sin_port = htons(kDiscardPort);
-        objTo.sin_addr.s_addr = htonl(INADDR_BROADCAST);
-        const ssize_t nSent =
-            sendto(nSocket, strMark.data(), strMark.size(), 0, reinterpret_cast<const sockaddr*>(&objTo), sizeof objTo);
-        const int nErrno = errno;
-        close(nSocket);
-        if (nSent < 0) {
-            throw std::system_error(nErrno, std::generic_category(), "send a mark on " + strAdapter);
-        }
-    });
 }
 
 void WriteCaptureFile(const std::filesystem::path& objPath, const std::vector<CAPTURED_DATAGRAM>& vecDatagrams) {

@@ -28,17 +28,14 @@ public:
     CPacketCapture(const CPacketCapture&) = delete;
     CPacketCapture& operator=(const CPacketCapture&) = delete;
 
-    /// All UDP datagrams since the last call up to, and without, the first whose payload is strMark; so a test that
-    /// sends such a mark last knows that nothing is still on its way.
-    /// @throws std::runtime_error  when no mark comes within 10 s
-    std::vector<CAPTURED_DATAGRAM> TakeUntil(const std::string& strMark);
+    /// All UDP datagrams since the last call. Nothing is still on its way: they end before a mark that is broadcast for
+    /// this on the adapter at the other end of the cable.
+    /// @throws std::runtime_error  when the mark doesn't come within 10 s
+    std::vector<CAPTURED_DATAGRAM> TakeAll(const CNetworkNamespace& objOtherEnd, const std::string& strOtherAdapter);
 
 private:
     int m_nSocket = -1;
 };
-
-/// Broadcasts the mark as a UDP datagram on one adapter of the namespace.
-void SendMark(const CNetworkNamespace& objNamespace, const std::string& strAdapter, const std::string& strMark);
 
 /// Writes the frames as a capture file that protocol analysers read (pcap, Ethernet).
 void WriteCaptureFile(const std::filesystem::path& objPath, const std::vector<CAPTURED_DATAGRAM>& vecDatagrams);

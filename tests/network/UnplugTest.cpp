@@ -15,9 +15,9 @@
 
 #include <gtest/gtest.h>
 
-#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "support/Event.h"
+#include "tests/TLClass/FunctionCallback.h"
 #include "tests/network/SwitchedNetwork.h"
 #include "tests/network/TreeOnProducer.h"
 
@@ -43,21 +43,6 @@ constexpr std::uint32_t kLongEnoughMs = 10'000;
 struct OFFLINE {
     std::atomic<int> Count{0};
     CEvent First;
-};
-
-/// Clones share what they count in.
-class COfflineCount : public IDeviceOfflineCallback {
-public:
-    explicit COfflineCount(OFFLINE& objOffline) : m_objOffline(objOffline) {}
-    IEventCallback* Clone() override { return new COfflineCount(*this); }
-    void OnDeviceOffline() override {
-        if (m_objOffline.Count++ == 0) {
-            m_objOffline.First.Signal();
-        }
-    }
-
-private:
-    OFFLINE& m_objOffline;
 };
 
 /// Somebody with a camera on an adapter of its own that goes at a certain request in a certain state.
@@ -147,7 +132,11 @@ private:
             EXPECT_LE(m_eTarget, EState::LoadingNodeMap);
             return;
         }
-        COfflineCount objCallback(m_objOffline);
+        COfflineFunction objCallback([this] {
+            if (m_objOffline.Count++ == 0) {
+                m_objOffline.First.Signal();
+            }
+        });
         if (Try([&] { objDevice.RegisterDeviceOfflineCallback(&objCallback); })) {
             UseOpen(objDevice);
         }

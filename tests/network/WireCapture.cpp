@@ -7,12 +7,6 @@
 
 #include <unistd.h>
 
-namespace {
-
-constexpr const char* kMark = "that was all";
-
-}  // namespace
-
 CWireCapture::CWireCapture(const CNetworkNamespace& objNear, std::string strNearName, const CNetworkNamespace& objFar,
                            std::string strFarName)
     : m_objNear(objNear),
@@ -23,10 +17,8 @@ CWireCapture::CWireCapture(const CNetworkNamespace& objNear, std::string strNear
       m_objIn(objNear, m_strNearName) {}
 
 std::vector<CAPTURED_DATAGRAM> CWireCapture::TakeAll() {
-    SendMark(m_objNear, m_strNearName, kMark);
-    SendMark(m_objFar, m_strFarName, kMark);
-    auto vecAll = m_objOut.TakeUntil(kMark);
-    const auto vecAnswers = m_objIn.TakeUntil(kMark);
+    auto vecAll = m_objOut.TakeAll(m_objNear, m_strNearName);
+    const auto vecAnswers = m_objIn.TakeAll(m_objFar, m_strFarName);
     vecAll.insert(vecAll.end(), vecAnswers.begin(), vecAnswers.end());
     std::ranges::sort(vecAll, {}, &CAPTURED_DATAGRAM::Time);
     return vecAll;
