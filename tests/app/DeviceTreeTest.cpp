@@ -2,8 +2,10 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -111,19 +113,15 @@ private slots:
     void cleanup();
 
     void AdaptersAndCamerasStandUnderTheSystem();
-    void NoNameBreaksTheTree_data();
     void NoNameBreaksTheTree();
     void UpdateShowsWhatHasChanged();
-    void SelectionStaysOverAnUpdate_data();
     void SelectionStaysOverAnUpdate();
     void SelectionGoesWithItsCamera();
-    void SelectionComesBackWithItsObject_data();
     void SelectionComesBackWithItsObject();
     void MetaObjectListsTheMembersInTheirOrder();
     void PressWhileAnUpdateRunsIsIgnored();
     void PressBetweenAnUpdateAndItsRebuildStartsAnother();
     void ClosingTheWindowWaitsForTheUpdate();
-    void MachineWithoutAProducerShowsTheSystemAlone_data();
     void MachineWithoutAProducerShowsTheSystemAlone();
 
 private:
@@ -187,24 +185,22 @@ void DeviceTreeTest::AdaptersAndCamerasStandUnderTheSystem() {
     QVERIFY(objTree.height() > pHost->height() - 40);
 }
 
-void DeviceTreeTest::NoNameBreaksTheTree_data() {
-    QTest::addColumn<QByteArray>("Name");
-    QTest::addColumn<QString>("Text");
-    QTest::newRow("bytes that are no text") << QByteArray("a\xFF\xFE\xC3") << QStringLiteral("a\uFFFD\uFFFD\uFFFD");
-    QTest::newRow("ends early") << QByteArray("ab\0cd", 5) << QStringLiteral("ab");
-    QTest::newRow("conversion letters") << QByteArray("%s%n%1") << QStringLiteral("%s%n%1");
-    QTest::newRow("very long") << QByteArray(100000, 'x') << QString(100000, QLatin1Char('x'));
-}
-
 void DeviceTreeTest::NoNameBreaksTheTree() {
-    QFETCH(QByteArray, Name);
-    QFETCH(QString, Text);
-    const ANSWER objName = ANSWER::Text({Name.constData(), static_cast<std::size_t>(Name.size())});
-    Producer().Interface("if-1").SetInfo(INTERFACE_INFO_DISPLAYNAME, objName);
-    Producer().Device("cam-1").SetInfo(DEVICE_INFO_DISPLAYNAME, objName);
-    CScreen objScreen;
-    QCOMPARE(objScreen.Rows().mid(1, 2), QStringList({QStringLiteral(" ") + Text, QStringLiteral("  ") + Text}));
-    QCOMPARE(objScreen.Tree().visualItemRect(objScreen.Row("cam-3")).height(), 30);
+    const std::pair<QByteArray, QString> arrCase[] = {
+        {"a\xFF\xFE\xC3", QStringLiteral("a\uFFFD\uFFFD\uFFFD")},  // bytes that are no text
+        {QByteArray("ab\0cd", 5), QStringLiteral("ab")},
+        {"%s%n%1", QStringLiteral("%s%n%1")},
+        {QByteArray(100000, 'x'), QString(100000, QLatin1Char('x'))},
+    };
+    for (const auto& [strName, strText] : arrCase) {
+        const ANSWER objName = ANSWER::Text({strName.constData(), static_cast<std::size_t>(strName.size())});
+        Producer().Interface("if-1").SetInfo(INTERFACE_INFO_DISPLAYNAME, objName);
+        Producer().Device("cam-1").SetInfo(DEVICE_INFO_DISPLAYNAME, objName);
+        CScreen objScreen;
+        QCOMPARE(objScreen.Rows().mid(1, 2),
+                 QStringList({QStringLiteral(" ") + strText, QStringLiteral("  ") + strText}));
+        QCOMPARE(objScreen.Tree().visualItemRect(objScreen.Row("cam-3")).height(), 30);
+    }
 }
 
 void DeviceTreeTest::UpdateShowsWhatHasChanged() {
@@ -222,34 +218,29 @@ void DeviceTreeTest::UpdateShowsWhatHasChanged() {
     QCOMPARE(objScreen.Rows(), listExpected);
 }
 
-void DeviceTreeTest::SelectionStaysOverAnUpdate_data() {
-    QTest::addColumn<QByteArray>("Name");
-    QTest::newRow("the system") << QByteArray("System");
-    QTest::newRow("a camera") << QByteArray("cam-3");
-    QTest::newRow("a camera without a name") << QByteArray("Unknown device");
-}
-
 void DeviceTreeTest::SelectionStaysOverAnUpdate() {
-    QFETCH(QByteArray, Name);
-    CScreen objScreen;
-    objScreen.Select("cam-4");
-    objScreen.Select(Name);
-    QCOMPARE(objScreen.Selected(), QString::fromUtf8(Name));
+    for (const std::string strName : {"System", "cam-3", "Unknown device"}) {
+        Producer().Lists(std::nullopt).Interface("if-1").Lists(std::nullopt);
+        CScreen objScreen;
+        objScreen.Select("cam-4");
+        objScreen.Select(strName.c_str());
+        QCOMPARE(objScreen.Selected().toStdString(), strName);
 
-    QSignalSpy objRoot(&objScreen.Tree(), SIGNAL(SigRootItemSelected()));
-    QSignalSpy objItem(&objScreen.Tree(), SIGNAL(SigItemSelected(CGcObjectPointer)));
-    Producer().Lists({{"if-2", "if-1"}});
-    Producer().Interface("if-1").Lists({{"cam-3", "cam-2"}});
-    QVERIFY(objScreen.Enumerate());
-    QCOMPARE(objScreen.Selected(), QString::fromUtf8(Name));
-    QCOMPARE(objScreen.Rows().at(1), QStringLiteral(" if-2"));
+        QSignalSpy objRoot(&objScreen.Tree(), SIGNAL(SigRootItemSelected()));
+        QSignalSpy objItem(&objScreen.Tree(), SIGNAL(SigItemSelected(CGcObjectPointer)));
+        Producer().Lists({{"if-2", "if-1"}});
+        Producer().Interface("if-1").Lists({{"cam-3", "cam-2"}});
+        QVERIFY(objScreen.Enumerate());
+        QCOMPARE(objScreen.Selected().toStdString(), strName);
+        QCOMPARE(objScreen.Rows().at(1), QStringLiteral(" if-2"));
 
-    // A rebuild tells of what it selects twice.
-    QCOMPARE(objRoot.count(), Name == "System" ? 2 : 0);
-    QCOMPARE(objItem.count(), Name == "System" ? 0 : 2);
-    if (Name == "cam-3") {
-        QCOMPARE(IDOf(objItem[0][0]), std::string("cam-3"));
-        QCOMPARE(objItem[0][0].value<CGcObjectPointer>(), objItem[1][0].value<CGcObjectPointer>());
+        // A rebuild tells of what it selects twice.
+        QCOMPARE(objRoot.count(), strName == "System" ? 2 : 0);
+        QCOMPARE(objItem.count(), strName == "System" ? 0 : 2);
+        if (strName == "cam-3") {
+            QCOMPARE(IDOf(objItem[0][0]), strName);
+            QCOMPARE(objItem[0][0].value<CGcObjectPointer>(), objItem[1][0].value<CGcObjectPointer>());
+        }
     }
 }
 
@@ -274,25 +265,20 @@ void DeviceTreeTest::SelectionGoesWithItsCamera() {
     QCOMPARE(objScreen.Selected(), QStringLiteral("cam-3"));
 }
 
-void DeviceTreeTest::SelectionComesBackWithItsObject_data() {
-    QTest::addColumn<QByteArray>("Name");
-    QTest::newRow("an adapter") << QByteArray("if-2");
-    QTest::newRow("a camera on it") << QByteArray("cam-4");
-}
-
 // An adapter that goes is kept with its cameras, and so comes back as it was.
 void DeviceTreeTest::SelectionComesBackWithItsObject() {
-    QFETCH(QByteArray, Name);
-    CScreen objScreen;
-    objScreen.Select(Name);
-    Producer().RemoveInterface("if-2");
-    for (int nUpdate = 0; nUpdate < 2; ++nUpdate) {
+    for (const char* pName : {"if-2", "cam-4"}) {
+        CScreen objScreen;
+        objScreen.Select(pName);
+        Producer().RemoveInterface("if-2");
+        for (int nUpdate = 0; nUpdate < 2; ++nUpdate) {
+            QVERIFY(objScreen.Enumerate());
+            QCOMPARE(objScreen.Selected(), QString());
+        }
+        Producer().AddInterface("if-2");
         QVERIFY(objScreen.Enumerate());
-        QCOMPARE(objScreen.Selected(), QString());
+        QCOMPARE(objScreen.Selected(), QString::fromUtf8(pName));
     }
-    Producer().AddInterface("if-2");
-    QVERIFY(objScreen.Enumerate());
-    QCOMPARE(objScreen.Selected(), QString::fromUtf8(Name));
 }
 
 void DeviceTreeTest::MetaObjectListsTheMembersInTheirOrder() {
@@ -386,32 +372,23 @@ void DeviceTreeTest::ClosingTheWindowWaitsForTheUpdate() {
     QVERIFY(CEnumerationService::GetInstance()->GetAllTLs().empty());
 }
 
-void DeviceTreeTest::MachineWithoutAProducerShowsTheSystemAlone_data() {
-    QTest::addColumn<QByteArray>("Path");
-    QTest::addColumn<QString>("File");
-    QTest::newRow("no variable") << QByteArray() << QString();
-    QTest::newRow("no such directory") << QByteArray("/nowhere:/dev/null") << QString();
-    QTest::newRow("a file that is no library") << QByteArray("DIRECTORY") << QStringLiteral(PRODUCER_DOUBLE_NO_LIBRARY);
-    QTest::newRow("a library that is no producer")
-        << QByteArray("DIRECTORY") << QStringLiteral(PRODUCER_DOUBLE_WITHOUT_EXPORTS);
-}
-
 void DeviceTreeTest::MachineWithoutAProducerShowsTheSystemAlone() {
-    QFETCH(QByteArray, Path);
-    QFETCH(QString, File);
-    const QTemporaryDir objDirectory;
-    QVERIFY(File.isEmpty() || QFile::copy(File, objDirectory.filePath(QStringLiteral("ZrGVTL.cti"))));
-    Path.isNull() ? qunsetenv(kPathVariable)
-                  : qputenv(kPathVariable, Path.replace("DIRECTORY", objDirectory.path().toUtf8()));
-
-    CScreen objScreen;
-    const QStringList listSystem = {QStringLiteral("System")};
-    QCOMPARE(objScreen.Rows(), listSystem);
-    QVERIFY(objScreen.Enumerate());
-    QCOMPARE(objScreen.Rows(), listSystem);
-    QCOMPARE(objScreen.Selected(), QStringLiteral("System"));
-    QCOMPARE(objScreen.Tree().visualItemRect(objScreen.Row("System")).height(), 30);
-    QVERIFY(objScreen.Window().isEnabled() && objScreen.Tree().isEnabled());
+    qunsetenv(kPathVariable);
+    for (const char* pFile : {"", PRODUCER_DOUBLE_NO_LIBRARY, PRODUCER_DOUBLE_WITHOUT_EXPORTS}) {
+        const QTemporaryDir objDirectory;
+        if (*pFile != '\0') {
+            QVERIFY(QFile::copy(QString::fromUtf8(pFile), objDirectory.filePath(QStringLiteral("ZrGVTL.cti"))));
+            qputenv(kPathVariable, "/nowhere:/dev/null:" + objDirectory.path().toUtf8());
+        }
+        CScreen objScreen;
+        const QStringList listSystem = {QStringLiteral("System")};
+        QCOMPARE(objScreen.Rows(), listSystem);
+        QVERIFY(objScreen.Enumerate());
+        QCOMPARE(objScreen.Rows(), listSystem);
+        QCOMPARE(objScreen.Selected(), QStringLiteral("System"));
+        QCOMPARE(objScreen.Tree().visualItemRect(objScreen.Row("System")).height(), 30);
+        QVERIFY(objScreen.Window().isEnabled() && objScreen.Tree().isEnabled());
+    }
 }
 
 int main(int argc, char* argv[]) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include <dlfcn.h>
 
@@ -65,9 +66,7 @@ private slots:
         g_nFailingSize = 0;
     }
 
-    void FailedConnectionWarnsAndDisablesWhatItBelongsTo_data();
     void FailedConnectionWarnsAndDisablesWhatItBelongsTo();
-    void LackOfMemoryIsToldAndSurvived_data();
     void LackOfMemoryIsToldAndSurvived();
     void LackOfMemoryInARebuildLeavesTheTreeEmptyUntilTheNext();
 
@@ -88,72 +87,65 @@ QString LineOf(int nLine) {
 
 }  // namespace
 
-void NorvikFailureTest::FailedConnectionWarnsAndDisablesWhatItBelongsTo_data() {
-    QTest::addColumn<QByteArray>("Member");
-    QTest::addColumn<QString>("Message");
-    QTest::newRow("recovery") << QByteArray("__SendForceIPExCmd") << kWindowWarning;
-    QTest::newRow("search") << QByteArray("SlotRunEnumThread") << kWindowWarning;
-    QTest::newRow("selection") << QByteArray("__SlotItemClicked") << kTreeWarning;
-    QTest::newRow("rebuild") << QByteArray("__SlotFlushDeviceTree") << kTreeWarning;
-}
-
 void NorvikFailureTest::FailedConnectionWarnsAndDisablesWhatItBelongsTo() {
-    QFETCH(QByteArray, Member);
-    QFETCH(QString, Message);
-    g_strFailingMember = Member;
-    CNorvik objWindow;
-    QCOMPARE(m_pMessages->Take(), QStringList(Message));
-    const auto* pTree = objWindow.findChild<CDeviceTreeView*>();
-    QCOMPARE(objWindow.isEnabled(), Message != kWindowWarning);
-    QVERIFY(!pTree->isEnabled());  // at least as part of the window
-    // A tree whose set-up failed hasn't searched, so nothing has replaced its first item.
-    QCOMPARE(pTree->topLevelItem(0)->text(0),
-             Message == kTreeWarning ? QStringLiteral("All") : QStringLiteral("System"));
+    const std::pair<const char*, QString> arrCase[] = {
+        {"__SendForceIPExCmd", kWindowWarning},
+        {"SlotRunEnumThread", kWindowWarning},
+        {"__SlotItemClicked", kTreeWarning},
+        {"__SlotFlushDeviceTree", kTreeWarning},
+    };
+    for (const auto& [pMember, strMessage] : arrCase) {
+        g_strFailingMember = pMember;
+        const bool bWindow = strMessage == kWindowWarning;
+        CNorvik objWindow;
+        QCOMPARE(m_pMessages->Take(), QStringList(strMessage));
+        const auto* pTree = objWindow.findChild<CDeviceTreeView*>();
+        QCOMPARE(objWindow.isEnabled(), !bWindow);
+        QVERIFY(!pTree->isEnabled());  // at least as part of the window
+        // A tree whose set-up failed hasn't searched, so nothing has replaced its first item.
+        QCOMPARE(pTree->topLevelItem(0)->text(0), bWindow ? QStringLiteral("System") : QStringLiteral("All"));
 
-    objWindow.show();
-    QVERIFY(objWindow.isVisible());
-    const auto* pChange = objWindow.findChild<QPushButton*>(QStringLiteral("ChangeButton"));
-    QCOMPARE(pChange->isEnabled(), Message != kWindowWarning);
-}
-
-void NorvikFailureTest::LackOfMemoryIsToldAndSurvived_data() {
-    QTest::addColumn<int>("Size");
-    QTest::addColumn<int>("Before");
-    QTest::addColumn<QString>("Line");
-    QTest::addColumn<QString>("Message");
-    static_assert(sizeof(QHBoxLayout) == sizeof(QVBoxLayout));
-    const int nLayout = sizeof(QVBoxLayout);
-    const int nItem = sizeof(QTreeWidgetItem);
-    QTest::newRow("the tree") << static_cast<int>(sizeof(CDeviceTreeView)) << 0 << LineOf(87) << kWindowWarning;
-    QTest::newRow("its row") << nLayout << 0 << LineOf(110) << kWindowWarning;
-    QTest::newRow("the column in which nothing stands") << nLayout << 1 << kNothing << kNothing;
-    QTest::newRow("its column") << nLayout << 2 << LineOf(118) << kWindowWarning;
-    QTest::newRow("its first item")
-        << nItem << 0 << QStringLiteral(".\\DeviceTreeView ( 276 ) CDeviceTreeView::__InitUI  warning: Null Pointer!")
-        << kTreeWarning;
-    QTest::newRow("its root") << nItem << 1 << kNothing << kMemoryWarning;
+        objWindow.show();
+        QVERIFY(objWindow.isVisible());
+        QCOMPARE(objWindow.findChild<QPushButton*>(QStringLiteral("ChangeButton"))->isEnabled(), !bWindow);
+    }
 }
 
 void NorvikFailureTest::LackOfMemoryIsToldAndSurvived() {
-    QFETCH(int, Size);
-    QFETCH(int, Before);
-    QFETCH(QString, Line);
-    QFETCH(QString, Message);
-    QStringList listLine;
-    g_pDebugLines = &listLine;
-    const auto pFormer = qInstallMessageHandler(TakeDebugLine);
-    g_nAllocationsBefore = Before;
-    g_nFailingSize = static_cast<std::size_t>(Size);
-    {
-        CNorvik objWindow;
-        g_nFailingSize = 0;
-        QCOMPARE(objWindow.isEnabled(), Message != kWindowWarning);
-        objWindow.show();
+    static_assert(sizeof(QHBoxLayout) == sizeof(QVBoxLayout));
+    const QString strItemLine =
+        QStringLiteral(".\\DeviceTreeView ( 276 ) CDeviceTreeView::__InitUI  warning: Null Pointer!");
+    const struct {
+        std::size_t nSize;
+        int nBefore;
+        QString strLine;
+        QString strMessage;
+    } arrCase[] = {
+        {sizeof(CDeviceTreeView), 0, LineOf(87), kWindowWarning},
+        {sizeof(QVBoxLayout), 0, LineOf(110), kWindowWarning},  // its row
+        {sizeof(QVBoxLayout), 1, kNothing, kNothing},           // the column in which nothing stands
+        {sizeof(QVBoxLayout), 2, LineOf(118), kWindowWarning},  // its column
+        {sizeof(QTreeWidgetItem), 0, strItemLine, kTreeWarning},
+        {sizeof(QTreeWidgetItem), 1, kNothing, kMemoryWarning},  // its root
+    };
+    const auto List = [](const QString& strText) { return strText.isEmpty() ? QStringList() : QStringList(strText); };
+    for (const auto& objCase : arrCase) {
+        QStringList listLine;
+        g_pDebugLines = &listLine;
+        const auto pFormer = qInstallMessageHandler(TakeDebugLine);
+        g_nAllocationsBefore = objCase.nBefore;
+        g_nFailingSize = objCase.nSize;
+        {
+            CNorvik objWindow;
+            g_nFailingSize = 0;
+            QCOMPARE(objWindow.isEnabled(), objCase.strMessage != kWindowWarning);
+            objWindow.show();
+        }
+        qInstallMessageHandler(pFormer);
+        QVERIFY(g_nAllocationsBefore < 0);
+        QCOMPARE(listLine, List(objCase.strLine));
+        QCOMPARE(m_pMessages->Take(), List(objCase.strMessage));
     }
-    qInstallMessageHandler(pFormer);
-    QVERIFY(g_nAllocationsBefore < 0);
-    QCOMPARE(listLine, Line.isEmpty() ? QStringList() : QStringList(Line));
-    QCOMPARE(m_pMessages->Take(), Message.isEmpty() ? QStringList() : QStringList(Message));
 }
 
 void NorvikFailureTest::LackOfMemoryInARebuildLeavesTheTreeEmptyUntilTheNext() {
