@@ -1,33 +1,15 @@
 // Reading and writing features, and the lists.
 
 #include <cmath>
-#include <memory>
 #include <sstream>
 
-#include "TLClass/TLClassEvent/IDeviceOfflineCallback.h"
 #include "TLClass/TLClassFeature/FeatureFile.h"
-#include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/IDataStream.h"
+#include "tests/TLClass/FunctionCallback.h"
 #include "tests/network/TreeOnProducer.h"
 #include "tests/soak/Playground.h"
 
 namespace {
-
-class CGoneCallback : public IDeviceOfflineCallback {
-public:
-    explicit CGoneCallback(std::atomic<std::uint64_t>& nGone) : m_nGone(nGone) {}
-    IEventCallback* Clone() override { return std::make_unique<CGoneCallback>(*this).release(); }
-    void OnDeviceOffline() override { ++m_nGone; }
-
-private:
-    std::atomic<std::uint64_t>& m_nGone;
-};
-
-class CNoCallback : public IFeatureControl::IFeatureCallback {
-public:
-    IFeatureCallback* Clone() override { return std::make_unique<CNoCallback>(*this).release(); }
-    void OnFeatureChanged(GenApi_3_0::INode* /*pNode*/) override {}
-};
 
 /// One camera, open.
 class CFeatureUse {
@@ -36,30 +18,21 @@ public:
         : m_objBook(objPlayground.Book), m_objDevice(objDevice), m_bReadsBack(bReadsBack), m_objChance(objChance) {}
 
     void DoSomething() {
-        switch (m_objChance.Between(0, 9)) {
-            case 0:
-                WriteGain();
-                break;
-            case 1:
-                WriteText();
-                break;
-            case 2:
-                WalkTable();
-                break;
-            case 3:
-                UseCallback();
-                break;
-            case 4:
-                if (m_objChance.OneIn(8)) {
-                    UseFile();
-                }
-                break;
-            case 5:
-                Read([&] { m_objDevice.GetFeatureControl()->DoGetInt("ControlCommandCount"); });
-                break;
-            default:
-                Read([&] { Remote().DoGetFloat("DeviceTemperature"); });
-                break;
+        const int nWhat = m_objChance.Between(0, 9);
+        if (nWhat == 0) {
+            WriteGain();
+        } else if (nWhat == 1) {
+            WriteText();
+        } else if (nWhat == 2) {
+            WalkTable();
+        } else if (nWhat == 3) {
+            UseCallback();
+        } else if (nWhat == 4 && m_objChance.OneIn(8)) {
+            UseFile();
+        } else if (nWhat == 5) {
+            Read([&] { m_objDevice.GetFeatureControl()->DoGetInt("ControlCommandCount"); });
+        } else if (nWhat > 5) {
+            Read([&] { Remote().DoGetFloat("DeviceTemperature"); });
         }
     }
 
@@ -107,7 +80,7 @@ private:
     }
 
     void UseCallback() {
-        CNoCallback objCallback;
+        CFeatureFunction objCallback([] {});
         Write([&] {
             auto* const pHandle = Remote().RegisterFeatureCallback("ExposureTime", &objCallback);
             Remote().DoSetFloat("ExposureTime", m_objChance.Between(10, 5000));
@@ -144,7 +117,7 @@ void UseFeatures(PLAYGROUND& objPlayground, int nCamera, bool bReadsBack, CChanc
             continue;
         }
         std::atomic<std::uint64_t> nGone = 0;
-        CGoneCallback objCallback(nGone);
+        COfflineFunction objCallback([&nGone] { ++nGone; });
         objBook.Try(ECall::Open, [&] { pDevice->RegisterDeviceOfflineCallback(&objCallback); });
         if (objChance.OneIn(2)) {
             objBook.Try(ECall::Write,

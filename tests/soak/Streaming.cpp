@@ -1,38 +1,15 @@
 // Taking images.
 
-#include <memory>
-
-#include "TLClass/TLClassEvent/INewBufferCallback.h"
-#include "TLClass/TLClassFeature/IFeatureControl.h"
 #include "TLClass/TLClassMain/Buffer.h"
 #include "TLClass/TLClassMain/BufferInitInfo.h"
 #include "TLClass/TLClassMain/IDataStream.h"
+#include "tests/TLClass/FunctionCallback.h"
 #include "tests/soak/FrameCheck.h"
 #include "tests/soak/Playground.h"
 
 namespace {
 
 constexpr std::uint32_t kFrameTimeoutMs = 200;
-
-class CFrameCallback : public INewBufferCallback {
-public:
-    explicit CFrameCallback(CFrameCheck& objCheck) : m_objCheck(objCheck) {}
-    IEventCallback* Clone() override { return std::make_unique<CFrameCallback>(*this).release(); }
-    void OnNewBuffer(const BUFFER_MODULE_INFO& objFrame) override { m_objCheck.Add(objFrame); }
-
-private:
-    CFrameCheck& m_objCheck;
-};
-
-class CEventCallback : public IFeatureControl::IFeatureCallback {
-public:
-    explicit CEventCallback(std::atomic<std::uint64_t>& nEvents) : m_nEvents(nEvents) {}
-    IFeatureCallback* Clone() override { return std::make_unique<CEventCallback>(*this).release(); }
-    void OnFeatureChanged(GenApi_3_0::INode* /*pNode*/) override { ++m_nEvents; }
-
-private:
-    std::atomic<std::uint64_t>& m_nEvents;
-};
 
 /// One camera, open.
 class CStreaming {
@@ -89,7 +66,7 @@ private:
     }
 
     bool SetUpEvents() {
-        CEventCallback objCallback(m_objPlayground.Events);
+        CFeatureFunction objCallback([pEvents = &m_objPlayground.Events] { ++*pEvents; });
         return SetEnum("EventSelector", "ExposureEnd") && SetEnum("EventNotification", "On") &&
                m_objBook.Try(ECall::Open, [&] {
                    Remote().RegisterFeatureCallback("EventExposureEnd", &objCallback);
@@ -104,7 +81,7 @@ private:
             })) {
             return false;
         }
-        CFrameCallback objCallback(m_objCheck);
+        CFrameFunction objCallback([this](const BUFFER_MODULE_INFO& objFrame) { m_objCheck.Add(objFrame); });
         m_bCallback ? m_pStream->RegisterNewBufferCallback(&objCallback) : m_pStream->UnregisterNewBufferCallback();
         m_pStream->SetAcqusitionBufferNumber(static_cast<std::uint64_t>(m_objChance.Between(2, 12)));
         std::int64_t nPayload = 0;

@@ -42,28 +42,17 @@ camera::FAULTS MakeStreamFaults(CChance& objChance) {
 
 camera::FAULTS MakeControlFaults(CChance& objChance) {
     camera::FAULTS objFaults;
-    switch (objChance.Between(0, 6)) {
-        case 0:
-            objFaults.Late = std::chrono::milliseconds(objChance.Between(1, 20));
-            break;
-        case 1:
-            objFaults.Doubled = true;
-            break;
-        case 2:
-            objFaults.ForeignID = true;
-            break;
-        case 3:
-            objFaults.WrongLength = true;
-            break;
-        case 4:
-            objFaults.Garbage = true;
-            break;
-        case 5:
-            objFaults.NamesWithoutEnd = true;
-            break;
-        default:
-            objFaults.Silent = objChance.OneIn(2) ? camera::ESilence::All : camera::ESilence::Control;
-            break;
+    const int nWhat = objChance.Between(0, 6);
+    if (nWhat == 0) {
+        objFaults.Late = std::chrono::milliseconds(objChance.Between(1, 20));
+    }
+    objFaults.Doubled = nWhat == 1;
+    objFaults.ForeignID = nWhat == 2;
+    objFaults.WrongLength = nWhat == 3;
+    objFaults.Garbage = nWhat == 4;
+    objFaults.NamesWithoutEnd = nWhat == 5;
+    if (nWhat == 6) {
+        objFaults.Silent = objChance.OneIn(2) ? camera::ESilence::All : camera::ESilence::Control;
     }
     return objFaults;
 }
