@@ -159,8 +159,7 @@ void CProtocolEngine::Acknowledge(const REQUEST& objRequest, std::span<const std
 EGvcpStatus CProtocolEngine::Refuse(const REQUEST& objRequest, EGvcpStatus nStatus) {
     const EGvcpCommand nCommand = objRequest.Header.Command;
     if (nCommand != EGvcpCommand::PacketResend) {  // which is never acknowledged
-        Acknowledge(objRequest, gev::EncodeAcknowledge(m_arrAnswer, nCommand, objRequest.Header.RequestID, nStatus,
-                                                       IsWrite(nCommand) ? kWord : 0));
+        Acknowledge(objRequest, gev::EncodeAcknowledge(m_arrAnswer, nCommand, objRequest.Header.RequestID, nStatus, 0));
     }
     return nStatus;
 }

@@ -19,7 +19,6 @@ using gev::EGvcpStatus;
 using namespace std::chrono_literals;
 
 constexpr std::uint32_t kWord = 4;
-constexpr std::size_t kIndexPlace = 2;  // of what failed, in the answer to a write
 constexpr auto kPendingInterval = 250ms;
 constexpr auto kEndlessPending = 100ms;  // what is promised again and again and never kept
 
@@ -32,15 +31,15 @@ EGvcpStatus CProtocolEngine::ReadRegisters(const REQUEST& objRequest) {
         nStatus = EGvcpStatus::AccessDenied;
     }
     const CRegisterSpace& objRegisters = m_objDevice.Registers();
-    std::size_t nGood = 0;
-    while (nStatus == EGvcpStatus::Success && nGood < objAddresses.GetCount()) {
-        nStatus = objRegisters.CheckRead(objAddresses.Get(nGood), kWord);
-        nGood += nStatus == EGvcpStatus::Success ? 1 : 0;
+    for (std::size_t i = 0; nStatus == EGvcpStatus::Success && i < objAddresses.GetCount(); ++i) {
+        nStatus = objRegisters.CheckRead(objAddresses.Get(i), kWord);
     }
-    // On a failure the values before it go back, so that their number tells which address failed.
-    const auto arrAnswer =
-        gev::EncodeAcknowledge(m_arrAnswer, EGvcpCommand::ReadReg, objRequest.Header.RequestID, nStatus, nGood * kWord);
-    for (std::size_t i = 0; i < nGood; ++i) {
+    if (nStatus != EGvcpStatus::Success) {
+        return Refuse(objRequest, nStatus);
+    }
+    const auto arrAnswer = gev::EncodeAcknowledge(m_arrAnswer, EGvcpCommand::ReadReg, objRequest.Header.RequestID,
+                                                  nStatus, objAddresses.GetCount() * kWord);
+    for (std::size_t i = 0; i < objAddresses.GetCount(); ++i) {
         gev::Put32(arrAnswer, gev::kGvcpHeaderSize + i * kWord, objRegisters.Get(objAddresses.Get(i)));
     }
     Acknowledge(objRequest, arrAnswer);
@@ -97,12 +96,9 @@ EGvcpStatus CProtocolEngine::WriteRegisters(const REQUEST& objRequest, std::span
         nStatus = WriteBlock(objRequest, objWrites.Get(nDone).Address, arrValue);
         nDone += nStatus == EGvcpStatus::Success ? 1 : 0;
     }
-    if (nStatus == EGvcpStatus::Success) {
-        arrAnswer = gev::EncodeWriteRegAck(m_arrAnswer, nID, static_cast<std::uint16_t>(nDone));
-        return nStatus;
-    }
-    arrAnswer = gev::EncodeAcknowledge(m_arrAnswer, EGvcpCommand::WriteReg, nID, nStatus, kWord);
-    gev::Put16(arrAnswer, gev::kGvcpHeaderSize + kIndexPlace, static_cast<std::uint16_t>(nDone));
+    arrAnswer = nStatus == EGvcpStatus::Success
+                    ? gev::EncodeWriteRegAck(m_arrAnswer, nID, static_cast<std::uint16_t>(nDone))
+                    : gev::EncodeAcknowledge(m_arrAnswer, EGvcpCommand::WriteReg, nID, nStatus, 0);
     return nStatus;
 }
 
@@ -115,7 +111,7 @@ EGvcpStatus CProtocolEngine::WriteMemory(const REQUEST& objRequest, std::span<st
     }
     arrAnswer = nStatus == EGvcpStatus::Success
                     ? gev::EncodeWriteMemAck(m_arrAnswer, nID, static_cast<std::uint16_t>(objBlock.Data.size()))
-                    : gev::EncodeAcknowledge(m_arrAnswer, EGvcpCommand::WriteMem, nID, nStatus, kWord);
+                    : gev::EncodeAcknowledge(m_arrAnswer, EGvcpCommand::WriteMem, nID, nStatus, 0);
     return nStatus;
 }
 

@@ -87,32 +87,28 @@ TEST_F(Engine, EveryRefusalHasItsStatus) {
         const char* What;
         CEngineOnTable::ANSWER Answer;
         EGvcpStatus Status;
-        std::size_t Length;  // of the payload
     };
     On.TakeControl();
     const CASE arrCase[] = {
-        {"read where nothing is", On.Read({0xB000}), EGvcpStatus::InvalidAddress, 0},
-        {"third of four reads", On.Read({0, 4, 0xB000, 8}), EGvcpStatus::InvalidAddress, 8},
-        {"read unaligned", On.Read({2}), EGvcpStatus::BadAlignment, 0},
-        {"read what can only be written", On.Read({0xA204}), EGvcpStatus::AccessDenied, 0},
-        {"memory beyond the description", On.ReadMemory(0x0FFFFFFC, 4), EGvcpStatus::InvalidAddress, 0},
-        {"memory with a gap", On.ReadMemory(0xA000, 536), EGvcpStatus::InvalidAddress, 0},
-        {"write what can only be read", On.Write({{0x0000, 1}}), EGvcpStatus::WriteProtect, 4},
-        {"second of three writes", On.Write({{0xA110, 640}, {0xA114, 3}, {0xA118, 8}}), EGvcpStatus::InvalidParameter,
-         4},
-        {"write the description", On.Write({{0x00100000, 1}}), EGvcpStatus::WriteProtect, 4},
+        {"read where nothing is", On.Read({0xB000}), EGvcpStatus::InvalidAddress},
+        {"third of four reads", On.Read({0, 4, 0xB000, 8}), EGvcpStatus::InvalidAddress},
+        {"read unaligned", On.Read({2}), EGvcpStatus::BadAlignment},
+        {"read what can only be written", On.Read({0xA204}), EGvcpStatus::AccessDenied},
+        {"memory beyond the description", On.ReadMemory(0x0FFFFFFC, 4), EGvcpStatus::InvalidAddress},
+        {"memory with a gap", On.ReadMemory(0xA000, 536), EGvcpStatus::InvalidAddress},
+        {"write what can only be read", On.Write({{0x0000, 1}}), EGvcpStatus::WriteProtect},
+        {"second of three writes", On.Write({{0xA110, 640}, {0xA114, 3}, {0xA118, 8}}), EGvcpStatus::InvalidParameter},
+        {"write the description", On.Write({{0x00100000, 1}}), EGvcpStatus::WriteProtect},
         {"no such command", On.Ask(gev::EncodeCommand(On.Buffer, gev::EGvcpCommand::Action, 1, On.NextID(), 12)).at(0),
-         EGvcpStatus::NotImplemented, 0},
-        {"no such privilege", On.Write({{0x0A00, 8}}), EGvcpStatus::InvalidParameter, 4},
-        {"memory over the privilege", On.WriteMemory(0x0954, std::vector<std::byte>(256)), EGvcpStatus::InvalidAddress,
-         4},
+         EGvcpStatus::NotImplemented},
+        {"no such privilege", On.Write({{0x0A00, 8}}), EGvcpStatus::InvalidParameter},
+        {"memory over the privilege", On.WriteMemory(0x0954, std::vector<std::byte>(256)), EGvcpStatus::InvalidAddress},
     };
     for (const CASE& objCase : arrCase) {
         SCOPED_TRACE(objCase.What);
         EXPECT_EQ(objCase.Answer.Status, objCase.Status);
-        EXPECT_EQ(objCase.Answer.Payload.size(), objCase.Length);
+        EXPECT_EQ(objCase.Answer.Payload.size(), 0U);
     }
-    EXPECT_EQ(gev::Get16(arrCase[7].Answer.Payload, 2), 1) << "the second failed";
     EXPECT_EQ(On.Value(0xA110), 640u);
     EXPECT_EQ(On.Value(0xA118), 0u) << "what stands behind it isn't done";
 
