@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
@@ -46,8 +47,18 @@ protected:
         return vecText;
     }
 
+    /// Of the process, the one that watches for data races among them, which comes with the first other.
     static std::ptrdiff_t Threads() {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+        std::thread([] {}).join();
+        return __ListedThreads();
+    }
+    /// One that was joined stays listed for a moment.
+    static bool ComesDownTo(std::ptrdiff_t nThreads) {
+        const auto tLast = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (__ListedThreads() > nThreads && std::chrono::steady_clock::now() < tLast) {
+            std::this_thread::yield();
+        }
+        return __ListedThreads() <= nThreads;
     }
 
     /// Runs an operation once for each call that it makes to the producer on this thread, with this call failing.
@@ -84,4 +95,9 @@ protected:
     }
 
     boost::shared_ptr<CGevDevice> m_pDevice;
+
+private:
+    static std::ptrdiff_t __ListedThreads() {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    }
 };
